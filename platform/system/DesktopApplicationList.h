@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "platform/system/ApplicationList.h"
+
+namespace platform {
+
+// Installed applications from the freedesktop catalog: desktop entries (Desktop Entry Specification 1.5) under the
+// `applications` folders of the data directories, icons from the icon themes (Icon Theme Specification 0.13), PNG and
+// SVG. The identifier is the desktop file id without its ".desktop"; the name is the entry's localized Name. Left
+// out: entries of another type, hidden ones, NoDisplay ones, malformed ones, ones without a name. An earlier data
+// directory hides the same identifier in a later one.
+class DesktopApplicationList : public ApplicationList {
+    Q_OBJECT
+public:
+    // `dataDirectories` in order of precedence; `scale` is the screen's device pixels per point.
+    DesktopApplicationList(std::vector<std::filesystem::path> dataDirectories, double scale);
+    ~DesktopApplicationList() override;
+
+    // The data directories below a file system root. For "/" those of the environment (XDG Base Directory
+    // Specification 0.8: XDG_DATA_HOME, XDG_DATA_DIRS), Flatpak's and Snap's exports included; for any other root its
+    // own usr/local/share, usr/share and exports, and nothing of the host's.
+    static std::vector<std::filesystem::path> dataDirectories(const std::filesystem::path& root);
+
+    QHash<QString, QString> applicationsFilteredUsingPredicate(
+        const std::function<bool(const QString& identifier)>& predicate) override;
+    bool hasCachedIconOfSize(int points, const QString& identifier) const override;
+    bool iconFailed(int points, const QString& identifier) const override;
+    QImage iconOfSize(int points, const QString& identifier) override;
+    QImage copyIconOfSize(int points, const QString& identifier) override;
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d_;
+};
+
+}  // namespace platform

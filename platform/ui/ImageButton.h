@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QColor>
+#include <QString>
+
+namespace platform {
+
+// A button that is an image, centred at its own size, with an optional title over it. clicked() is touch-up-inside.
+// While pressed the image is dimmed. Images are resource names ("AddButton"), painted at the screen's scale.
+class ImageButton : public QAbstractButton {
+    Q_OBJECT
+public:
+    explicit ImageButton(QWidget* parent = nullptr);
+
+    void setImage(const QString& resourceName);
+    const QString& image() const { return image_; }
+
+    // Stretched over the whole button behind the title, in the normal and in the highlighted state; "" for none.
+    void setBackgroundImage(const QString& normal, const QString& highlighted);
+    void setTitleColor(const QColor& normal, const QColor& highlighted);
+
+    void setAdjustsImageWhenHighlighted(bool adjusts) { adjustsImageWhenHighlighted_ = adjusts; }
+
+    // Shows the highlighted look without being pressed. A button un-highlights itself when a touch on it ends.
+    void setHighlighted(bool highlighted);
+    bool isHighlighted() const { return highlighted_; }
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    QString image_;
+    QString normalBackground_;
+    QString highlightedBackground_;
+    QColor normalTitle_;
+    QColor highlightedTitle_;
+    bool adjustsImageWhenHighlighted_ = true;
+    bool highlighted_ = false;
+};
+
+}  // namespace platform

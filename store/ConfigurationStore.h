@@ -1,0 +1,54 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+
+#include "store/PropertyList.h"
+#include "store/Writers.h"
+
+namespace store {
+
+class NotifyCenter;
+
+// The files that the app shares with the firewall engine, and the only way to change them: read the file whole, change
+// it, write it whole and atomically, tell the engine where it must hear of it. Every change names its row of the
+// writers' table, which settles the file, what happens when there is none, the marker entry and the notification.
+//
+// A file that is missing, or is no property-list dictionary, reads as no dictionary. Failures are silent: a write that
+// fails leaves the old file as it was. Main thread only.
+class ConfigurationStore {
+public:
+    // `root` is the file system's root as the app sees it. `notifyCenter` outlives the store.
+    ConfigurationStore(std::filesystem::path root, NotifyCenter& notifyCenter);
+
+    std::optional<Dictionary> read(File file) const;
+    bool exists(File file) const;
+
+    // The movement. `change` is handed the dictionary just read; when there is none and the writer then writes
+    // nothing, it is not called. `afterWrite` runs between the write and the notification. Returns whether there was
+    // a dictionary to change.
+    bool change(const Writer& writer, const std::function<void(Dictionary&)>& change,
+                const std::function<void()>& afterWrite = {});
+
+    // The master switch: the firewall is off while the disabled marker exists. Setting it posts reload-both.
+    bool isDisabled() const;
+    void setDisabled(bool disabled);
+
+    // Both rule files become the marker entry alone, app rules first; `afterWrite` runs before the notification.
+    void deleteAllRulesAndSettings(const std::function<void()>& afterWrite = {});
+
+    // The application is terminating: posts reload-both.
+    void terminate();
+
+    std::filesystem::path path(File file) const;
+    std::filesystem::path logFile() const;
+    std::filesystem::path exportDirectory() const;
+    std::filesystem::path listDirectory() const;
+
+private:
+    std::filesystem::path root_;
+    NotifyCenter& notifyCenter_;
+};
+
+}  // namespace store

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "store/PropertyList.h"
+
+namespace store {
+
+// The keys of the shared files and what their values mean, absent and odd ones included.
+
+namespace keys {
+
+inline constexpr std::string_view marker = "150";
+inline constexpr std::string_view gameCenterDaemon = "com.apple.gamed";
+
+// App rule record.
+inline constexpr std::string_view allow = "allow";
+inline constexpr std::string_view deny = "deny";
+inline constexpr std::string_view allowEverything = "allowEverything";
+inline constexpr std::string_view stillUseRules = "stillUseRules";
+inline constexpr std::string_view blockSpecificWiFi = "blockSpecificWiFi";
+inline constexpr std::string_view enabled = "enabled";
+
+// Rule entry.
+inline constexpr std::string_view rule = "rule";
+inline constexpr std::string_view date = "date";
+
+// Global rules file.
+inline constexpr std::string_view globalAllow = "globalAllow";
+inline constexpr std::string_view globalDeny = "globalDeny";
+inline constexpr std::string_view blockNonWiFi = "blockNonWiFi";
+inline constexpr std::string_view respectGlobal = "respectGlobal";
+inline constexpr std::string_view log = "log";
+inline constexpr std::string_view denyTabFront = "denyTabFront";
+
+// GUI settings file.
+inline constexpr std::string_view showAllowHelp = "showAllowHelp";
+inline constexpr std::string_view didShowEditAlert = "didShowEditAlert";
+
+// Export file.
+inline constexpr std::string_view appRules = "appRules";
+inline constexpr std::string_view globalRules = "globalRules";
+inline constexpr std::string_view settings = "settings";
+
+}  // namespace keys
+
+enum class BlanketMode { neither, allowAll, denyAll };
+
+// One app's record under its bundle identifier in the app rules file: typed access to the keys that the app knows, with
+// their defaults; other keys stay as they are.
+class AppRuleRecord {
+public:
+    // The record of an app, empty when it has none (or something that is not a dictionary).
+    static AppRuleRecord of(const Dictionary& appRulesFile, std::string_view bundleIdentifier);
+    // What an app gets when it is put under the firewall.
+    static AppRuleRecord fresh();
+
+    bool enabled() const;
+    void setEnabled(bool enabled);
+    BlanketMode blanketMode() const;
+    void setBlanketMode(BlanketMode mode);
+    bool stillUseRules() const;
+    void setStillUseRules(bool use);
+    bool blockSpecificWiFi() const;
+    void setBlockSpecificWiFi(bool block);
+
+    const Dictionary& dictionary() const { return dictionary_; }
+    Dictionary& dictionary() { return dictionary_; }
+    void storeIn(Dictionary& appRulesFile, std::string_view bundleIdentifier) const;
+
+private:
+    Dictionary dictionary_;
+};
+
+// Whether a flag of the GUI settings file is the Boolean true.
+bool isTrue(const Dictionary& dictionary, std::string_view key);
+// The truth of a global switch; false when absent.
+bool boolValue(const Dictionary& dictionary, std::string_view key);
+
+}  // namespace store
