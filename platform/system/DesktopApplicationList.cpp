@@ -1,0 +1,229 @@
+#include "platform/system/DesktopApplicationList.h"
+
+#include <QFile>
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+#include "platform/system/DesktopEntry.h"
+#include "platform/system/IconImage.h"
+#include "platform/system/IconTheme.h"
+
+namespace platform {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr QStringView genericIconIdentifier = u"com.apple.WebSheet";
+
+fs::path environmentPath(const char* variable, const fs::path& otherwise) {
+    const fs::path path = qgetenv(variable).toStdString();
+    return path.is_absolute() ? path : otherwise;
+}
+
+}  // namespace
+
+// Files are read without the lock: what was read is put in under it only if what it was made from still holds.
+struct DesktopApplicationList::Private {
+    // What an icon is made from.
+    struct Source {
+        std::shared_ptr<const DesktopEntry> entry;  // none: no such application
+        std::shared_ptr<const IconTheme> theme;
+        bool operator==(const Source&) const = default;
+    };
+    struct Icon {
+        Source source;
+        fs::path file;
+        std::optional<FileStamp> stamp;
+        QImage image;  // null: could not be loaded
+    };
+    // A loaded icon's: put into the cache; another thread was first; made from what has changed meanwhile.
+    enum class Outcome { kept, known, outdated };
+    using IconKey = std::pair<QString, int>;  // identifier, points
+
+    std::shared_ptr<const DesktopCatalog> refresh();
+    Source readSource(const QString& identifier);
+    void forgetStaleIcons();
+    std::optional<QImage> knownIcon(const IconKey& key) const;
+    Icon loadIcon(const Source& from, const IconKey& key) const;
+    std::pair<QImage, Outcome> keepIcon(const Icon& icon, const IconKey& key);
+    Source source(const QString& identifier) const;  // with the lock held
+    fs::path iconFile(const Source& from, int points) const;
+    fs::path absoluteIconFile(const fs::path& path) const;
+
+    std::vector<fs::path> dataDirectories;
+    double scale;
+    fs::path root;
+
+    mutable std::mutex lock{};  // guards all below
+    std::shared_ptr<const DesktopCatalog> catalog{};
+    std::shared_ptr<const IconTheme> theme{};
+    QHash<IconKey, Icon> icons{};
+};
+
+DesktopApplicationList::DesktopApplicationList(std::vector<fs::path> dataDirectories, double scale, fs::path root)
+    : d_(new Private{.dataDirectories = std::move(dataDirectories), .scale = scale, .root = std::move(root)}) {}
+
+DesktopApplicationList::~DesktopApplicationList() = default;
+
+std::vector<fs::path> DesktopApplicationList::dataDirectories(const fs::path& root) {
+    std::vector<fs::path> directories;
+    const auto add = [&](const fs::path& path) {
+        const fs::path plainPath = (path / "").lexically_normal().parent_path();
+        if (path.is_absolute() && std::find(directories.begin(), directories.end(), plainPath) == directories.end())
+            directories.push_back(plainPath);
+    };
+    if (root == "/") {
+        const fs::path dataHome = environmentPath("XDG_DATA_HOME", environmentPath("HOME", "/") / ".local/share");
+        add(dataHome);
+        for (const QByteArray& path : qgetenv("XDG_DATA_DIRS").split(':')) add(path.toStdString());
+        if (directories.size() == 1)
+            for (const char* path : {"/usr/local/share", "/usr/share"}) add(path);
+        add(dataHome / "flatpak/exports/share");
+    } else {
+        for (const char* path : {"usr/local/share", "usr/share"}) add(fs::absolute(root) / path);
+    }
+    for (const char* path : {"var/lib/flatpak/exports/share", "var/lib/snapd/desktop"}) add(fs::absolute(root) / path);
+    return directories;
+}
+
+QHash<QString, QString> DesktopApplicationList::applicationsFilteredUsingPredicate(
+    const std::function<bool(const QString&)>& predicate) {
+    const auto catalog = d_->refresh();
+    QHash<QString, QString> names;
+    for (auto item = catalog->cbegin(); item != catalog->cend(); ++item) {
+        const DesktopEntry& entry = *item.value();
+        if (entry.listed && (!predicate || predicate(item.key()))) names.insert(item.key(), entry.name);
+    }
+    return names;
+}
+
+bool DesktopApplicationList::hasCachedIconOfSize(int points, const QString& identifier) const {
+    const std::lock_guard guard(d_->lock);
+    const auto icon = d_->icons.constFind({identifier, points});
+    return icon != d_->icons.cend() && !icon->image.isNull();
+}
+
+bool DesktopApplicationList::iconFailed(int points, const QString& identifier) const {
+    const std::lock_guard guard(d_->lock);
+    const auto icon = d_->icons.constFind({identifier, points});
+    return icon != d_->icons.cend() && icon->image.isNull();
+}
+
+QImage DesktopApplicationList::iconOfSize(int points, const QString& identifier) {
+    return copyIconOfSize(points, identifier);
+}
+
+QImage DesktopApplicationList::copyIconOfSize(int points, const QString& identifier) {
+    const Private::IconKey key{identifier, points};
+    for (;;) {
+        const Private::Source source = d_->readSource(identifier);
+        if (const auto icon = d_->knownIcon(key)) return *icon;
+        const auto [image, outcome] = d_->keepIcon(d_->loadIcon(source, key), key);
+        if (outcome == Private::Outcome::outdated) continue;
+        if (outcome == Private::Outcome::kept && !image.isNull()) Q_EMIT iconLoaded(identifier, points);
+        return image;
+    }
+}
+
+std::shared_ptr<const DesktopCatalog> DesktopApplicationList::Private::refresh() {
+    std::unique_lock guard(lock);
+    const auto knownCatalog = catalog;
+    const auto knownTheme = theme;
+    guard.unlock();
+
+    const auto freshCatalog = std::make_shared<const DesktopCatalog>(
+        readDesktopCatalog(dataDirectories, knownCatalog ? *knownCatalog : DesktopCatalog()));
+    const bool themeHasChanged = knownTheme && knownTheme->hasChangedOnDisk();
+
+    guard.lock();
+    catalog = freshCatalog;
+    if (themeHasChanged) theme = nullptr;
+    guard.unlock();
+    forgetStaleIcons();
+    return freshCatalog;
+}
+
+// Only this function takes icons out, and an icon is put in only where there is none: what was looked at without the
+// lock is still there when it is taken out.
+void DesktopApplicationList::Private::forgetStaleIcons() {
+    std::unique_lock guard(lock);
+    const QHash<IconKey, Icon> knownIcons = icons;
+    guard.unlock();
+
+    QList<IconKey> changedFiles;
+    for (auto icon = knownIcons.cbegin(); icon != knownIcons.cend(); ++icon)
+        if (stampOf(icon->file) != icon->stamp) changedFiles.append(icon.key());
+
+    guard.lock();
+    for (const IconKey& key : changedFiles) icons.remove(key);
+    icons.removeIf([this](const auto& icon) { return icon->source != source(icon.key().first); });
+}
+
+DesktopApplicationList::Private::Source DesktopApplicationList::Private::source(const QString& identifier) const {
+    return {catalog ? catalog->value(identifier) : nullptr, theme};
+}
+
+// What the identifier's icon is made from now; reads what has not been read yet.
+DesktopApplicationList::Private::Source DesktopApplicationList::Private::readSource(const QString& identifier) {
+    std::unique_lock guard(lock);
+    const bool needsCatalog = !catalog;
+    const bool needsTheme = !theme;
+    guard.unlock();
+
+    std::shared_ptr<const DesktopCatalog> freshCatalog;
+    std::shared_ptr<const IconTheme> freshTheme;
+    if (needsCatalog) freshCatalog = std::make_shared<const DesktopCatalog>(readDesktopCatalog(dataDirectories, {}));
+    if (needsTheme)
+        freshTheme = std::make_shared<const IconTheme>(
+            dataDirectories, QStringList{IconTheme::preferredTheme(root), QStringLiteral("Adwaita")});
+
+    guard.lock();
+    if (!catalog) catalog = freshCatalog;
+    if (!theme) theme = freshTheme;
+    return source(identifier);
+}
+
+std::optional<QImage> DesktopApplicationList::Private::knownIcon(const IconKey& key) const {
+    const std::lock_guard guard(lock);
+    const auto icon = icons.constFind(key);
+    if (icon == icons.cend()) return {};
+    return icon->image;
+}
+
+DesktopApplicationList::Private::Icon DesktopApplicationList::Private::loadIcon(const Source& from,
+                                                                                const IconKey& key) const {
+    const auto& [identifier, points] = key;
+    Icon icon{from, iconFile(from, points), {}, {}};
+    icon.stamp = stampOf(icon.file);
+    icon.image = identifier == genericIconIdentifier ? genericIcon(points, scale) : readIcon(icon.file, points, scale);
+    return icon;
+}
+
+std::pair<QImage, DesktopApplicationList::Private::Outcome> DesktopApplicationList::Private::keepIcon(
+    const Icon& icon, const IconKey& key) {
+    const std::lock_guard guard(lock);
+    if (icon.source != source(key.first)) return {{}, Outcome::outdated};
+    const auto known = icons.constFind(key);
+    if (known != icons.cend()) return {known->image, Outcome::known};
+    icons.insert(key, icon);
+    return {icon.image, Outcome::kept};
+}
+
+fs::path DesktopApplicationList::Private::iconFile(const Source& from, int points) const {
+    if (!from.entry || !from.entry->listed) return {};
+    const QString& name = from.entry->icon;
+    if (name.startsWith(u'/')) return absoluteIconFile(QFile::encodeName(name).toStdString());
+    return from.theme->find(name, points, scale);
+}
+
+fs::path DesktopApplicationList::Private::absoluteIconFile(const fs::path& path) const {
+    if (root == "/") return path;
+    const fs::path top = fs::absolute(root).lexically_normal();
+    const fs::path plainPath = path.lexically_normal();
+    const bool isBelowRoot = plainPath.string().starts_with((top / "").string());
+    return isBelowRoot ? plainPath : top / plainPath.relative_path();
+}
+
+}  // namespace platform

@@ -10,14 +10,22 @@ namespace platform {
 
 // Installed applications from the freedesktop catalog: desktop entries (Desktop Entry Specification 1.5) under the
 // `applications` folders of the data directories, icons from the icon themes (Icon Theme Specification 0.13), PNG and
-// SVG. The identifier is the desktop file id without its ".desktop"; the name is the entry's localized Name. Left
-// out: entries of another type, hidden ones, NoDisplay ones, malformed ones, ones without a name. An earlier data
-// directory hides the same identifier in a later one.
+// SVG. The identifier is the desktop file id without its ".desktop"; the name is the entry's Name in the language of
+// the process's locale. Left out: entries of another type, hidden ones, NoDisplay ones, malformed ones, ones without a
+// name, and those whose name or file name is not valid UTF-8. An earlier data directory hides the same identifier in a
+// later one.
+//
+// Every query looks at the disk and reads what has changed since the last one. That is also when icons are forgotten,
+// loaded or failed, whose entry, file or theme has changed.
+//
+// "com.apple.WebSheet" always has an icon: the generic one.
 class DesktopApplicationList : public ApplicationList {
     Q_OBJECT
 public:
-    // `dataDirectories` in order of precedence; `scale` is the screen's device pixels per point.
-    DesktopApplicationList(std::vector<std::filesystem::path> dataDirectories, double scale);
+    // `dataDirectories` in order of precedence; `scale` is the screen's device pixels per point. An absolute path that
+    // an entry names as its icon, and the desktop's settings, lie below `root`.
+    DesktopApplicationList(std::vector<std::filesystem::path> dataDirectories, double scale,
+                           std::filesystem::path root = "/");
     ~DesktopApplicationList() override;
 
     // The data directories below a file system root. For "/" those of the environment (XDG Base Directory

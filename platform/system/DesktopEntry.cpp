@@ -1,0 +1,104 @@
+#include "platform/system/DesktopEntry.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <deque>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/system/KeyFile.h"
+
+namespace platform {
+
+namespace {
+
+constexpr std::string_view suffix = ".desktop";
+
+std::shared_ptr<const DesktopEntry> readDesktopEntry(const std::string& path, const FileStamp& stamp) {
+    constexpr auto group = "Desktop Entry";
+    auto entry = std::make_shared<DesktopEntry>();
+    entry->file = path;
+    entry->stamp = stamp;
+    const auto keys = KeyFile::read(path);
+    if (!keys) return entry;
+    entry->name = keys->localizedString(group, "Name").simplified();
+    entry->icon = keys->string(group, "Icon");
+    entry->listed = keys->string(group, "Type") == u"Application" && !entry->name.isEmpty() &&
+                    !keys->boolean(group, "Hidden") && !keys->boolean(group, "NoDisplay");
+    return entry;
+}
+
+// Walks one `applications` folder, upper folders first. A folder reached twice (links can make circles) is walked once.
+class FolderWalk {
+public:
+    FolderWalk(DesktopCatalog& catalog, const DesktopCatalog& known) : catalog_(catalog), known_(known) {}
+
+    void walk(std::string folder) {
+        folders_.push_back({std::move(folder), {}});
+        while (!folders_.empty()) {
+            const Folder next = std::move(folders_.front());
+            folders_.pop_front();
+            readFolder(next);
+        }
+    }
+
+private:
+    struct Folder {
+        std::string path;
+        std::string idPrefix;
+    };
+
+    void readFolder(const Folder& folder) {
+        struct stat status;
+        if (::stat(folder.path.c_str(), &status) != 0 || !visited_.insert({status.st_dev, status.st_ino}).second)
+            return;
+        DIR* directory = ::opendir(folder.path.c_str());
+        if (!directory) return;
+        while (const dirent* item = ::readdir(directory)) readItem(folder, *item);
+        ::closedir(directory);
+    }
+
+    void readItem(const Folder& folder, const dirent& item) {
+        const std::string_view name = item.d_name;
+        const bool isEntryName = name.ends_with(suffix);
+        if (name == "." || name == ".." || (item.d_type == DT_REG && !isEntryName)) return;
+        const std::string path = folder.path + '/' + item.d_name;
+        struct stat status;
+        if (::stat(path.c_str(), &status) != 0) return;
+        if (S_ISDIR(status.st_mode))
+            folders_.push_back({path, folder.idPrefix + item.d_name + '-'});
+        else if (S_ISREG(status.st_mode) && isEntryName)
+            addEntry(folder.idPrefix + std::string(name.substr(0, name.size() - suffix.size())), path,
+                     FileStamp(status));
+    }
+
+    void addEntry(const std::string& id, const std::string& path, const FileStamp& stamp) {
+        const QString identifier = QString::fromStdString(id);
+        if (identifier.isEmpty() || identifier.contains(QChar::ReplacementCharacter)) return;  // not valid UTF-8
+        if (catalog_.contains(identifier)) return;
+        auto entry = known_.value(identifier);
+        if (!entry || entry->stamp != stamp || entry->file != path) entry = readDesktopEntry(path, stamp);
+        catalog_.insert(identifier, std::move(entry));
+    }
+
+    DesktopCatalog& catalog_;
+    const DesktopCatalog& known_;
+    std::deque<Folder> folders_;
+    std::set<std::pair<dev_t, ino_t>> visited_;
+};
+
+}  // namespace
+
+DesktopCatalog readDesktopCatalog(const std::vector<std::filesystem::path>& dataDirectories,
+                                  const DesktopCatalog& known) {
+    DesktopCatalog catalog;
+    catalog.reserve(known.size());
+    for (const std::filesystem::path& directory : dataDirectories)
+        FolderWalk(catalog, known).walk((directory / "applications").string());
+    return catalog;
+}
+
+}  // namespace platform

@@ -18,12 +18,12 @@ class ApplicationList;
 // What the app is given once, at start, by whoever runs it: the phone that it lives on. A plain value; what it points
 // to outlives the app.
 struct Device {
-    std::filesystem::path root = "/";               // every path of the product lies below it
-    store::NotifyCenter* notifyCenter = nullptr;    // tells the engine
-    ApplicationList* applicationList = nullptr;     // what is installed
+    std::filesystem::path root = "/";                  // every path of the product lies below it
+    store::NotifyCenter* notifyCenter = nullptr;       // tells the engine
+    ApplicationList* applicationList = nullptr;        // what is installed
     std::function<void(const QUrl& address)> openURL;  // hands an address to the system
     QString model = QStringLiteral("iPhone");
-    QSize screen{320, 568};                         // points, the system's 20-point status bar included
+    QSize screen{320, 568};  // points, the system's 20-point status bar included
 };
 
 }  // namespace platform

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+struct _GKeyFile;
+
+namespace platform {
+
+// A file of groups and keys as the desktop specifications share it: desktop entries, icon themes, settings.
+class KeyFile {
+public:
+    // Nothing when the file cannot be read, is no regular file, is longer than a megabyte or does not parse.
+    static std::optional<KeyFile> read(const std::filesystem::path& path);
+
+    // A missing key, or one whose value is not valid UTF-8 or of the wrong kind, reads as empty, false or `otherwise`.
+    QString string(const char* group, const char* key) const;
+    QString localizedString(const char* group, const char* key) const;  // in the language of the process's locale
+    QStringList commaSeparatedList(const char* group, const char* key) const;
+    bool boolean(const char* group, const char* key) const;
+    int integer(const char* group, const char* key, int otherwise) const;
+
+private:
+    struct Release {
+        void operator()(_GKeyFile* file) const;
+    };
+    std::unique_ptr<_GKeyFile, Release> file_;
+};
+
+}  // namespace platform

@@ -1,0 +1,62 @@
+#include "platform/system/RegularFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace platform {
+
+namespace {
+
+constexpr std::int64_t nanoseconds(const timespec& time) {
+    return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
+}
+
+std::optional<QByteArray> readWhole(int file, qint64 limit) {
+    struct stat status;
+    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > limit) return {};
+    QByteArray bytes(status.st_size, Qt::Uninitialized);
+    qsizetype length = 0;
+    while (length < bytes.size()) {
+        const ssize_t count = ::read(file, bytes.data() + length, bytes.size() - length);
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return {};
+        if (count == 0) break;  // has been shortened meanwhile
+        length += count;
+    }
+    bytes.truncate(length);
+    return bytes;
+}
+
+}  // namespace
+
+FileStamp::FileStamp(const struct stat& status)
+    : device(status.st_dev),
+      inode(status.st_ino),
+      size(status.st_size),
+      modified(nanoseconds(status.st_mtim)),
+      changed(nanoseconds(status.st_ctim)) {}
+
+std::optional<FileStamp> stampOf(const std::filesystem::path& path) {
+    struct stat status;
+    if (::stat(path.c_str(), &status) != 0) return {};
+    return FileStamp(status);
+}
+
+bool isRegularFile(const std::filesystem::path& path) {
+    struct stat status;
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::optional<QByteArray> readRegularFile(const std::filesystem::path& path, qint64 limit) {
+    if (!isRegularFile(path)) return {};  // opening a device can have effects
+    const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (file < 0) return {};
+    auto bytes = readWhole(file, limit);
+    ::close(file);
+    return bytes;
+}
+
+}  // namespace platform
