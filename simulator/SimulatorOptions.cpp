@@ -5,12 +5,18 @@
 #include <QRegularExpression>
 #include <array>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace simulator {
 namespace {
+
+constexpr std::string_view usage =
+    "usage: VexmorSimulator --device DIR [--model iPhone] [--screen 320x568] [--network host|none|wifi|wwan]\n"
+    "                       [--documentation-host HOST]\n"
+    "Runs the app on a device that lives in a directory, and prints what the device would do.\n";
 
 constexpr QSize smallestScreen{320, 480};
 
@@ -34,19 +40,17 @@ std::optional<Network> networkFrom(const QString& text) {
 }  // namespace
 
 std::variant<SimulatorOptions, Misuse, Help> parseArguments(const QStringList& arguments) {
-    const QCommandLineOption device(u"device"_s, u"The directory that holds the device's file system."_s, u"DIR"_s);
-    const QCommandLineOption model(u"model"_s, u"The device's model (iPhone)."_s, u"NAME"_s, u"iPhone"_s);
-    const QCommandLineOption screen(u"screen"_s, u"The screen in points (320x568)."_s, u"WxH"_s, u"320x568"_s);
-    const QCommandLineOption network(u"network"_s, u"The device's network: host, none, wifi or wwan (host)."_s,
-                                     u"KIND"_s, u"host"_s);
-    const QCommandLineOption documentationHost(u"documentation-host"_s, u"Where the documentation is."_s, u"HOST"_s);
-    const QCommandLineOption help(u"help"_s, u"Shows this text."_s);
+    const QCommandLineOption device(u"device"_s, {}, u"DIR"_s);
+    const QCommandLineOption model(u"model"_s, {}, u"NAME"_s, u"iPhone"_s);
+    const QCommandLineOption screen(u"screen"_s, {}, u"WxH"_s, u"320x568"_s);
+    const QCommandLineOption network(u"network"_s, {}, u"KIND"_s, u"host"_s);
+    const QCommandLineOption documentationHost(u"documentation-host"_s, {}, u"HOST"_s);
+    const QCommandLineOption help(u"help"_s);
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"Runs the app on a device that lives in a directory."_s);
     parser.addOptions({device, model, screen, network, documentationHost, help});
     if (!parser.parse(arguments)) return Misuse{parser.errorText()};
-    if (parser.isSet(help)) return Help{parser.helpText()};
+    if (parser.isSet(help)) return Help{usage};
     if (!parser.positionalArguments().isEmpty())
         return Misuse{u"unexpected argument '%1'"_s.arg(parser.positionalArguments().constFirst())};
     if (parser.value(device).isEmpty()) return Misuse{u"--device DIR is missing"_s};

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <filesystem>
+#include <string_view>
 #include <variant>
 
 namespace simulator {
@@ -27,7 +28,7 @@ struct Misuse {
 
 // The command line asks for help: the text to show.
 struct Help {
-    QString text;
+    std::string_view text;
 };
 
 // `arguments` begin with the program's name. Looks at nothing but the arguments.

@@ -1,0 +1,185 @@
+"""VexmorSimulator used from outside: real taps, drags and keys under a display and a bus of its own.
+
+Points are the app's, counted from the upper left corner of its window, which shows the screen below the status bar."""
+import hashlib
+import os
+import plistlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+from pathlib import Path
+
+PREFERENCES = "var/mobile/Library/Preferences"
+APP_RULES = f"{PREFERENCES}/com.Urmeld.FirewallRules2.plist"
+GLOBAL_RULES = f"{PREFERENCES}/com.Urmeld.FirewallGlobalRules2.plist"
+
+BAR, SEARCH, ROW, BAND = 40, 38, 50, 3  # heights in points
+WIDTH = 320
+PIXELS_PER_POINT = 2
+
+BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>system</type>
+  <listen>unix:path={socket}</listen>
+  <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow own="*"/></policy>
+</busconfig>
+"""
+
+
+class TourError(Exception):
+    """What happened is not what the action should have led to."""
+
+
+class DrivenSimulator:
+    """A running simulator on `device`; pictures go to `pictures`, numbered in the order in which they are taken."""
+
+    def __init__(self, program, device, pictures):
+        self.program, self.device, self.pictures = Path(program), Path(device), Path(pictures)
+        self.picture_number = 0
+        self.children = []
+
+    def __enter__(self):
+        self.scratch = Path(tempfile.mkdtemp(prefix="vexmor-tour-"))
+        try:
+            self.environment = {
+                **os.environ,
+                "DBUS_SYSTEM_BUS_ADDRESS": self.start_bus(),
+                "DISPLAY": self.start_display(),
+                "QT_QPA_PLATFORM": "xcb",
+                "QT_SCALE_FACTOR": str(PIXELS_PER_POINT),
+                "XDG_RUNTIME_DIR": str(self.scratch),
+                "LC_ALL": "C.UTF-8",
+            }
+            self.start_simulator()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for child in reversed(self.children):
+            if child.poll() is None:
+                child.kill()
+            child.wait()
+        shutil.rmtree(self.scratch)
+
+    # Parts of the stage
+
+    def start(self, *command, **options):
+        options = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, **options}
+        child = subprocess.Popen(command, **options)
+        self.children.append(child)
+        return child
+
+    def start_bus(self):
+        socket = self.scratch / "bus"
+        configuration = self.scratch / "bus.conf"
+        configuration.write_text(BUS_CONFIGURATION.format(socket=socket))
+        self.start("dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile")
+        wait_until(socket.exists, "the bus did not start")
+        return f"unix:path={socket}"
+
+    def start_display(self):
+        reading, writing = os.pipe()
+        size = f"{400 * PIXELS_PER_POINT}x{600 * PIXELS_PER_POINT}x24"
+        self.start("Xvfb", "-displayfd", str(writing), "-screen", "0", size, "-nolisten", "tcp", pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as answer:
+            number = answer.readline().strip()
+        if not number:
+            raise TourError("the display did not start")
+        return f":{number}"
+
+    def start_simulator(self):
+        with open(self.scratch / "output", "wb") as output, open(self.scratch / "errors", "wb") as errors:
+            self.process = self.start(self.program, "--device", self.device, env=self.environment, stdout=output,
+                                      stderr=errors)
+        wait_until(self.find_window, lambda: f"no window appeared: {(self.scratch / 'errors').read_text().strip()}")
+        self.xdotool("windowfocus", "--sync", self.window)
+        self.settle()
+
+    def find_window(self):
+        if self.process.poll() is not None:
+            raise TourError(f"the simulator ended: {(self.scratch / 'errors').read_text().strip()}")
+        self.window = self.xdotool("search", "--onlyvisible", "--pid", str(self.process.pid)).partition("\n")[0]
+        return self.window
+
+    def xdotool(self, *arguments):
+        return subprocess.run(["xdotool", *arguments], env=self.environment, capture_output=True, text=True,
+                              check=False).stdout.strip()
+
+    # Hands
+
+    def move_to(self, x, y):
+        self.xdotool("mousemove", "--window", self.window, *(str(round(at * PIXELS_PER_POINT)) for at in (x, y)))
+
+    def tap(self, x, y):
+        self.move_to(x, y)
+        self.xdotool("click", "1")
+        self.settle()
+
+    def swipe_left(self, y, start=260, end=100):
+        self.move_to(start, y)
+        self.xdotool("mousedown", "1")
+        for step in range(1, 13):
+            self.move_to(start + (end - start) * step / 12, y)
+        self.xdotool("mouseup", "1")
+        self.settle()
+
+    def type(self, text):
+        self.xdotool("type", "--delay", "20", text)
+        self.settle()
+
+    def terminate(self):
+        """Asks the app to end; returns its exit status."""
+        self.process.send_signal(signal.SIGTERM)
+        try:
+            return self.process.wait(10)
+        except subprocess.TimeoutExpired as error:
+            raise TourError("the app did not end when asked to") from error
+
+    # Eyes
+
+    def screen(self):
+        return subprocess.run(["import", "-window", self.window, "-depth", "8", "rgb:-"], env=self.environment,
+                              capture_output=True, check=True).stdout
+
+    def settle(self, quiet=0.4, at_most=5):
+        """Waits until the picture has been still for a while: animations are over, answers are painted. A blinking
+        cursor changes it only every half second."""
+        end = time.monotonic() + at_most
+        seen, since = None, time.monotonic()
+        while time.monotonic() < end and time.monotonic() - since < quiet:
+            now = hashlib.sha1(self.screen()).digest()
+            if now != seen:
+                seen, since = now, time.monotonic()
+            time.sleep(0.05)
+
+    def picture(self, name):
+        self.picture_number += 1
+        file = self.pictures / f"{self.picture_number:02}-{name}.png"
+        subprocess.run(["import", "-window", self.window, file], env=self.environment, check=True)
+        print(f"tour: {file}", flush=True)
+
+    def plist(self, name):
+        with open(self.device / name, "rb") as file:
+            return plistlib.load(file)
+
+    def printed(self):
+        return (self.scratch / "output").read_text().splitlines()
+
+
+def row_middle(index, above=0):
+    """The middle of a row under bar and search field, with `above` points of bands above it."""
+    return BAR + SEARCH + above + ROW * index + ROW / 2
+
+
+def wait_until(holds, otherwise, seconds=10):
+    end = time.monotonic() + seconds
+    while not holds():
+        if time.monotonic() > end:
+            raise TourError(otherwise() if callable(otherwise) else otherwise)
+        time.sleep(0.05)
