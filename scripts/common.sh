@@ -44,7 +44,8 @@ ensure_packages() {
             -o Dpkg::Use-Pty=0 "$@" >"$log" 2>&1
     }
     local log; log=$(mktemp)
-    if ! { apt update && apt install -y --no-install-recommends "${missing[@]}"; }; then
+    apt update || true  # a source of the machine's own may be out of reach; what counts is whether the packages come
+    if ! apt install -y --no-install-recommends "${missing[@]}"; then
         local reason; reason=$(grep -m1 '^E:' "$log" || tail -n1 "$log"); rm -f "$log"
         fail "could not install ${missing[*]} (${reason:-apt-get failed})"
     fi
