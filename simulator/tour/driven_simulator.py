@@ -24,7 +24,9 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus
 <busconfig>
   <type>system</type>
   <listen>unix:path={socket}</listen>
-  <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow own="*"/></policy>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/><allow receive_sender="*" eavesdrop="true"/><allow own="*"/>
+  </policy>
 </busconfig>
 """
 
@@ -75,7 +77,7 @@ class DrivenSimulator:
         return child
 
     def start_bus(self):
-        socket = self.scratch / "bus"
+        socket = self.scratch / "system-bus"
         configuration = self.scratch / "bus.conf"
         configuration.write_text(BUS_CONFIGURATION.format(socket=socket))
         self.start("dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile")
