@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QObject>
+#include <QWidget>
 #include <memory>
 
 class QLineEdit;
-class QWidget;
 
 namespace platform {
 

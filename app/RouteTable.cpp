@@ -1,0 +1,53 @@
+#include "app/RouteTable.h"
+
+#include "platform/system/Device.h"
+#include "platform/ui/NavigationController.h"
+#include "screens/apps/VxmAppChooserControllerViewController.h"
+#include "screens/apps/VxmAppViewController.h"
+#include "screens/apps/VxmMainViewController.h"
+#include "screens/rules/VxmAppRulesViewController.h"
+#include "screens/rules/VxmGlobalViewController.h"
+
+namespace app {
+
+namespace {
+
+void push(platform::ViewController& from, std::unique_ptr<platform::ViewController> screen) {
+    if (auto* navigation = from.navigationController()) navigation->pushViewController(std::move(screen), true);
+}
+
+}  // namespace
+
+RouteTable::RouteTable(const platform::Device& device, const views::Chrome& chrome, store::ConfigurationStore& store)
+    : device_(device), chrome_(chrome), store_(store) {}
+
+std::unique_ptr<platform::ViewController> RouteTable::makeMainScreen() {
+    return std::make_unique<screens::VxmMainViewController>(chrome_, store_, *device_.applicationList, *this);
+}
+
+void RouteTable::openGlobalRules(platform::ViewController& from, bool isDeny) {
+    push(from, std::make_unique<screens::VxmGlobalViewController>(chrome_, store_, *this, isDeny));
+}
+
+void RouteTable::openApp(platform::ViewController& from, const QString& bundleIdentifier, const QString& displayName) {
+    push(from, std::make_unique<screens::VxmAppViewController>(chrome_, store_, *this, bundleIdentifier, displayName));
+}
+
+void RouteTable::openAppChooser(screens::VxmMainViewController& from) {
+    auto chooser =
+        std::make_unique<screens::VxmAppChooserControllerViewController>(chrome_, store_, *device_.applicationList);
+    chooser->setMainViewController(&from);
+    from.presentViewController(std::move(chooser), true);
+}
+
+void RouteTable::openSettings(platform::ViewController& from) {
+    push(from, std::make_unique<screens::VxmSettingsViewController>(chrome_, store_, *this));
+}
+
+void RouteTable::openAppRules(platform::ViewController& from, bool isDeny, const QString& bundleIdentifier,
+                              const QString& displayName) {
+    push(from,
+         std::make_unique<screens::VxmAppRulesViewController>(chrome_, store_, isDeny, bundleIdentifier, displayName));
+}
+
+}  // namespace app

@@ -1,0 +1,42 @@
+#include <QApplication>
+#include <QDesktopServices>
+#include <QScreen>
+#include <QUrl>
+
+#include "app/Run.h"
+#include "platform/system/DesktopApplicationList.h"
+#include "platform/system/Device.h"
+#include "platform/system/HostNetwork.h"
+#include "platform/system/SystemNotifyCenter.h"
+
+namespace {
+
+constexpr QSize tallScreen{320, 568};
+constexpr QSize shortScreen{320, 480};
+constexpr int statusBarHeight = 20;
+
+// The screen that the app takes itself to be on: the short one where the real one has no room for the tall.
+QSize deviceScreen(const QScreen& real) {
+    return real.availableSize().height() < tallScreen.height() - statusBarHeight ? shortScreen : tallScreen;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    app::prepare();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Vexmor"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.urmeld.Vexmor"));
+
+    platform::SystemNotifyCenter notifyCenter;
+    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories("/"),
+                                                  application.devicePixelRatio());
+    platform::HostNetwork network;
+    platform::Device device;
+    device.notifyCenter = &notifyCenter;
+    device.applicationList = &applications;
+    device.network = &network;
+    device.openURL = [](const QUrl& address) { QDesktopServices::openUrl(address); };
+    device.screen = deviceScreen(*QGuiApplication::primaryScreen());
+    return app::run(application, device);
+}

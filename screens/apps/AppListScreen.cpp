@@ -1,0 +1,134 @@
+#include "screens/apps/AppListScreen.h"
+
+#include "catalog/VxmAppList.h"
+#include "platform/system/ApplicationList.h"
+#include "platform/ui/TableView.h"
+#include "store/Search.h"
+#include "views/Chrome.h"
+#include "views/IconView.h"
+#include "views/VxmAppCell.h"
+
+namespace screens {
+
+namespace {
+
+constexpr int bandHeight = 3;
+constexpr int searchBarHeight = 38;
+constexpr int defaultIndentationWidth = 10;
+constexpr int placeholderGap = 7;
+
+}  // namespace
+
+AppListScreen::AppListScreen(const views::Chrome& chrome, store::ConfigurationStore& store,
+                             platform::ApplicationList& catalog)
+    : VxmTableScreen(chrome, bandHeight), store_(store), catalog_(catalog), iconsToLoad_(catalog) {}
+
+AppListScreen::~AppListScreen() = default;
+
+void AppListScreen::buildAppListView(QWidget* bar) {
+    // Icons are announced on the thread that loaded them; the receiver brings them to the main thread.
+    connect(&catalog_, &platform::ApplicationList::iconLoaded, this, &AppListScreen::iconLoaded);
+    defaultImage_ = catalog_.iconOfSize(catalog::iconSize, QStringLiteral("com.apple.WebSheet"));
+
+    platform::TableView* table = makeTable();
+    auto* searchBar = new platform::SearchBar;
+    searchBar->resize(chrome().windowSize().width(), searchBarHeight);
+    table->setHeaderView(searchBar);
+    buildView(bar, table);
+
+    searchCont_ = new platform::SearchDisplayController(searchBar, table, this);
+    searchCont_->setDelegate(this);
+    searchCont_->setSearchResultsDataSource(this);
+    searchCont_->setSearchResultsDelegate(this);
+}
+
+std::vector<store::AppInfo>& AppListScreen::appsIn(const platform::TableView& table) {
+    return &table == this->table() ? appsArray_ : filteredApps_;
+}
+
+const store::AppInfo& AppListScreen::appAt(const platform::TableView& table, platform::IndexPath indexPath) {
+    return appsIn(table).at(std::size_t(indexPath.row));
+}
+
+void AppListScreen::setApps(std::vector<store::AppInfo> apps) {
+    store::alphabeticAppInfoSort(apps, nameOrder_);
+    appsArray_ = std::move(apps);
+    table()->reloadData();
+}
+
+int AppListScreen::numberOfSectionsInTableView(platform::TableView& table) {
+    return &table == this->table() ? appSection() + 1 : 1;
+}
+
+int AppListScreen::numberOfRowsInSection(platform::TableView& table, int) {
+    return int(appsIn(table).size());
+}
+
+void AppListScreen::prepareCell(views::VxmAppCell&) const {}
+
+views::VxmAppCell* AppListScreen::dequeueAppCell(platform::TableView& table) {
+    const QString reuseIdentifier = QStringLiteral("Cell");
+    if (auto* used = table.dequeueReusableCell(reuseIdentifier)) return static_cast<views::VxmAppCell*>(used);
+    auto* cell = new views::VxmAppCell(chrome(), reuseIdentifier);
+    prepareCell(*cell);
+    return cell;
+}
+
+platform::TableViewCell* AppListScreen::cellForRowAtIndexPath(platform::TableView& table,
+                                                              platform::IndexPath indexPath) {
+    views::VxmAppCell* cell = dequeueAppCell(table);
+    const store::AppInfo& app = appAt(table, indexPath);
+    const QString identifier = QString::fromStdString(app.bundleIdentifier);
+    cell->setTitleLabelText(QString::fromStdString(app.displayName));
+    showIcon(*cell, identifier);
+    cell->setUnderTextLabelText(identifier);
+    return cell;
+}
+
+void AppListScreen::showIcon(views::VxmAppCell& cell, const QString& identifier) {
+    if (catalog_.hasCachedIconOfSize(catalog::iconSize, identifier)) {
+        cell.appImageView()->setImage(catalog_.iconOfSize(catalog::iconSize, identifier));
+        cell.setIndentationLevel(0);
+        return;
+    }
+    cell.appImageView()->setImage(defaultImage_);
+    const bool isIconSized = defaultImage_.deviceIndependentSize().width() == catalog::iconSize;
+    if (!isIconSized) cell.setIndentationWidth(catalog::iconSize + placeholderGap);
+    cell.setIndentationLevel(isIconSized ? 0 : 1);
+    iconsToLoad_.request(identifier);
+}
+
+void AppListScreen::iconLoaded(const QString& identifier) {
+    platform::TableView& table = tableForArrivingIcons();
+    for (const platform::IndexPath indexPath : table.indexPathsForVisibleRows()) {
+        if (&table == this->table() && indexPath.section != appSection()) continue;
+        if (QString::fromStdString(appAt(table, indexPath).bundleIdentifier) != identifier) continue;
+        auto* cell = static_cast<views::VxmAppCell*>(table.cellForRow(indexPath));
+        const QImage& shown = cell->appImageView()->image();
+        if (!shown.isNull() && shown.cacheKey() != defaultImage_.cacheKey()) continue;
+        cell->setIndentationLevel(0);
+        cell->setIndentationWidth(defaultIndentationWidth);
+        cell->appImageView()->setImage(catalog_.iconOfSize(catalog::iconSize, identifier));
+    }
+}
+
+void AppListScreen::filterContentForSearchText(const QString& text, int) {
+    filteredApps_.clear();
+    const store::SearchText searched(text.toStdString());
+    for (const store::AppInfo& app : appsArray_) {
+        if (searched.matches(app.displayName)) filteredApps_.push_back(app);
+    }
+}
+
+bool AppListScreen::shouldReloadTableForSearchString(platform::SearchDisplayController& controller,
+                                                     const QString& text) {
+    filterContentForSearchText(text, controller.searchBar()->selectedScopeButtonIndex());
+    return true;
+}
+
+bool AppListScreen::shouldReloadTableForSearchScope(platform::SearchDisplayController& controller, int scope) {
+    filterContentForSearchText(controller.searchBar()->text(), scope);
+    return true;
+}
+
+}  // namespace screens

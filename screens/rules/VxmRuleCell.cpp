@@ -1,0 +1,98 @@
+#include "screens/rules/VxmRuleCell.h"
+
+#include <QLabel>
+
+#include "platform/ui/TextField.h"
+#include "views/Chrome.h"
+#include "views/Label.h"
+#include "views/Palette.h"
+
+namespace screens {
+
+namespace {
+
+constexpr int titleWidth = 296;
+constexpr QRect newTitleFrame{16, 7, titleWidth, 20};
+constexpr QRect titleFrame{16, 9, titleWidth, 20};
+constexpr QRect editingTitleFrame{16, 9, 256, 20};  // leaves room for the delete control
+constexpr QRect provisionalFrame{0, 0, 100, 20};
+constexpr int underTextX = 18;
+constexpr int underTextDrop = 12;
+constexpr int smallTextRight = 284;
+constexpr qsizetype farMoreThanFits = 400;  // characters whose width is worth measuring
+
+platform::TextField* makeTitleTextField(QWidget* parent, const QFont& font) {
+    auto* field = new platform::TextField(parent);
+    field->setGeometry(newTitleFrame);
+    field->setFont(font);
+    QPalette colours = field->palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        colours.setColor(group, QPalette::Text, views::palette::ink);
+        colours.setColor(group, QPalette::Base, Qt::transparent);
+    }
+    field->setPalette(colours);
+    field->setEnabled(false);
+    return field;
+}
+
+}  // namespace
+
+VxmRuleCell::VxmRuleCell(const views::Chrome& chrome, const QString& reuseIdentifier)
+    : TableViewCell(reuseIdentifier),
+      titleTextField_(makeTitleTextField(contentView(), chrome.rowTitle())),
+      underTextLabel_(views::makeLabel(contentView(), chrome.rowUnderText(), views::palette::ink)),
+      smallTextLabel_(views::makeLabel(contentView(), chrome.smallText(), views::palette::faintInk)),
+      bigTextLabel_(views::makeLabel(contentView(), chrome.bigText(), views::palette::ink)) {
+    setBackgroundImage(QStringLiteral("SettingsDefaultCellBackground.png"));
+    setSelectionStyle(SelectionStyle::none);
+    for (QLabel* label : {underTextLabel_, smallTextLabel_, bigTextLabel_}) label->setGeometry(provisionalFrame);
+    resize(320, 50);
+}
+
+void VxmRuleCell::setTitleLabelText(const QString& text) {
+    const QSizeF size = views::sizeWithFont(text.left(farMoreThanFits), titleTextField_->font());
+    if (size.width() > titleWidth) titleTextField_->setAdjustsFontSizeToFitWidth(true);
+    titleTextField_->setText(text);
+    titleTextField_->setCursorPosition(0);
+    updateAccessibleName();
+}
+
+void VxmRuleCell::setUnderTextLabelText(const std::optional<QString>& text) {
+    underTextLabel_->setVisible(text.has_value());
+    const QString line = text.value_or(QString());
+    const QSizeF size = views::sizeWithFont(line, underTextLabel_->font());
+    const float y = float(contentView()->height() - size.height()) / 2 + underTextDrop;
+    underTextLabel_->setGeometry(views::makeRoundedRect(underTextX, y, float(size.width()), float(size.height())));
+    underTextLabel_->setText(line);
+    updateAccessibleName();
+}
+
+void VxmRuleCell::setSmallTextLabelText(const QString& text) {
+    const QSizeF size = views::sizeWithFont(text, smallTextLabel_->font());
+    smallTextLabel_->setGeometry(views::makeRoundedRect(float(smallTextRight - size.width()),
+                                                        float(contentView()->height() - size.height()) / 2,
+                                                        float(size.width()), float(size.height())));
+    smallTextLabel_->setText(text);
+}
+
+void VxmRuleCell::setBigTextLabelText(const QString& text) {
+    const QSizeF size = views::sizeWithFont(text, bigTextLabel_->font());
+    bigTextLabel_->setGeometry(views::makeRoundedRect(float(smallTextLabel_->x() - size.width()),
+                                                      float(contentView()->height() - size.height()) / 2,
+                                                      float(size.width()), float(size.height())));
+    bigTextLabel_->setText(text);
+}
+
+void VxmRuleCell::setEditing(bool editing, bool animated) {
+    TableViewCell::setEditing(editing, animated);
+    titleTextField_->setEnabled(editing);
+    titleTextField_->setGeometry(editing ? editingTitleFrame : titleFrame);
+}
+
+void VxmRuleCell::updateAccessibleName() {
+    setAccessibleName(titleTextField_->text());
+    setAccessibleDescription(underTextLabel_->text());
+    titleTextField_->setAccessibleName(titleTextField_->text());
+}
+
+}  // namespace screens

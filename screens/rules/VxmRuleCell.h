@@ -1,0 +1,50 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/ui/TableViewCell.h"
+
+class QLabel;
+
+namespace platform {
+class TextField;
+}
+
+namespace views {
+class Chrome;
+}
+
+namespace screens {
+
+// A row of 50 points whose first line is a text field: in edit mode its text can be changed in place, otherwise it
+// reads like a label. A second line lies below it; two labels at the right can hold a value. The cell knows nothing of
+// rules or files.
+class VxmRuleCell : public platform::TableViewCell {
+    Q_OBJECT
+public:
+    VxmRuleCell(const views::Chrome& chrome, const QString& reuseIdentifier);
+
+    // A text wider than the row makes the field shrink its font to fit, from then on.
+    void setTitleLabelText(const QString& text);
+    // Sets the second line; nothing hides it.
+    void setUnderTextLabelText(const std::optional<QString>& text);
+    void setSmallTextLabelText(const QString& text);
+    void setBigTextLabelText(const QString& text);
+
+    void setEditing(bool editing, bool animated) override;
+
+    platform::TextField* titleTextField() const { return titleTextField_; }
+    QLabel* underTextLabel() const { return underTextLabel_; }
+    QLabel* smallTextLabel() const { return smallTextLabel_; }
+    QLabel* bigTextLabel() const { return bigTextLabel_; }
+
+private:
+    void updateAccessibleName();
+
+    platform::TextField* titleTextField_;
+    QLabel* underTextLabel_;
+    QLabel* smallTextLabel_;
+    QLabel* bigTextLabel_;
+};
+
+}  // namespace screens

@@ -1,0 +1,64 @@
+#include "views/VxmAppCell.h"
+
+#include <QLabel>
+
+#include "views/Chrome.h"
+#include "views/IconView.h"
+#include "views/Label.h"
+#include "views/Palette.h"
+
+namespace views {
+
+namespace {
+
+constexpr int textX = 55;
+constexpr int iconCentreX = 26;
+constexpr int titleRise = 12;     // the title's share of the two lines, doubled
+constexpr int underTextDrop = 8;  // below the middle of the row
+
+}  // namespace
+
+VxmAppCell::VxmAppCell(const Chrome& chrome, const QString& reuseIdentifier)
+    : TableViewCell(reuseIdentifier),
+      titleLabel_(makeLabel(contentView(), chrome.rowTitle(), palette::ink)),
+      underTextLabel_(makeLabel(contentView(), chrome.rowUnderText(), palette::ink)),
+      appImageView_(new IconView(contentView())) {
+    setBackgroundImage(QStringLiteral("SettingsDefaultCellBackground.png"));
+    setSelectionStyle(SelectionStyle::gray);
+    titleLabel_->setGeometry(0, 0, 100, 20);
+    underTextLabel_->setGeometry(0, 0, 100, 20);
+    resize(320, 50);
+}
+
+void VxmAppCell::setTitleLabelText(const QString& text) {
+    titleLabel_->setText(text);
+    layoutSubviews();
+    updateAccessibleName();
+}
+
+void VxmAppCell::setUnderTextLabelText(const std::optional<QString>& text) {
+    underTextLabel_->setVisible(text.has_value());
+    underTextLabel_->setText(text.value_or(QString()));
+    layoutSubviews();
+    updateAccessibleName();
+}
+
+void VxmAppCell::layoutSubviews() {
+    TableViewCell::layoutSubviews();
+    const float height = float(contentView()->height());
+    const QSizeF title = sizeWithFont(titleLabel_->text(), titleLabel_->font());
+    titleLabel_->setGeometry(makeRoundedRect(textX, (height - float(title.height()) - titleRise) / 2,
+                                             float(title.width()), float(title.height())));
+    const QSizeF under = sizeWithFont(underTextLabel_->text(), underTextLabel_->font());
+    underTextLabel_->setGeometry(makeRoundedRect(textX, (height - float(under.height())) / 2 + underTextDrop,
+                                                 float(under.width()), float(under.height())));
+    const QSize icon = appImageView_->size();
+    appImageView_->move(iconCentreX - icon.width() / 2, int(height - float(icon.height())) / 2);
+}
+
+void VxmAppCell::updateAccessibleName() {
+    setAccessibleName(titleLabel_->text());
+    setAccessibleDescription(underTextLabel_->text());
+}
+
+}  // namespace views

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/ui/TableViewCell.h"
+
+class QLabel;
+
+namespace views {
+
+class Chrome;
+class IconView;
+
+// A row of 50 points with an icon, a name and a line of text under the name.
+class VxmAppCell : public platform::TableViewCell {
+    Q_OBJECT
+public:
+    VxmAppCell(const Chrome& chrome, const QString& reuseIdentifier);
+
+    // Sets the name. A name wider than the row runs out at the right.
+    void setTitleLabelText(const QString& text);
+    // Sets the line under the name; nothing hides it.
+    void setUnderTextLabelText(const std::optional<QString>& text);
+
+    QLabel* titleLabel() const { return titleLabel_; }
+    QLabel* underTextLabel() const { return underTextLabel_; }
+    IconView* appImageView() const { return appImageView_; }
+
+protected:
+    void layoutSubviews() override;
+
+private:
+    void updateAccessibleName();
+
+    QLabel* titleLabel_;
+    QLabel* underTextLabel_;
+    IconView* appImageView_;
+};
+
+}  // namespace views

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/ui/TableView.h"
+#include "views/VxmScreen.h"
+
+namespace views {
+
+// The base of every screen that shows a table: rows of 50 points without separator lines, and the footer scheme, a
+// thin coloured band after every section but the last.
+class VxmTableScreen : public VxmScreen, public platform::TableViewDataSource, public platform::TableViewDelegate {
+    Q_OBJECT
+public:
+    VxmTableScreen(const Chrome& chrome, int footerHeight) : VxmScreen(chrome), footerHeight_(footerHeight) {}
+
+    platform::TableView* table() const { return table_; }
+
+    int heightForRowAtIndexPath(platform::TableView& table, platform::IndexPath indexPath) override;
+    int heightForFooterInSection(platform::TableView& table, int section) override;
+    QWidget* viewForFooterInSection(platform::TableView& table, int section) override;
+
+protected:
+    // Makes the screen's table, with this screen as data source and delegate.
+    platform::TableView* makeTable();
+
+private:
+    platform::TableView* table_ = nullptr;
+    int footerHeight_;
+};
+
+}  // namespace views
