@@ -10,7 +10,8 @@ class ViewController;
 // A stack of screens in one window, the top one visible. A pushed screen comes from the right in 0.35 s, a popped one
 // leaves to the right and is destroyed when its animation has ended; a presented one comes from below. Input is off
 // while screens move. Escape, the Back key and Alt+Left go back (an open alert, search or edit takes them first); the
-// root stays. Main thread only.
+// root stays. A request that comes while screens move ends that motion first; none may come from within a screen's
+// viewWillAppear() or viewWillDisappear(). Main thread only.
 class NavigationController : public QWidget {
     Q_OBJECT
 public:
@@ -34,6 +35,10 @@ protected:
 private:
     friend class ViewController;
     struct Private;
+
+    void present(ViewController& presenter, std::unique_ptr<ViewController> controller, bool animated);
+    void dismiss(ViewController& presenter, bool animated);
+
     std::unique_ptr<Private> d_;
 };
 
