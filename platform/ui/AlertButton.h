@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QPushButton>
+
+namespace platform {
+
+// One of an alert's buttons: flat, parted from its neighbours by hairlines, grey while pressed.
+class AlertButton : public QPushButton {
+public:
+    enum class Weight { quiet, plain, accent };
+
+    AlertButton(const QString& title, Weight weight, QWidget* parent);
+
+    // A hairline at the left as well as at the top.
+    void setStandsBesideAnother(bool beside) { beside_ = beside; }
+    // Whether the focus is to be seen; it is once the person walks the buttons by keyboard.
+    void setShowsFocus(bool shows);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Weight weight_;
+    bool beside_ = false;
+    bool showsFocus_ = false;
+};
+
+}  // namespace platform
