@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QColor>
 
+#include "platform/ui/GlidingValue.h"
+
 namespace platform {
 
 // An on/off switch, 51 by 31 points, that slides when tapped or dragged. The valueChanged signal speaks only of what
@@ -31,11 +33,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void userToggledTo(bool on);
-    void moveKnob(double target, bool animated);
-
     QColor onTintColor_{55, 171, 200};
-    double knob_ = 0;  // 0 off, 1 on: where the knob is drawn
+    GlidingValue knob_;  // 0 off, 1 on: where the knob is drawn
     double pressedKnob_ = 0;
     int pressedX_ = 0;
     bool dragged_ = false;

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace platform {
+
+// Teaches Qt what our controls are to a screen reader: a switch, a button, an alert. Every control asks for it as it
+// is made; only the first call does anything.
+void installAccessibility();
+
+}  // namespace platform
