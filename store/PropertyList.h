@@ -66,7 +66,9 @@ public:
 
     Kind kind() const;
 
-    // The value when it is of that kind, otherwise nothing. A slice is taken apart by one level at each call.
+    // The value when it is of that kind, otherwise nothing; integer() also for what 63 bits cannot hold. A slice is
+    // taken apart by one level at each call: keep what it gives (in a variable of its own, a loop over `*value.array()`
+    // would lose it).
     std::optional<std::string> string() const;
     std::optional<bool> boolean() const;
     std::optional<Date> date() const;
@@ -82,11 +84,14 @@ public:
 
 private:
     friend class XmlWriter;
-    friend class ArrayReader;
+    friend Slice sliceOf(const Value& value);
     std::variant<Slice, std::string, bool, Date, std::int64_t, double, std::shared_ptr<const std::vector<std::byte>>,
                  std::shared_ptr<const Array>, std::shared_ptr<const Dictionary>, std::shared_ptr<const ArraySource>>
         content_;
 };
+
+// The value as text: the slice that it is, or one that is written for the purpose.
+Slice sliceOf(const Value& value);
 
 // Keys in the order in which they are written: by their UTF-8 bytes.
 class Dictionary {

@@ -1,0 +1,58 @@
+#include "store/Search.h"
+
+#include <unicode/unorm2.h>
+#include <unicode/ustring.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "store/IcuText.h"
+
+namespace store {
+
+namespace {
+
+bool isAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+}
+
+std::string loweredAscii(std::string_view text) {
+    std::string lowered(text);
+    for (char& c : lowered)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return lowered;
+}
+
+std::u16string lowered(const std::u16string& text) {
+    return fromIcu(text.size(), [&](UChar* to, int32_t capacity, UErrorCode* status) {
+        return u_strToLower(to, capacity, text.data(), static_cast<int32_t>(text.size()), "", status);
+    });
+}
+
+// Spellings of the same characters become one.
+std::u16string composed(const std::u16string& text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const UNormalizer2* normalizer = unorm2_getNFCInstance(&status);
+    if (U_FAILURE(status)) return text;
+    return fromIcu(text.size(), [&](UChar* to, int32_t capacity, UErrorCode* result) {
+        return unorm2_normalize(normalizer, text.data(), static_cast<int32_t>(text.size()), to, capacity, result);
+    });
+}
+
+}  // namespace
+
+SearchText::SearchText(std::string_view text) : lowered_(loweredForSearch(text)) {}
+
+bool SearchText::matches(std::string_view field) const {
+    return !lowered_.empty() && loweredForSearch(field).find(lowered_) != std::string::npos;
+}
+
+std::string loweredForSearch(std::string_view text) {
+    return isAscii(text) ? loweredAscii(text) : utf8(composed(lowered(utf16(text))));
+}
+
+std::string lowercase(std::string_view text) {
+    return isAscii(text) ? loweredAscii(text) : utf8(lowered(utf16(text)));
+}
+
+}  // namespace store

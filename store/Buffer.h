@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace store {
+
+// Bytes in memory that several owners share. `padding` bytes of 0 follow them, so that a scanner may look a little
+// beyond the end instead of asking for the end at every step.
+struct Buffer {
+    static constexpr std::size_t padding = 64;
+
+    std::shared_ptr<const char[]> bytes;
+    std::size_t size = 0;
+
+    std::string_view view() const { return {bytes.get(), size}; }
+
+    static Buffer copyOf(std::string_view text);
+    static Buffer adopt(std::string text);
+};
+
+// Memory for `size` bytes and the padding, only the padding written. Large ones are laid out for huge pages.
+std::shared_ptr<char[]> allocateBytes(std::size_t size);
+
+}  // namespace store

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "store/Utf.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace store {
+
+inline bool isXmlSpace(char c) {
+    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+}
+
+// The first byte from p on that is not plain text: '<', '&', a control character or a byte beyond ASCII. The text ends
+// with a 0.
+inline const char* skipPlainTextBytewise(const char* p) {
+    while (static_cast<signed char>(*p) >= ' ' && *p != '<' && *p != '&') ++p;
+    return p;
+}
+
+// The same, sixteen bytes at a time; looks up to 16 bytes beyond the byte that it finds.
+inline const char* skipPlainText(const char* p) {
+#if defined(__SSE2__)
+    const __m128i space = _mm_set1_epi8(' ');
+    const __m128i tag = _mm_set1_epi8('<');
+    const __m128i reference = _mm_set1_epi8('&');
+    for (;; p += 16) {
+        __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        // Compared as signed numbers, bytes beyond ASCII are below the space as well.
+        __m128i found = _mm_or_si128(_mm_cmplt_epi8(bytes, space),
+                                     _mm_or_si128(_mm_cmpeq_epi8(bytes, tag), _mm_cmpeq_epi8(bytes, reference)));
+        if (int mask = _mm_movemask_epi8(found)) return p + __builtin_ctz(static_cast<unsigned>(mask));
+    }
+#else
+    return skipPlainTextBytewise(p);
+#endif
+}
+
+// A reference: `end` is behind it, nullptr when it is none that XML itself knows.
+struct XmlReference {
+    char32_t character = 0;
+    const char* end = nullptr;
+};
+
+// `p` is at the '&'.
+XmlReference readReference(const char* p, const char* end);
+
+// What stands between the tags of a scalar, checked.
+struct XmlText {
+    std::string_view raw;
+    bool isPlain = true;  // no references, comments, CDATA sections or processing instructions in it
+
+    std::string decoded() const;
+};
+
+}  // namespace store

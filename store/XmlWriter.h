@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "store/PropertyList.h"
+
+namespace store {
+
+class Sink;
+
+// Writes property lists as XML: declaration, document type, tabs, sorted keys, one value a line, one newline at the
+// end. Slices are copied as they stand. Characters that XML cannot carry become U+FFFD, a carriage return "&#13;".
+// Bytes are gathered; `flush` hands over the last ones.
+class XmlWriter {
+public:
+    explicit XmlWriter(Sink& sink);
+
+    void document(const Dictionary& dictionary);
+    // One value with its indentation and line end.
+    void value(const Value& value);
+    void flush();
+
+    // Pieces, for those who write elements themselves.
+    void raw(std::string_view text);
+    void escaped(std::string_view text);
+    void date(Date date);
+    // Lines, with their indentation and end.
+    void line(std::string_view text);
+    void key(std::string_view text);
+    // The tabs before an element at the present depth.
+    std::string indentation() const { return std::string(depth_, '\t'); }
+
+    // How far to the right what comes next stands.
+    void indent() { ++depth_; }
+    void outdent() { --depth_; }
+
+private:
+    struct Container;
+    static constexpr std::size_t capacity = 64 * 1024;
+
+    void scalar(const Value& value);
+    void data(const std::vector<std::byte>& data);
+    void character(std::string_view& rest);
+    void largeRaw(std::string_view text);
+    void tabs();
+
+    Sink& sink_;
+    std::unique_ptr<char[]> bytes_;
+    std::size_t used_ = 0;
+    std::size_t depth_ = 0;
+};
+
+inline void XmlWriter::raw(std::string_view text) {
+    if (text.size() > capacity - used_) {
+        flush();
+        // What does not fit is not gathered: a large slice goes out from where it lies.
+        if (text.size() > capacity) {
+            largeRaw(text);
+            return;
+        }
+    }
+    std::memcpy(bytes_.get() + used_, text.data(), text.size());
+    used_ += text.size();
+}
+
+}  // namespace store
