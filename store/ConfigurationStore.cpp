@@ -1,0 +1,123 @@
+#include "store/ConfigurationStore.h"
+
+#include <utility>
+#include <variant>
+
+#include "store/FileReading.h"
+#include "store/FileReplacement.h"
+#include "store/PropertyListFile.h"
+#include "store/Schema.h"
+
+namespace store {
+
+namespace {
+
+constexpr std::string_view preferences = "var/mobile/Library/Preferences";
+constexpr std::string_view disabledMarker = "com.Urmeld.Firewall.disabled";
+
+std::string_view fileName(File file) {
+    switch (file) {
+        case File::appRules:
+            return "com.Urmeld.FirewallRules2.plist";
+        case File::globalRules:
+            return "com.Urmeld.FirewallGlobalRules2.plist";
+        case File::guiSettings:
+            break;
+    }
+    return "com.Urmeld.FirewallSettings2.plist";
+}
+
+bool isThere(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(path, ignored);
+}
+
+void addMarker(Dictionary& dictionary) {
+    if (!dictionary.contains(keys::marker)) dictionary.set(keys::marker, Value(true));
+}
+
+Dictionary markerAlone() {
+    Dictionary dictionary;
+    addMarker(dictionary);
+    return dictionary;
+}
+
+}  // namespace
+
+ConfigurationStore::ConfigurationStore(std::filesystem::path root, NotifyCenter& notifyCenter)
+    : root_(std::move(root)), notifyCenter_(notifyCenter) {
+    removeStaleTemporaries(root_ / preferences);
+    removeStaleTemporaries(exportDirectory());
+}
+
+std::optional<Dictionary> ConfigurationStore::read(File file) const {
+    return readDictionary(path(file));
+}
+
+bool ConfigurationStore::exists(File file) const {
+    return isThere(path(file));
+}
+
+bool ConfigurationStore::change(const Writer& writer, const std::function<void(Dictionary&)>& change,
+                                const std::function<void()>& afterWrite) {
+    std::optional<Dictionary> dictionary = read(writer.file);
+    if (!dictionary && writer.whenMissing == WhenMissing::writeNothing) return false;
+    if (!dictionary) dictionary.emplace();
+    change(*dictionary);
+    if (writer.marker == Marker::add) addMarker(*dictionary);
+    replace(writer.file, *dictionary);
+    if (afterWrite) afterWrite();
+    if (!writer.notification.empty()) notifyCenter_.post(writer.notification);
+    return true;
+}
+
+void ConfigurationStore::replace(File file, const Dictionary& dictionary) {
+    writeDictionary(path(file), dictionary);
+}
+
+void ConfigurationStore::createAppRulesFileIfMissing() {
+    if (!exists(File::appRules)) replace(File::appRules, markerAlone());
+}
+
+bool ConfigurationStore::isDisabled() const {
+    return isThere(root_ / preferences / disabledMarker);
+}
+
+void ConfigurationStore::setDisabled(bool disabled) {
+    std::filesystem::path marker = root_ / preferences / disabledMarker;
+    std::error_code ignored;
+    if (disabled)
+        replaceFile(marker, [](Sink&) {});
+    else
+        std::filesystem::remove(marker, ignored);
+    notifyCenter_.post(reloadBoth);
+}
+
+void ConfigurationStore::deleteAllRulesAndSettings(const std::function<void()>& afterWrite) {
+    replace(File::appRules, markerAlone());
+    replace(File::globalRules, markerAlone());
+    if (afterWrite) afterWrite();
+    notifyCenter_.post(reloadBoth);
+}
+
+void ConfigurationStore::terminate() {
+    notifyCenter_.post(reloadBoth);
+}
+
+std::filesystem::path ConfigurationStore::path(File file) const {
+    return root_ / preferences / fileName(file);
+}
+
+std::filesystem::path ConfigurationStore::logFile() const {
+    return root_ / preferences / "com.Urmeld.Firewall.Log.txt";
+}
+
+std::filesystem::path ConfigurationStore::exportDirectory() const {
+    return root_ / preferences / "Vxm";
+}
+
+std::filesystem::path ConfigurationStore::listDirectory() const {
+    return root_ / "Applications/VexmorGUI.app/Lists";
+}
+
+}  // namespace store

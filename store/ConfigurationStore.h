@@ -19,17 +19,24 @@ class NotifyCenter;
 // fails leaves the old file as it was. Main thread only.
 class ConfigurationStore {
 public:
-    // `root` is the file system's root as the app sees it. `notifyCenter` outlives the store.
+    // `root` is the file system's root as the app sees it. `notifyCenter` outlives the store. Removes what an earlier
+    // run that was killed while writing has left beside the files.
     ConfigurationStore(std::filesystem::path root, NotifyCenter& notifyCenter);
 
     std::optional<Dictionary> read(File file) const;
     bool exists(File file) const;
 
     // The movement. `change` is handed the dictionary just read; when there is none and the writer then writes
-    // nothing, it is not called. `afterWrite` runs between the write and the notification. Returns whether there was
-    // a dictionary to change.
+    // nothing, it is not called and nothing is posted. `afterWrite` runs between the write and the notification.
+    // Returns whether `change` was called.
     bool change(const Writer& writer, const std::function<void(Dictionary&)>& change,
                 const std::function<void()>& afterWrite = {});
+
+    // Replaces a file whole: no marker entry is added, nothing is posted.
+    void replace(File file, const Dictionary& dictionary);
+
+    // First use: an app rules file with the marker entry alone. One that is there is left as it is, readable or not.
+    void createAppRulesFileIfMissing();
 
     // The master switch: the firewall is off while the disabled marker exists. Setting it posts reload-both.
     bool isDisabled() const;

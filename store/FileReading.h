@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "store/Buffer.h"
+
+namespace store {
+
+// Larger files are not read.
+inline constexpr std::size_t largestFile = std::size_t{2} << 30;
+
+// A file's bytes, read once into memory of their own. Nothing when there is no such file, when it cannot be read, or
+// when it is anything but a regular file: a pipe or a device must not make anybody wait.
+std::optional<Buffer> readFile(const std::filesystem::path& path);
+
+}  // namespace store

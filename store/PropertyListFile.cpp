@@ -1,0 +1,25 @@
+#include "store/PropertyListFile.h"
+
+#include <utility>
+#include <variant>
+
+#include "store/FileReading.h"
+#include "store/FileReplacement.h"
+#include "store/PropertyListReader.h"
+#include "store/XmlWriter.h"
+
+namespace store {
+
+std::optional<Dictionary> readDictionary(const std::filesystem::path& path) {
+    std::optional<Buffer> file = readFile(path);
+    if (!file) return std::nullopt;
+    ReadResult result = readPropertyList(*file);
+    if (auto* dictionary = std::get_if<Dictionary>(&result)) return std::move(*dictionary);
+    return std::nullopt;
+}
+
+bool writeDictionary(const std::filesystem::path& path, const Dictionary& dictionary) {
+    return !replaceFile(path, [&](Sink& sink) { XmlWriter(sink).document(dictionary); });
+}
+
+}  // namespace store
