@@ -1,0 +1,71 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "store/PropertyListReader.h"
+#include "store/Sink.h"
+#include "store/XmlWriter.h"
+
+namespace store {
+
+inline ReadResult readText(std::string_view text) {
+    return readPropertyList(Buffer::copyOf(text));
+}
+
+// For texts that are known to be fine.
+inline Dictionary dictionaryOf(std::string_view text) {
+    ReadResult result = readText(text);
+    auto* dictionary = std::get_if<Dictionary>(&result);
+    if (!dictionary) throw std::get<ReadError>(result);
+    return *dictionary;
+}
+
+inline std::string written(const Dictionary& dictionary) {
+    StringSink sink;
+    XmlWriter(sink).document(dictionary);
+    return sink.take();
+}
+
+// The same value with nothing left as a slice, so that writing it writes every part of it anew.
+inline Value rebuilt(const Value& value) {
+    switch (value.kind()) {
+        case Kind::string:
+            return Value(*value.string());
+        case Kind::boolean:
+            return Value(*value.boolean());
+        case Kind::date:
+            return Value(*value.date());
+        case Kind::data:
+            return Value(*value.data());
+        case Kind::integer:
+            return value.integer() ? Value(*value.integer()) : value;
+        case Kind::real:
+            return Value(*value.real());
+        case Kind::array: {
+            Array elements;
+            Array slices = *value.array();
+            for (const Value& element : slices) elements.push_back(rebuilt(element));
+            return Value(std::move(elements));
+        }
+        case Kind::dictionary:
+            break;
+    }
+    Dictionary entries;
+    Dictionary slices = *value.dictionary();
+    for (const auto& [key, entry] : slices) entries.set(key, rebuilt(entry));
+    return Value(std::move(entries));
+}
+
+// Two lists that say the same give the same text.
+inline std::string canonical(const Dictionary& dictionary) {
+    return written(*rebuilt(Value(dictionary)).dictionary());
+}
+
+inline void PrintTo(const ReadError& error, std::ostream* stream) {
+    *stream << error.message << " at byte " << error.byte << " (" << error.line << ":" << error.column << ")";
+}
+
+}  // namespace store

@@ -1,0 +1,417 @@
+#include "store/PropertyList.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+#include "store/Scalars.h"
+#include "store/Values.h"
+#include "store/XmlText.h"
+
+namespace store {
+namespace {
+
+using namespace std::string_literals;
+
+struct Accepted {
+    const char* what;
+    std::string text;
+    const char* expected;  // the outermost dictionary's content as it is written back
+};
+
+std::string wrapped(std::string_view content) {
+    return "<plist><dict>" + std::string(content) + "</dict></plist>";
+}
+
+std::string utf16(std::u16string_view text, bool isBig) {
+    std::string bytes;
+    for (char16_t unit : text) {
+        char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
+        bytes += isBig ? std::string{high, low} : std::string{low, high};
+    }
+    return bytes;
+}
+
+std::string between(const std::string& text, std::string_view begin, std::string_view end) {
+    std::size_t from = text.find(begin) + begin.size();
+    return text.substr(from, text.rfind(end) - from);
+}
+
+std::string contentOf(const Dictionary& dictionary) {
+    if (dictionary.empty()) return "";
+    std::string content = between(canonical(dictionary), "<dict>\n", "</dict>");
+    std::erase_if(content, [](char c) { return c == '\n' || c == '\t'; });
+    return content;
+}
+
+TEST(PropertyListReading, Accepts) {
+    const Accepted table[] = {
+        {"without any wrapping", "<dict/>", ""},
+        {"without a declaration", wrapped("<key>a</key><true/>"), "<key>a</key><true/>"},
+        {"the whole prolog",
+         "<?xml version='1.0' encoding='utf-8' standalone='no' ?><!-- c --><!DOCTYPE plist PUBLIC \"a>b\" 'c>d' [ "
+         "<!ENTITY x \"]>\"> <!-- ' --> <?p ' ?> ]><?p q?><plist version=\"1.0\"><dict/></plist><!-- e --><?p?>\n",
+         ""},
+        {"a line break before the declaration", "\n <?xml version='1.0'?><dict/>", ""},
+        {"a byte-order mark", "\xEF\xBB\xBF<?xml version='1.0'?><dict/>", ""},
+        {"UTF-16, big end first", utf16(u"\xFEFF<dict><key>\x00E9</key><string>\xD83D\xDE00</string></dict>", true),
+         "<key>\u00E9</key><string>\U0001F600</string>"},
+        {"UTF-16, little end first",
+         utf16(u"\xFEFF<?xml version='1.0' encoding='UTF-16'?><dict><key>\x4E2D</key><true/></dict>", false),
+         "<key>\u4E2D</key><true/>"},
+        {"attributes nobody knows", "<dict a='1' b = \"&lt;>\"><key c=''>k</key><array d='/'/></dict>",
+         "<key>k</key><array/>"},
+        {"white space in tags", "<dict ><key >a</key\n><true /></dict\t>", "<key>a</key><true/>"},
+        {"comments, sections and instructions in a text",
+         wrapped("<key>a</key><string>1<!-- < & --><![CDATA[<b>&amp;]]]]><?p <x> ?>2</string>"),
+         "<key>a</key><string>1&lt;b&gt;&amp;amp;]]2</string>"},
+        {"comments between elements", wrapped("<!-- a --><key>a</key><!--b--><?c?><array><!----></array>"),
+         "<key>a</key><array/>"},
+        {"references", wrapped("<key>&#97;</key><string>&lt;&gt;&amp;&quot;&apos;&#x1F600;&#00013;</string>"),
+         "<key>a</key><string>&lt;&gt;&amp;\"'\U0001F600&#13;</string>"},
+        {"a carriage return", wrapped("<key>a</key><string>1\r2</string>"), "<key>a</key><string>1&#13;2</string>"},
+        {"empty elements", wrapped("<key/><string/><key>a</key><data/><key>b</key><dict></dict>"),
+         "<key></key><string></string><key>a</key><data></data><key>b</key><dict/>"},
+        {"Booleans with room inside", wrapped("<key>a</key><true></true><key>b</key><false> </false>"),
+         "<key>a</key><true/><key>b</key><false/>"},
+        {"equal keys", wrapped("<key>a</key><true/><key>a</key><false/>"), "<key>a</key><false/>"},
+        {"equal keys below", wrapped("<key>d</key><dict><key>a</key><true/><key>a</key><false/></dict>"),
+         "<key>d</key><dict><key>a</key><false/></dict>"},
+        {"dates",
+         wrapped("<key>a</key><date>2000-02-29T23:59:59Z</date><key>b</key><date>\n0001-01-01T00:00:00Z </date>"),
+         "<key>a</key><date>2000-02-29T23:59:59Z</date><key>b</key><date>0001-01-01T00:00:00Z</date>"},
+        {"integers",
+         wrapped("<key>a</key><integer> -9223372036854775808 </integer><key>b</key><integer>0xfF</integer>"
+                 "<key>c</key><integer>+7</integer><key>d</key><integer>18446744073709551615</integer>"
+                 "<key>e</key><integer><!-- -->1<![CDATA[2]]></integer>"),
+         "<key>a</key><integer>-9223372036854775808</integer><key>b</key><integer>255</integer>"
+         "<key>c</key><integer>7</integer><key>d</key><integer>18446744073709551615</integer>"
+         "<key>e</key><integer>12</integer>"},
+        {"reals",
+         wrapped("<key>a</key><real> -1.5e3 </real><key>b</key><real>NaN</real><key>c</key><real>-inf</real>"
+                 "<key>d</key><real>+Infinity</real><key>e</key><real>3</real>"),
+         "<key>a</key><real>-1500</real><key>b</key><real>nan</real><key>c</key><real>-infinity</real>"
+         "<key>d</key><real>+infinity</real><key>e</key><real>3</real>"},
+        {"data", wrapped("<key>a</key><data> A A\n==</data><key>b</key><data>AAE=</data><key>c</key><data>/+8A</data>"),
+         "<key>a</key><data>AA==</data><key>b</key><data>AAE=</data><key>c</key><data>/+8A</data>"},
+        {"characters at the borders",
+         wrapped("<key>a</key><string>\x7F\xC2\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD"
+                 "\xF4\x8F\xBF\xBF</string>"),
+         "<key>a</key><string>\x7F\xC2\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD\xF4\x8F\xBF\xBF</string>"},
+    };
+    for (const Accepted& row : table) {
+        ReadResult result = readText(row.text);
+        auto* dictionary = std::get_if<Dictionary>(&result);
+        ASSERT_TRUE(dictionary) << row.what << ": " << testing::PrintToString(std::get<ReadError>(result));
+        EXPECT_EQ(contentOf(*dictionary), row.expected) << row.what;
+    }
+}
+
+struct Rejected {
+    std::string text;
+    ReadFailure reason;
+    std::string at;  // what the error is at: it stands there in the text, and nowhere before; empty for the end
+};
+
+TEST(PropertyListReading, Rejects) {
+    using enum ReadFailure;
+    auto inDictionary = [](const std::string& content) { return "<plist><dict>" + content + "</dict></plist>"; };
+    auto value = [&](const std::string& element) { return inDictionary("<key>a</key>" + element); };
+    const Rejected table[] = {
+        // Characters and markup.
+        {"", noDictionary, ""},
+        {" \n", noDictionary, ""},
+        {"<plist>", unexpectedEnd, ""},
+        {"<dict><key>a</key>", unexpectedEnd, ""},
+        {"<dict><key>a", unexpectedEnd, ""},
+        {"<dict><!-- a", unexpectedEnd, ""},
+        {"<!DOCTYPE plist [", unexpectedEnd, ""},
+        {"\xEF\xBB\xBF", noDictionary, ""},
+        {value("<string>\xC0\x80</string>"), badEncoding, "\xC0"},
+        {value("<string>\xED\xA0\x80</string>"), badEncoding, "\xED"},
+        {value("<string>\xF4\x90\x80\x80</string>"), badEncoding, "\xF4"},
+        {value("<string>\xE2\x82</string>"), badEncoding, "\xE2"},
+        {value("<string>\x80</string>"), badEncoding, "\x80"},
+        {inDictionary("\xFF"), badEncoding, "\xFF"},
+        {"<?xml version='1.0' encoding='ISO-8859-1'?><dict/>", unsupportedEncoding, "ISO"},
+        {"<?xml encoding=?><dict/>", badMarkup, "?><dict"},
+        {value("<string>\x01</string>"), illegalCharacter, "\x01"},
+        {value("<string>"s + '\0' + "</string>"), illegalCharacter, "\0"s},
+        {inDictionary("\x1F"), illegalCharacter, "\x1F"},
+        {value("<string>\xEF\xBF\xBE</string>"), illegalCharacter, "\xEF"},
+        {value("<string>\xEF\xBF\xBF</string>"), illegalCharacter, "\xEF"},
+        {value("<string>&#0;</string>"), illegalCharacter, "&"},
+        {value("<string>&#xD800;</string>"), illegalCharacter, "&"},
+        {value("<string>&#99999999999;</string>"), illegalCharacter, "&"},
+        {inDictionary("<!-- \x02 -->"), illegalCharacter, "\x02"},
+        {value("<array a='\x03'/>"), illegalCharacter, "\x03"},
+        {value("<string>&nbsp;</string>"), unknownReference, "&"},
+        {value("<string>&amp</string>"), unknownReference, "&"},
+        {value("<string>&#;</string>"), unknownReference, "&"},
+        {value("<string>&#xZ;</string>"), unknownReference, "&"},
+        {value("<string>a & b</string>"), unknownReference, "&"},
+        {"<!DOCTYPE plist [<!ENTITY e 'x'>]><dict><key>&e;</key><true/></dict>", unknownReference, "&"},
+        {value("<array a='&e;'/>"), unknownReference, "&"},
+        {value("< array/>"), badMarkup, "< "},
+        {value("<array a/>"), badMarkup, "/>"},
+        {value("<array a=b/>"), badMarkup, "b/>"},
+        {value("<array a='<'/>"), badMarkup, "<'"},
+        {value("<array a=''b=''/>"), badMarkup, "b="},
+        {value("<array / >"), badMarkup, " >"},
+        {inDictionary("<?xml version='1.0'?>"), badMarkup, "<?xml"},
+        {inDictionary("<!DOCTYPE plist>"), badMarkup, "<!"},
+        {inDictionary("<!- -->"), badMarkup, "<!"},
+        // Structure.
+        {value("<set/>"), unknownTag, "<set"},
+        {value("<strings/>"), unknownTag, "<strings"},
+        {value("<String/>"), unknownTag, "<String"},
+        {"<html/>", unknownTag, "<html"},
+        {value("<array></dict>"), mismatchedTag, "</dict>"},
+        {value("<string></array>"), mismatchedTag, "</array>"},
+        {value("<string></str>"), mismatchedTag, "</str>"},
+        {"<dict></plist>", mismatchedTag, "</plist>"},
+        {"</dict>", mismatchedTag, "</dict>"},
+        {"<dict/></dict>", mismatchedTag, "</dict>"},
+        {"<plist><dict/></dict></plist>", mismatchedTag, "</dict>"},
+        {value("<string><true/></string>"), misplacedTag, "<true"},
+        {value("<true><array/></true>"), misplacedTag, "<array"},
+        {value("<plist/>"), misplacedTag, "<plist/"},
+        {value("<array><key>b</key></array>"), misplacedTag, "<key>b"},
+        {inDictionary("text"), misplacedText, "text"},
+        {value("<array>1</array>"), misplacedText, "1"},
+        {value("<array><![CDATA[]]></array>"), misplacedText, "<![CDATA"},
+        {"text", misplacedText, "text"},
+        {"<dict/>text", misplacedText, "text"},
+        {value("<true>yes</true>"), misplacedText, "yes"},
+        {value(""), keyWithoutValue, "</dict>"},
+        {inDictionary("<key>a</key><key>b</key>"), keyWithoutValue, "<key>b"},
+        {value("<dict><key>b</key></dict>"), keyWithoutValue, "</dict>"},
+        {inDictionary("<true/>"), valueWithoutKey, "<true"},
+        {value("<true/><array/>"), valueWithoutKey, "<array"},
+        {value("<array><dict><integer>1</integer></dict></array>"), valueWithoutKey, "<integer"},
+        {"<array/>", noDictionary, "<array"},
+        {"<plist><string>a</string></plist>", noDictionary, "<string"},
+        {"<plist/>", noDictionary, "<plist"},
+        {"<plist></plist>", noDictionary, "</plist"},
+        {"<plist><plist/></plist>", noDictionary, "<plist/"},
+        {"<dict/><dict>", secondRoot, "<dict>"},
+        {"<plist><dict/><array/></plist>", secondRoot, "<array"},
+        // Values.
+        {value("<date>2001-02-29T00:00:00Z</date>"), badDate, "2001"},
+        {value("<date>2001-00-01T00:00:00Z</date>"), badDate, "2001"},
+        {value("<date>2001-04-31T00:00:00Z</date>"), badDate, "2001"},
+        {value("<date>2001-01-01T24:00:00Z</date>"), badDate, "2001"},
+        {value("<date>2001-01-01T00:60:00Z</date>"), badDate, "2001"},
+        {value("<date>2001-01-01T00:00:60Z</date>"), badDate, "2001"},
+        {value("<date>0000-01-01T00:00:00Z</date>"), badDate, "0000"},
+        {value("<date>2001-01-01T00:00:00</date>"), badDate, "2001"},
+        {value("<date>2001-01-01T00:00:00Zx</date>"), badDate, "2001"},
+        {value("<date>2001-01-01 00:00:00Z</date>"), badDate, "2001"},
+        {value("<date>+001-01-01T00:00:00Z</date>"), badDate, "+001"},
+        {value("<date/>"), badDate, "</dict>"},
+        {value("<integer>18446744073709551616</integer>"), badInteger, "184"},
+        {value("<integer>-9223372036854775809</integer>"), badInteger, "-922"},
+        {value("<integer>1.5</integer>"), badInteger, "1.5"},
+        {value("<integer>0x</integer>"), badInteger, "0x"},
+        {value("<integer>--1</integer>"), badInteger, "--1"},
+        {value("<integer>1 2</integer>"), badInteger, "1 2"},
+        {value("<integer></integer>"), badInteger, "</integer>"},
+        {value("<real>one</real>"), badReal, "one"},
+        {value("<real>+-1</real>"), badReal, "+-1"},
+        {value("<real>1e999</real>"), badReal, "1e999"},
+        {value("<real/>"), badReal, "</dict>"},
+        {value("<data>!!!!</data>"), badData, "!!!!"},
+        {value("<data>A</data>"), badData, "A</data"},
+        {value("<data>AA</data>"), badData, "AA</"},
+        {value("<data>AA=</data>"), badData, "AA="},
+        {value("<data>AA==AA==</data>"), badData, "AA=="},
+        {value("<data>====</data>"), badData, "===="},
+    };
+    for (const Rejected& row : table) {
+        ReadResult result = readText(row.text);
+        auto* error = std::get_if<ReadError>(&result);
+        ASSERT_TRUE(error) << row.text;
+        EXPECT_STREQ(error->message.c_str(), describe(row.reason)) << row.text;
+        EXPECT_EQ(error->byte, row.at.empty() ? row.text.size() : row.text.find(row.at)) << row.text;
+    }
+}
+
+TEST(PropertyListReading, CountsLinesAndCharacters) {
+    std::string text = "<dict>\r\n<key>a</key>\n<string>\u00E9\U0001F600 & </string></dict>";
+    auto error = std::get<ReadError>(readText(text));
+    EXPECT_EQ(error.byte, text.find('&'));
+    EXPECT_EQ(error.line, 3u);
+    EXPECT_EQ(error.column, 12u);
+}
+
+TEST(PropertyListReading, ReportsWhereUtf16IsMalformed) {
+    for (std::u16string_view text : {u"\xFEFF<dict>\xD800</dict>", u"\xFEFF<dict>\xDC00", u"\xFEFF<dict>\xD800"}) {
+        auto error = std::get<ReadError>(readText(utf16(text, true)));
+        EXPECT_EQ(error.reason, ReadFailure::badEncoding);
+        EXPECT_EQ(error.byte, 14u);
+    }
+    EXPECT_EQ(std::get<ReadError>(readText(utf16(u"\xFEFF<dict/>", false) + " ")).byte, 16u);
+}
+
+// A file that is cut short anywhere is no list, and nothing beyond its end is looked at.
+TEST(PropertyListReading, RejectsEveryBeginning) {
+    std::string text =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><!DOCTYPE plist [<!-- ' -->]><plist version='1.0'><!-- c --><dict>"
+        "<key>\u00E9</key><array><date>2013-05-04T17:03:09Z</date><string>&amp;<![CDATA[x]]></string><true /></array>"
+        "</dict></plist>";
+    ASSERT_TRUE(std::holds_alternative<Dictionary>(readText(text)));
+    for (std::size_t size = 0; size < text.size(); ++size)
+        EXPECT_TRUE(std::holds_alternative<ReadError>(readText(text.substr(0, size)))) << size;
+}
+
+TEST(PropertyListReading, TakesAnyDepth) {
+    constexpr std::size_t depth = 1'000'000;
+    std::string deep;
+    for (std::size_t i = 0; i < depth; ++i) deep += i % 2 ? "<dict><key>a</key>" : "<array>";
+    deep += "<true/>";
+    for (std::size_t i = depth; i > 0; --i) deep += i % 2 ? "</array>" : "</dict>";
+    Dictionary dictionary = dictionaryOf("<dict><key>a</key>" + deep + "</dict>");
+    Value inner = dictionary.find("a")->array()->front();
+    EXPECT_EQ(inner.dictionary()->find("a")->kind(), Kind::array);
+    EXPECT_EQ(dictionaryOf(written(dictionary)).size(), 1u);
+}
+
+TEST(PropertyListReading, NeedsNoTimeForManyAttributesAndEntities) {
+    std::string attributes, comments;
+    for (int i = 0; i < 300'000; ++i) attributes += " a" + std::to_string(i) + "='&amp;'";
+    for (int i = 0; i < 300'000; ++i) comments += "<!---->";
+    EXPECT_EQ(dictionaryOf("<dict" + attributes + ">" + comments + "</dict>").size(), 0u);
+    std::string bomb = "<!DOCTYPE plist [<!ENTITY a 'aaaaaaaaaa'>";
+    for (char c = 'b'; c <= 'z'; ++c)
+        bomb += std::string("<!ENTITY ") + c + " '&" + char(c - 1) + ";&" + char(c - 1) + ";'>";
+    auto error = std::get<ReadError>(readText(bomb + "]><dict><key>&z;</key><true/></dict>"));
+    EXPECT_EQ(error.reason, ReadFailure::unknownReference);
+}
+
+// The scanner that takes sixteen bytes at a time stops where the simple one does.
+TEST(PropertyListReading, SkipsTextAsTheSimpleScannerDoes) {
+    for (std::size_t length = 0; length < 70; ++length) {
+        for (int byte = 0; byte < 256; ++byte) {
+            Buffer text = Buffer::copyOf(std::string(length, 'x') + static_cast<char>(byte) + "x<");
+            EXPECT_EQ(skipPlainText(text.bytes.get()), skipPlainTextBytewise(text.bytes.get()))
+                << length << " " << byte;
+        }
+    }
+}
+
+TEST(PropertyListWriting, WritesEveryKind) {
+    Dictionary record;
+    record.set("on", Value(true));
+    Dictionary dictionary;
+    dictionary.set("z", Value(Array{Value("<&>\"'\r\n\t"), Value(""), Value(Array()), Value(Dictionary())}));
+    dictionary.set("a&b", Value(Date(std::chrono::seconds(-1))));
+    dictionary.set("Z", Value(std::numeric_limits<std::int64_t>::min()));
+    dictionary.set("r", Value(0.1));
+    dictionary.set("d", Value(std::vector<std::byte>(60, std::byte{0xFF})));
+    dictionary.set("n", Value(record));
+    dictionary.set("\u00E9", Value(std::string_view("\x01\xFF\xEF\xBF\xBF\0x", 7)));
+    EXPECT_EQ(written(dictionary),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+              "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+              "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+              "<plist version=\"1.0\">\n<dict>\n"
+              "\t<key>Z</key>\n\t<integer>-9223372036854775808</integer>\n"
+              "\t<key>a&amp;b</key>\n\t<date>1969-12-31T23:59:59Z</date>\n"
+              "\t<key>d</key>\n\t<data>\n"
+              "\t////////////////////////////////////////////////////////////////////\n"
+              "\t////////////\n\t</data>\n"
+              "\t<key>n</key>\n\t<dict>\n\t\t<key>on</key>\n\t\t<true/>\n\t</dict>\n"
+              "\t<key>r</key>\n\t<real>0.1</real>\n"
+              "\t<key>z</key>\n\t<array>\n\t\t<string>&lt;&amp;&gt;\"'&#13;\n\t</string>\n\t\t<string></string>\n"
+              "\t\t<array/>\n\t\t<dict/>\n\t</array>\n"
+              "\t<key>\u00E9</key>\n\t<string>\uFFFD\uFFFD\uFFFD\uFFFDx</string>\n"
+              "</dict>\n</plist>\n");
+    EXPECT_EQ(canonical(dictionaryOf(written(dictionary))), written(dictionary));
+}
+
+// What is not asked for is neither taken apart nor changed.
+TEST(PropertyListWriting, CopiesSlicesAsTheyStand) {
+    std::string odd = "<array  x='1'><!-- mine --> <integer>0x10</integer><string>a&#98;\r</string>\n</array >";
+    Dictionary dictionary = dictionaryOf("<dict><key>k</key>" + odd + "</dict>");
+    dictionary.set("other", Value(true));
+    EXPECT_NE(written(dictionary).find("<key>k</key>\n\t" + odd + "\n"), std::string::npos);
+}
+
+TEST(PropertyListWriting, WritesBuiltValuesOfAnyDepth) {
+    Value value(true);
+    for (int i = 0; i < 3000; ++i) value = Value(Array{value});
+    Dictionary dictionary;
+    dictionary.set("deep", value);
+    EXPECT_TRUE(std::holds_alternative<Dictionary>(readText(written(dictionary))));
+}
+
+class Three : public ArraySource {
+public:
+    std::size_t count() const override { return 3; }
+    void writeElements(XmlWriter& writer) const override {
+        for (int i = 0; i < 3; ++i) writer.line("<integer>" + std::to_string(i) + "</integer>");
+    }
+};
+
+TEST(PropertyListValue, AnArraySourceIsAnArray) {
+    Value value(std::make_shared<const Three>());
+    ASSERT_EQ(value.kind(), Kind::array);
+    EXPECT_EQ(value.array()->back().integer(), 2);
+    Dictionary dictionary;
+    dictionary.set("a", value);
+    EXPECT_EQ(dictionaryOf(written(dictionary)).find("a")->array()->size(), 3u);
+}
+
+TEST(PropertyListValue, TellsTruth) {
+    struct Row {
+        const char* element;
+        bool isTrue;
+    };
+    const Row table[] = {
+        {"<true/>", true},
+        {"<false/>", false},
+        {"<integer>0</integer>", false},
+        {"<integer>-2</integer>", true},
+        {"<integer>18446744073709551615</integer>", true},
+        {"<real>0.0</real>", false},
+        {"<real>0.5</real>", true},
+        {"<string>yes</string>", true},
+        {"<string> True</string>", true},
+        {"<string>-007</string>", true},
+        {"<string>+0.5</string>", false},
+        {"<string>no</string>", false},
+        {"<string></string>", false},
+        {"<array><true/></array>", false},
+        {"<date>2001-01-01T00:00:00Z</date>", false},
+    };
+    for (const Row& row : table) {
+        Dictionary dictionary = dictionaryOf("<dict><key>v</key>" + std::string(row.element) + "</dict>");
+        EXPECT_EQ(dictionary.find("v")->boolValue(), row.isTrue) << row.element;
+        EXPECT_EQ(rebuilt(*dictionary.find("v")).boolValue(), row.isTrue) << row.element;
+    }
+}
+
+TEST(PropertyListValue, GivesNothingOfAnotherKind) {
+    Dictionary dictionary = dictionaryOf("<dict><key>v</key><string>1</string></dict>");
+    const Value& value = *dictionary.find("v");
+    EXPECT_FALSE(value.boolean() || value.integer() || value.real() || value.date() || value.data() || value.array() ||
+                 value.dictionary());
+    EXPECT_EQ(value.string(), "1");
+}
+
+TEST(Scalars, FormatsEveryDayOfTheCalendar) {
+    using namespace std::chrono;
+    for (sys_days day = sys_days(year(1) / 1 / 1); day < sys_days(year(10000) / 1 / 1); day += days(13)) {
+        Date date = day + hours(23) + minutes(59) + seconds(58);
+        char text[dateLength];
+        formatDate(date, text);
+        EXPECT_EQ(parseDate({text, dateLength}), date);
+    }
+    char text[dateLength];
+    formatDate(Date::max(), text);
+    EXPECT_EQ(std::string_view(text, dateLength), "9999-12-31T23:59:59Z");
+}
+
+}  // namespace
+}  // namespace store
