@@ -1,6 +1,7 @@
 #include "catalog/IconQueue.h"
 
 #include <QImage>
+#include <system_error>
 #include <utility>
 
 #include "catalog/VxmAppList.h"
@@ -26,7 +27,13 @@ void IconQueue::request(const QString& identifier) {
         if (std::exchange(loading_, true)) return;
     }
     if (thread_.joinable()) thread_.join();  // has found the queue empty: is at its end
-    thread_ = std::thread(&IconQueue::loadIconsFromBackground, this);
+    try {
+        thread_ = std::thread(&IconQueue::loadIconsFromBackground, this);
+    } catch (const std::system_error&) {  // no more threads to be had: the rows keep their placeholders
+        const std::lock_guard guard(lock_);
+        iconsToLoad_.clear();
+        loading_ = false;
+    }
 }
 
 bool IconQueue::isLoading() const {

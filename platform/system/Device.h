@@ -14,6 +14,7 @@ class NotifyCenter;
 namespace platform {
 
 class ApplicationList;
+class Network;
 
 // What the app is given once, at start, by whoever runs it: the phone that it lives on. A plain value; what it points
 // to outlives the app.
@@ -21,6 +22,7 @@ struct Device {
     std::filesystem::path root = "/";                  // every path of the product lies below it
     store::NotifyCenter* notifyCenter = nullptr;       // tells the engine
     ApplicationList* applicationList = nullptr;        // what is installed
+    Network* network = nullptr;                        // what can be reached
     std::function<void(const QUrl& address)> openURL;  // hands an address to the system
     QString model = QStringLiteral("iPhone");
     QSize screen{320, 568};  // points, the system's 20-point status bar included

@@ -2,13 +2,13 @@
 
 #include <QFile>
 #include <algorithm>
-#include <cmath>
-#include <numeric>
 #include <utility>
 
 #include "platform/system/KeyFile.h"
 
 namespace platform {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -23,13 +23,13 @@ QString withoutExtension(const QString& name) {
     return name;
 }
 
-std::filesystem::path toPath(const QString& name) {
+fs::path toPath(const QString& name) {
     return QFile::encodeName(name).toStdString();
 }
 
 }  // namespace
 
-IconTheme::IconTheme(std::vector<std::filesystem::path> dataDirectories, const QStringList& themes)
+IconTheme::IconTheme(std::vector<fs::path> dataDirectories, const QStringList& themes)
     : dataDirectories_(std::move(dataDirectories)) {
     QStringList visited;
     for (const QString& theme : themes) addTheme(theme, visited);
@@ -37,15 +37,15 @@ IconTheme::IconTheme(std::vector<std::filesystem::path> dataDirectories, const Q
     addUnthemedFolders();
 }
 
-QString IconTheme::preferredTheme(const std::filesystem::path& root) {
-    std::vector<std::filesystem::path> settings;
+QString IconTheme::preferredTheme(const fs::path& root) {
+    std::vector<fs::path> settings;
     if (root == "/") {
-        const std::filesystem::path home = qEnvironmentVariable("HOME").toStdString();
-        const std::filesystem::path config = qEnvironmentVariable("XDG_CONFIG_HOME").toStdString();
+        const fs::path home = qEnvironmentVariable("HOME").toStdString();
+        const fs::path config = qEnvironmentVariable("XDG_CONFIG_HOME").toStdString();
         settings.push_back((config.is_absolute() ? config : home / ".config") / "gtk-3.0/settings.ini");
     }
     settings.push_back(root / "etc/gtk-3.0/settings.ini");
-    for (const std::filesystem::path& file : settings) {
+    for (const fs::path& file : settings) {
         const auto keys = KeyFile::read(file);
         const QString theme = keys ? keys->string("Settings", "gtk-icon-theme-name") : QString();
         if (!theme.isEmpty()) return theme;
@@ -56,53 +56,55 @@ QString IconTheme::preferredTheme(const std::filesystem::path& root) {
 void IconTheme::addTheme(const QString& theme, QStringList& visited) {
     if (theme.isEmpty() || theme.contains(u'/') || visited.contains(theme)) return;
     visited.append(theme);
+    std::vector<fs::path> tops;  // the theme may be spread over several data directories
     std::optional<KeyFile> index;
-    for (const std::filesystem::path& directory : dataDirectories_) {
-        const auto path = directory / "icons" / toPath(theme);
-        watch(path);
-        watch(path / "index.theme");
-        if (!index) index = KeyFile::read(path / "index.theme");
+    for (const fs::path& directory : dataDirectories_) {
+        const fs::path top = directory / "icons" / toPath(theme);
+        watch(top);
+        if (!watched_.at(top)) continue;
+        tops.push_back(top);
+        watch(top / "index.theme");
+        if (!index) index = KeyFile::read(top / "index.theme");
     }
     if (!index) return;
-    addFolders(theme, *index);
+    themes_.emplace_back();
+    for (const QString& name : index->commaSeparatedList("Icon Theme", "Directories") +
+                                   index->commaSeparatedList("Icon Theme", "ScaledDirectories"))
+        addFolder(name, *index, tops);
     for (const QString& parent : index->commaSeparatedList("Icon Theme", "Inherits"))
         if (parent != u"hicolor") addTheme(parent, visited);
 }
 
-void IconTheme::addFolders(const QString& theme, const KeyFile& index) {
-    std::vector<Folder>& folders = themes_.emplace_back();
-    const QStringList names = index.commaSeparatedList("Icon Theme", "Directories") +
-                              index.commaSeparatedList("Icon Theme", "ScaledDirectories");
-    for (const QString& name : names) {
-        const QByteArray group = name.toUtf8();
-        Folder folder;
-        const QString type = index.string(group.constData(), "Type");
-        if (type == u"Fixed") folder.type = Folder::Type::fixed;
-        if (type == u"Scalable") folder.type = Folder::Type::scalable;
-        folder.size = index.integer(group.constData(), "Size", 0);
-        if (folder.size <= 0) continue;
-        folder.scale = std::max(1, index.integer(group.constData(), "Scale", 1));
-        const int threshold = index.integer(group.constData(), "Threshold", 2);
-        const bool isThreshold = folder.type == Folder::Type::threshold;
-        folder.smallest =
-            isThreshold ? folder.size - threshold : index.integer(group.constData(), "MinSize", folder.size);
-        folder.largest =
-            isThreshold ? folder.size + threshold : index.integer(group.constData(), "MaxSize", folder.size);
-        for (const std::filesystem::path& directory : dataDirectories_) {
-            const auto top = directory / "icons" / toPath(theme);
-            folder.path = top / toPath(name);
-            // A folder that is made later shows in the nearest one above it.
-            for (auto path = folder.path; path != top && path.has_relative_path(); path = path.parent_path())
-                if (stampOf(path)) watch(path);
-            if (stampOf(folder.path)) folders.push_back(folder);
-        }
+void IconTheme::addFolder(const QString& name, const KeyFile& index, const std::vector<fs::path>& tops) {
+    const QByteArray group = name.toUtf8();
+    const auto number = [&](const char* key, int otherwise) {
+        return index.integer(group.constData(), key, otherwise);
+    };
+    const int size = number("Size", 0);
+    if (size <= 0) return;
+    Folder folder{.path = {}, .smallest = size, .largest = size, .scale = std::max(1, number("Scale", 1))};
+    const QString type = index.string(group.constData(), "Type");
+    if (type == u"Scalable") {
+        folder.smallest = number("MinSize", size);
+        folder.largest = number("MaxSize", size);
+    } else if (type != u"Fixed") {
+        const int threshold = number("Threshold", 2);
+        folder.smallest -= threshold;
+        folder.largest += threshold;
+    }
+    for (const fs::path& top : tops) {
+        folder.path = top / toPath(name);
+        // A folder that is made later changes the nearest one above it.
+        for (fs::path path = folder.path; path != top && path.has_relative_path(); path = path.parent_path())
+            if (stampOf(path)) watch(path);
+        if (watched_.contains(folder.path)) themes_.back().push_back(folder);
     }
 }
 
 void IconTheme::addUnthemedFolders() {
     std::vector<Folder>& folders = themes_.emplace_back();
     for (const char* name : {"icons", "pixmaps"}) {
-        for (const std::filesystem::path& directory : dataDirectories_) {
+        for (const fs::path& directory : dataDirectories_) {
             Folder folder;
             folder.path = directory / name;
             watch(folder.path);
@@ -111,7 +113,7 @@ void IconTheme::addUnthemedFolders() {
     }
 }
 
-void IconTheme::watch(const std::filesystem::path& path) {
+void IconTheme::watch(const fs::path& path) {
     if (!watched_.contains(path)) watched_.emplace(path, stampOf(path));
 }
 
@@ -121,15 +123,12 @@ bool IconTheme::hasChangedOnDisk() const {
 }
 
 double IconTheme::Folder::misfit(int points, double screenScale) const {
-    const bool isFixed = type == Type::fixed;
-    const int least = isFixed ? size : smallest;
-    const int most = isFixed ? size : largest;
-    if (scale == screenScale && least <= points && points <= most) return -1;
+    if (scale == screenScale && smallest <= points && points <= largest) return -1;
     const double pixels = points * screenScale;
-    return std::max({0.0, least * scale - pixels, pixels - most * scale});
+    return std::max({0.0, smallest * scale - pixels, pixels - largest * scale});
 }
 
-std::filesystem::path IconTheme::find(const QString& name, int points, double scale) const {
+fs::path IconTheme::find(const QString& name, int points, double scale) const {
     const QString plainName = withoutExtension(name);
     if (plainName.isEmpty() || plainName.contains(u'/') || plainName.contains(QChar::Null)) return {};
     for (const std::vector<Folder>& folders : themes_) {
@@ -139,8 +138,7 @@ std::filesystem::path IconTheme::find(const QString& name, int points, double sc
     return {};
 }
 
-std::filesystem::path IconTheme::findIn(const std::vector<Folder>& folders, const QString& name, int points,
-                                        double scale) {
+fs::path IconTheme::findIn(const std::vector<Folder>& folders, const QString& name, int points, double scale) {
     std::vector<std::pair<double, const Folder*>> byFit;
     byFit.reserve(folders.size());
     for (const Folder& folder : folders) byFit.emplace_back(folder.misfit(points, scale), &folder);

@@ -11,6 +11,8 @@
 
 namespace platform {
 
+class KeyFile;
+
 // Finds icon files by name: in the given themes and those they inherit, then in hicolor, then beside the themes and in
 // `pixmaps`. Which folders exist is looked up once, when the object is made. Immutable: any thread.
 class IconTheme {
@@ -28,21 +30,19 @@ public:
     bool hasChangedOnDisk() const;
 
 private:
-    // One folder of a theme that exists, with what the theme's index says about the icons in it.
+    // One folder of a theme that exists, with the points and the scale that its icons are meant for.
     struct Folder {
         std::filesystem::path path;
-        enum class Type { fixed, scalable, threshold } type = Type::threshold;
-        int size = 0;
-        int scale = 1;
         int smallest = 0;
         int largest = 0;
+        int scale = 1;
 
         // How badly the folder's icons fit: an exact fit comes before all others.
-        double misfit(int points, double scale) const;
+        double misfit(int points, double screenScale) const;
     };
 
     void addTheme(const QString& theme, QStringList& visited);
-    void addFolders(const QString& theme, const class KeyFile& index);
+    void addFolder(const QString& name, const KeyFile& index, const std::vector<std::filesystem::path>& tops);
     void addUnthemedFolders();
     void watch(const std::filesystem::path& path);
     static std::filesystem::path findIn(const std::vector<Folder>& folders, const QString& name, int points,
