@@ -5,6 +5,8 @@
 #include "platform/ui/AlertView.h"
 #include "platform/ui/ImageButton.h"
 #include "platform/ui/Switch.h"
+#include "platform/ui/TableView.h"
+#include "platform/ui/TableViewCell.h"
 
 namespace platform {
 
@@ -43,6 +45,8 @@ QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
     }
     if (auto* button = qobject_cast<ImageButton*>(object)) return new AccessibleButton(button, QAccessible::Button);
     if (auto* toggle = qobject_cast<Switch*>(object)) return new AccessibleButton(toggle, QAccessible::CheckBox);
+    if (auto* table = qobject_cast<TableView*>(object)) return new QAccessibleWidget(table, QAccessible::List);
+    if (auto* cell = qobject_cast<TableViewCell*>(object)) return new QAccessibleWidget(cell, QAccessible::ListItem);
     return nullptr;
 }
 

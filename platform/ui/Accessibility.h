@@ -2,8 +2,8 @@
 
 namespace platform {
 
-// Teaches Qt what our controls are to a screen reader: a switch, a button, an alert. Every control asks for it as it
-// is made; only the first call does anything.
+// Teaches Qt what our controls are to a screen reader: a switch, a button, an alert, a list and its rows. Every control
+// asks for it as it is made; only the first call does anything.
 void installAccessibility();
 
 }  // namespace platform

@@ -1,0 +1,173 @@
+#include "platform/ui/SearchDisplayController.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPointer>
+#include <QScrollBar>
+
+#include "platform/ui/TableView.h"
+
+namespace platform {
+
+bool SearchDisplayDelegate::shouldReloadTableForSearchString(SearchDisplayController&, const QString&) {
+    return true;
+}
+bool SearchDisplayDelegate::shouldReloadTableForSearchScope(SearchDisplayController&, int) {
+    return true;
+}
+void SearchDisplayDelegate::willShowSearchResultsTableView(SearchDisplayController&, TableView&) {}
+void SearchDisplayDelegate::willUnloadSearchResultsTableView(SearchDisplayController&, TableView&) {}
+
+struct SearchDisplayController::Private {
+    TableView& table();
+    void textChanged(const QString& text);
+    void showResults();
+    void hideResults();
+    void place();
+    int barTop() const;
+
+    SearchDisplayController* q;
+    QPointer<SearchBar> bar;
+    QPointer<TableView> contents;
+    QPointer<TableView> results;
+    SearchDisplayDelegate* delegate = nullptr;
+    TableViewDataSource* dataSource = nullptr;
+    TableViewDelegate* tableDelegate = nullptr;
+    bool active = false;
+    bool showsResults = false;
+};
+
+// A sibling of the contents' table, over it and below the bar.
+TableView& SearchDisplayController::Private::table() {
+    if (!results) {
+        results = new TableView(contents->parentWidget());
+        results->hide();
+        results->setAccessibleName(QStringLiteral("Search results"));
+        results->setDataSource(dataSource);
+        results->setDelegate(tableDelegate);
+        results->installEventFilter(q);
+        QWidget::setTabOrder(bar->field(), results);
+    }
+    return *results;
+}
+
+void SearchDisplayController::Private::textChanged(const QString& text) {
+    if (!text.isEmpty() && !active) q->setActive(true, false);
+    const bool reloads = !delegate || delegate->shouldReloadTableForSearchString(*q, text);
+    if (text.isEmpty()) {
+        hideResults();
+        return;
+    }
+    const bool appears = !showsResults;
+    if (appears && delegate) delegate->willShowSearchResultsTableView(*q, table());
+    if (appears || reloads) table().reloadData();
+    if (appears) showResults();
+}
+
+void SearchDisplayController::Private::showResults() {
+    showsResults = true;
+    contents->setContentOffset(barTop());
+    place();
+    table().setContentOffset(0);
+    table().show();
+    table().raise();
+}
+
+void SearchDisplayController::Private::hideResults() {
+    if (!showsResults) return;
+    showsResults = false;
+    if (delegate) delegate->willUnloadSearchResultsTableView(*q, *results);
+    // The focus must not wander to whatever comes next when the table that has it goes.
+    const QWidget* focus = results->window()->focusWidget();
+    if (focus && (focus == results || results->isAncestorOf(focus))) contents->setFocus(Qt::OtherFocusReason);
+    results->hide();
+}
+
+void SearchDisplayController::Private::place() {
+    if (!results || !bar || !contents) return;
+    QRect frame = contents->geometry();
+    frame.setTop(bar->mapTo(contents->parentWidget(), QPoint(0, bar->height())).y());
+    results->setGeometry(frame);
+}
+
+// How far down the content the bar begins.
+int SearchDisplayController::Private::barTop() const {
+    return bar->mapTo(contents->viewport(), QPoint()).y() + contents->contentOffset();
+}
+
+SearchDisplayController::SearchDisplayController(SearchBar* searchBar, TableView* contentsTable, QObject* parent)
+    : QObject(parent), d_(std::make_unique<Private>()) {
+    d_->q = this;
+    d_->bar = searchBar;
+    d_->contents = contentsTable;
+    contentsTable->installEventFilter(this);
+    searchBar->field()->installEventFilter(this);
+    connect(searchBar, &SearchBar::textChanged, this, [this](const QString& text) { d_->textChanged(text); });
+    connect(searchBar, &SearchBar::didBeginEditing, this, [this] { setActive(true, true); });
+    connect(searchBar, &SearchBar::cancelClicked, this, [this] { setActive(false, true); });
+    // While results lie over the contents, the bar above them stays where it is.
+    connect(contentsTable->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        if (d_->showsResults) d_->contents->setContentOffset(d_->barTop());
+    });
+}
+
+SearchDisplayController::~SearchDisplayController() {
+    delete d_->results;
+}
+
+void SearchDisplayController::setDelegate(SearchDisplayDelegate* delegate) {
+    d_->delegate = delegate;
+}
+
+void SearchDisplayController::setSearchResultsDataSource(TableViewDataSource* dataSource) {
+    d_->dataSource = dataSource;
+    if (d_->results) d_->results->setDataSource(dataSource);
+}
+
+void SearchDisplayController::setSearchResultsDelegate(TableViewDelegate* delegate) {
+    d_->tableDelegate = delegate;
+    if (d_->results) d_->results->setDelegate(delegate);
+}
+
+SearchBar* SearchDisplayController::searchBar() const {
+    return d_->bar;
+}
+
+TableView* SearchDisplayController::searchResultsTableView() const {
+    return &d_->table();
+}
+
+bool SearchDisplayController::isActive() const {
+    return d_->active;
+}
+
+void SearchDisplayController::setActive(bool active, bool animated) {
+    if (d_->active == active) return;
+    d_->active = active;
+    d_->bar->setShowsCancelButton(active, animated);
+    if (active) {
+        d_->contents->setContentOffset(d_->barTop());
+        return;
+    }
+    d_->bar->setText(QString());
+    QWidget* focus = d_->bar->window()->focusWidget();
+    if (focus && d_->bar->isAncestorOf(focus)) d_->contents->setFocus(Qt::OtherFocusReason);
+}
+
+bool SearchDisplayController::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == d_->contents && (event->type() == QEvent::Resize || event->type() == QEvent::Move)) d_->place();
+    if (event->type() != QEvent::KeyPress || !d_->active) return false;
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (watched == d_->bar->field()) {
+        if (key != Qt::Key_Down || !d_->showsResults) return false;
+        d_->results->setFocus(Qt::TabFocusReason);
+        return true;
+    }
+    if (key != Qt::Key_Escape) return false;
+    auto* table = static_cast<TableView*>(watched);
+    if (table->endsRowEditing()) return true;
+    setActive(false, true);
+    return true;
+}
+
+}  // namespace platform

@@ -4,10 +4,12 @@
 #include <QWidget>
 #include <memory>
 
+class QAbstractButton;
 class QLineEdit;
 
 namespace platform {
 
+class GlidingValue;
 class SearchBar;
 class TableView;
 class TableViewDataSource;
@@ -35,6 +37,7 @@ class SearchBar : public QWidget {
     Q_OBJECT
 public:
     explicit SearchBar(QWidget* parent = nullptr);
+    ~SearchBar() override;
 
     QString text() const;
     void setText(const QString& text);
@@ -42,7 +45,7 @@ public:
     QLineEdit* field() const { return field_; }
 
     // Shows or hides "Cancel".
-    void setShowsCancelButton(bool shows);
+    void setShowsCancelButton(bool shows, bool animated = false);
 
 Q_SIGNALS:
     void textChanged(const QString& text);
@@ -52,10 +55,16 @@ Q_SIGNALS:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
+    QRect outline() const;
+    void place();
+
     QLineEdit* field_;
-    QWidget* cancelButton_;
+    QAbstractButton* clearButton_;
+    QAbstractButton* cancelButton_;
+    std::unique_ptr<GlidingValue> cancelShown_;  // 0 hidden, 1 shown
 };
 
 // Runs a search: while its bar has text, a second table, the results table, lies over the contents' table with the
@@ -78,6 +87,9 @@ public:
 
     bool isActive() const;
     void setActive(bool active, bool animated);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Private;

@@ -31,6 +31,7 @@ public:
     // have shown any other row: set everything that may differ. The table owns it from here on.
     virtual TableViewCell* cellForRowAtIndexPath(TableView& table, IndexPath indexPath) = 0;
 
+    // Whether the row can be deleted; by default it cannot.
     virtual bool canEditRowAtIndexPath(TableView& table, IndexPath indexPath);
     virtual EditingStyle editingStyleForRowAtIndexPath(TableView& table, IndexPath indexPath);
 
@@ -102,7 +103,8 @@ public:
     QRect rectForRow(IndexPath indexPath) const;
 
     // Tell the table that the data source gained or lost one row; call after changing the data. The rows around it
-    // close up or make room; a row that leaves slides to the left or right, or fades.
+    // close up or make room; a row that leaves slides to the left or right, or fades. When the data source's number of
+    // rows does not agree, the table reloads.
     void insertRow(IndexPath indexPath, RowAnimation animation);
     void deleteRow(IndexPath indexPath, RowAnimation animation);
 
@@ -121,17 +123,27 @@ public:
     // Scrolls as little as needed for the row to be wholly in sight.
     void scrollToRow(IndexPath indexPath);
 
+    // Hides an uncovered "Delete" or ends the editing of a field in a row; returns whether there was one to end. What
+    // Escape does first.
+    bool endsRowEditing();
+
     // Points kept free below the last row, for what covers the table's lower edge (an on-screen keyboard).
     void setBottomInset(int points);
 
 protected:
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
     void scrollContentsBy(int dx, int dy) override;
 
 private:
+    void setNeedsReload();
+
     struct Private;
     std::unique_ptr<Private> d_;
 };

@@ -1,11 +1,13 @@
 #pragma once
 
-#include <QImage>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+#include <memory>
 
 namespace platform {
+
+class CellDeletion;
 
 // One row of a TableView: a content view, an optional accessory at the right, a background, and the states that the
 // table gives it (selected, editing). Main thread only.
@@ -19,6 +21,7 @@ public:
     enum class SelectionStyle { none, gray };
 
     explicit TableViewCell(const QString& reuseIdentifier, QWidget* parent = nullptr);
+    ~TableViewCell() override;
 
     const QString& reuseIdentifier() const { return reuseIdentifier_; }
 
@@ -54,15 +57,35 @@ public:
     bool isSelected() const { return selected_; }
     bool isEditing() const { return editing_; }
 
+    // For the table. A deletable cell shows its delete control in edit mode and can be pushed aside, which uncovers
+    // "Delete" at its right edge.
+    void setDeletable(bool deletable, bool animated);
+    bool isDeletable() const { return deletable_; }
+    void pushAside(int points);
+    void glideAside(bool open);
+    bool isOpeningAside() const;
+    static int deleteWidth();
+    // For the table: marks the row that the keyboard is on.
+    void setShowsFocus(bool shows);
+
+Q_SIGNALS:
+    void deleteControlTapped();
+    void deleteTapped();
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
     // Places content view and accessory; a subclass that adds to it calls the base class first.
     virtual void layoutSubviews();
 
 private:
+    CellDeletion& deletion();
+    int pushedAside() const;
+
     QString reuseIdentifier_;
+    std::unique_ptr<CellDeletion> deletion_;  // made on first use
     QWidget* contentView_ = nullptr;
     QPointer<QWidget> accessoryView_;
     Accessory accessory_ = Accessory::none;
@@ -72,6 +95,8 @@ private:
     int indentationWidth_ = 10;
     bool selected_ = false;
     bool editing_ = false;
+    bool deletable_ = false;
+    bool showsFocus_ = false;
 };
 
 }  // namespace platform
