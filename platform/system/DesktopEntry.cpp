@@ -22,7 +22,7 @@ std::shared_ptr<const DesktopEntry> readDesktopEntry(const std::string& path, co
     auto entry = std::make_shared<DesktopEntry>();
     entry->file = path;
     entry->stamp = stamp;
-    const auto keys = KeyFile::read(path);
+    const auto keys = KeyFile::read(path, "Name");
     if (!keys) return entry;
     entry->name = keys->localizedString(group, "Name").simplified();
     entry->icon = keys->string(group, "Icon");

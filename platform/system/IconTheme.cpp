@@ -12,6 +12,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr QStringView hicolor = u"hicolor";
+constexpr auto themeGroup = "Icon Theme";
 constexpr const char* extensions[] = {".svg", ".png", ".xpm"};
 
 // Entries often name an icon with its extension although they should not.
@@ -33,7 +35,7 @@ IconTheme::IconTheme(std::vector<fs::path> dataDirectories, const QStringList& t
     : dataDirectories_(std::move(dataDirectories)) {
     QStringList visited;
     for (const QString& theme : themes) addTheme(theme, visited);
-    addTheme(QStringLiteral("hicolor"), visited);
+    addTheme(hicolor.toString(), visited);
     addUnthemedFolders();
 }
 
@@ -66,32 +68,50 @@ void IconTheme::addTheme(const QString& theme, QStringList& visited) {
         watch(top / "index.theme");
         if (!index) index = KeyFile::read(top / "index.theme");
     }
-    if (!index) return;
     themes_.emplace_back();
-    for (const QString& name : index->commaSeparatedList("Icon Theme", "Directories") +
-                                   index->commaSeparatedList("Icon Theme", "ScaledDirectories"))
-        addFolder(name, *index, tops);
-    for (const QString& parent : index->commaSeparatedList("Icon Theme", "Inherits"))
-        if (parent != u"hicolor") addTheme(parent, visited);
+    if (index)
+        addIndexedFolders(*index, tops);
+    else if (theme == hicolor)
+        addUsualFolders(tops);
+    if (!index) return;
+    for (const QString& parent : index->commaSeparatedList(themeGroup, "Inherits"))
+        if (parent != hicolor) addTheme(parent, visited);
 }
 
-void IconTheme::addFolder(const QString& name, const KeyFile& index, const std::vector<fs::path>& tops) {
-    const QByteArray group = name.toUtf8();
-    const auto number = [&](const char* key, int otherwise) {
-        return index.integer(group.constData(), key, otherwise);
-    };
-    const int size = number("Size", 0);
-    if (size <= 0) return;
-    Folder folder{.path = {}, .smallest = size, .largest = size, .scale = std::max(1, number("Scale", 1))};
-    const QString type = index.string(group.constData(), "Type");
-    if (type == u"Scalable") {
-        folder.smallest = number("MinSize", size);
-        folder.largest = number("MaxSize", size);
-    } else if (type != u"Fixed") {
-        const int threshold = number("Threshold", 2);
-        folder.smallest -= threshold;
-        folder.largest += threshold;
+void IconTheme::addIndexedFolders(const KeyFile& index, const std::vector<fs::path>& tops) {
+    for (const QString& name : index.commaSeparatedList(themeGroup, "Directories") +
+                                   index.commaSeparatedList(themeGroup, "ScaledDirectories")) {
+        const QByteArray group = name.toUtf8();
+        const auto number = [&](const char* key, int otherwise) {
+            return index.integer(group.constData(), key, otherwise);
+        };
+        const int size = number("Size", 0);
+        if (size <= 0) continue;
+        const QString type = index.string(group.constData(), "Type");
+        Folder folder{.path = {}, .smallest = size, .largest = size, .scale = std::max(1, number("Scale", 1))};
+        if (type == u"Scalable") {
+            folder.smallest = number("MinSize", size);
+            folder.largest = number("MaxSize", size);
+        } else if (type != u"Fixed") {
+            const int threshold = number("Threshold", 2);
+            folder.smallest -= threshold;
+            folder.largest += threshold;
+        }
+        addFolder(name, folder, tops);
     }
+}
+
+// Applications bring icons for hicolor, but its index comes from elsewhere and may not be there.
+void IconTheme::addUsualFolders(const std::vector<fs::path>& tops) {
+    addFolder(QStringLiteral("scalable/apps"), {.path = {}, .smallest = 1, .largest = 512, .scale = 1}, tops);
+    for (const int size : {16, 22, 24, 32, 36, 48, 64, 72, 96, 128, 192, 256, 512}) {
+        const auto name = QStringLiteral("%1x%1%2/apps").arg(size);
+        addFolder(name.arg(QString()), {.path = {}, .smallest = size - 2, .largest = size + 2, .scale = 1}, tops);
+        addFolder(name.arg(u"@2"), {.path = {}, .smallest = size - 2, .largest = size + 2, .scale = 2}, tops);
+    }
+}
+
+void IconTheme::addFolder(const QString& name, Folder folder, const std::vector<fs::path>& tops) {
     for (const fs::path& top : tops) {
         folder.path = top / toPath(name);
         // A folder that is made later changes the nearest one above it.

@@ -42,7 +42,9 @@ private:
     };
 
     void addTheme(const QString& theme, QStringList& visited);
-    void addFolder(const QString& name, const KeyFile& index, const std::vector<std::filesystem::path>& tops);
+    void addIndexedFolders(const KeyFile& index, const std::vector<std::filesystem::path>& tops);
+    void addUsualFolders(const std::vector<std::filesystem::path>& tops);
+    void addFolder(const QString& name, Folder folder, const std::vector<std::filesystem::path>& tops);
     void addUnthemedFolders();
     void watch(const std::filesystem::path& path);
     static std::filesystem::path findIn(const std::vector<Folder>& folders, const QString& name, int points,

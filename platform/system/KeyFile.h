@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 #include <filesystem>
@@ -14,7 +15,8 @@ namespace platform {
 class KeyFile {
 public:
     // Nothing when the file cannot be read, is no regular file, is longer than a megabyte or does not parse.
-    static std::optional<KeyFile> read(const std::filesystem::path& path);
+    // localizedString() can be asked for `translatedKey`; translations of other keys are not even read.
+    static std::optional<KeyFile> read(const std::filesystem::path& path, QByteArrayView translatedKey = {});
 
     // A missing key, or one whose value is not valid UTF-8 or of the wrong kind, reads as empty, false or `otherwise`.
     QString string(const char* group, const char* key) const;

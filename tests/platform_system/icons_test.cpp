@@ -87,6 +87,20 @@ TEST(Icons, AreFoundByNameSizeAndScale) {
     }
 }
 
+TEST(Icons, AreFoundInHicolorWithoutAnIndex) {
+    DataDirectory directory;
+    directory.writePng("icons/hicolor/24x24/apps/sized.png", 24, Qt::red);
+    directory.writePng("icons/hicolor/32x32/apps/sized.png", 32, Qt::green);
+    directory.writePng("icons/hicolor/48x48@2/apps/scaled.png", 96, Qt::green);
+    directory.writeSvg("icons/hicolor/scalable/apps/drawn.svg", "lime");
+    directory.writePng("icons/hicolor/48x48/apps/drawn.png", 48, Qt::red);
+    for (const char* icon : {"sized", "scaled", "drawn"}) {
+        directory.writeEntry("app.desktop", "Name=App\nIcon=" + std::string(icon) + "\n");
+        DesktopApplicationList list({directory.path()}, 1);
+        EXPECT_EQ(middle(list.iconOfSize(points, QStringLiteral("app"))), QColor(0, 255, 0)) << icon;
+    }
+}
+
 TEST(Icons, AbsolutePathsLieBelowTheRoot) {
     DataDirectory device, host;
     const auto outside = host.writePng("outside.png", 29, Qt::red);
