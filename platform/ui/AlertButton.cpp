@@ -9,7 +9,6 @@ namespace platform {
 namespace {
 
 constexpr QColor hairline(161, 176, 176, 110);
-constexpr QColor pressedGrey(161, 176, 176, 70);
 constexpr int fontSize = 16;
 
 QColor titleColor(AlertButton::Weight weight) {
@@ -43,7 +42,6 @@ void AlertButton::setShowsFocus(bool shows) {
 
 void AlertButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (isDown()) painter.fillRect(rect(), pressedGrey);
     painter.fillRect(0, 0, width(), 1, hairline);
     if (beside_) painter.fillRect(0, 0, 1, height(), hairline);
     painter.setPen(titleColor(weight_));

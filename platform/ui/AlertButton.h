@@ -4,7 +4,7 @@
 
 namespace platform {
 
-// One of an alert's buttons: flat, parted from its neighbours by hairlines, grey while pressed.
+// One of an alert's buttons: flat, parted from its neighbours by hairlines. The alert paints what is behind it.
 class AlertButton : public QPushButton {
 public:
     enum class Weight { quiet, plain, accent };

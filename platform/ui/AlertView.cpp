@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPainterPath>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <algorithm>
@@ -29,6 +30,7 @@ constexpr int buttonHeight = 44;
 constexpr int windowMargin = 12;  // kept free above and below the panel
 constexpr int titleSize = 17;
 constexpr int messageSize = 15;
+constexpr QColor pressedGrey(161, 176, 176, 70);
 
 QFont alertFont(int pixels, bool bold) {
     QFont font(QStringLiteral("Helvetica"));
@@ -321,9 +323,13 @@ bool AlertView::focusNextPrevChild(bool next) {
 void AlertView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::white);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    QPainterPath panel;
+    panel.addRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.fillPath(panel, Qt::white);
+    painter.setClipPath(panel);
+    for (const AlertButton* shown : d_->buttons) {
+        if (shown->isDown()) painter.fillRect(shown->geometry(), pressedGrey);
+    }
 }
 
 }  // namespace platform

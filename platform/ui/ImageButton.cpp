@@ -16,6 +16,7 @@ namespace {
 constexpr QColor dimming(0, 0, 0, 115);
 constexpr double disabledOpacity = 0.4;
 constexpr int smallestTarget = 32;
+constexpr int focusSize = 36;
 
 QPixmap dimmed(QPixmap image) {
     QPainter painter(&image);
@@ -73,6 +74,14 @@ void ImageButton::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+// A button may reach beyond the bar that it is in; its frame stays near the image.
+QRectF ImageButton::focusFrame() const {
+    if (image_.isEmpty()) return rect();
+    QRectF frame(0, 0, focusSize, focusSize);
+    frame.moveCenter(QRectF(rect()).center());
+    return frame.intersected(rect());
+}
+
 void ImageButton::paintEvent(QPaintEvent*) {
     const bool highlighted = highlighted_ || isDown();
     const bool hasHighlightedLook = highlighted && !highlightedBackground_.isEmpty();
@@ -96,7 +105,7 @@ void ImageButton::paintEvent(QPaintEvent*) {
     if (!hasFocus()) return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(palette::accent, 1.5));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 6, 6);
+    painter.drawRoundedRect(focusFrame().adjusted(1, 1, -1, -1), 6, 6);
 }
 
 }  // namespace platform

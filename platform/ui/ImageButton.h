@@ -34,6 +34,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    QRectF focusFrame() const;
+
     QString image_;
     QString normalBackground_;
     QString highlightedBackground_;
