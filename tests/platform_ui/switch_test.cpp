@@ -1,0 +1,102 @@
+#include "platform/ui/Switch.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QTest>
+
+#include "platform_ui/InstantClock.h"
+
+namespace {
+
+using platform::Switch;
+
+class SwitchTest : public testing::Test {
+protected:
+    SwitchTest() : toggle(new Switch(&window)) {
+        window.resize(200, 100);
+        toggle->setGeometry(50, 30, 51, 31);
+        QObject::connect(toggle, &Switch::valueChanged, &window, [this](Switch* sender) {
+            EXPECT_EQ(sender, toggle);
+            told.push_back(sender->isOn());
+        });
+        window.show();
+    }
+
+    InstantClock instant;
+    QWidget window;
+    Switch* toggle;
+    std::vector<bool> told;
+};
+
+TEST_F(SwitchTest, AnswersToTheFinger) {
+    struct Case {
+        const char* name;
+        bool before;
+        std::vector<QPoint> path;  // pressed at the first, released at the last
+        bool after;
+    };
+    const Case cases[] = {
+        {"tap", false, {{40, 15}}, true},
+        {"tap when on", true, {{10, 15}}, false},
+        {"a trembling tap", false, {{20, 15}, {22, 14}, {21, 15}}, true},
+        {"drag on", false, {{10, 15}, {25, 15}, {45, 15}}, true},
+        {"drag off, beyond the edge", true, {{40, 15}, {0, 15}, {-60, 15}}, false},
+        {"drag on again to where it is", true, {{40, 15}, {48, 15}}, true},
+        {"drag there and back", false, {{10, 15}, {45, 15}, {11, 15}}, false},
+        {"drag less than half", false, {{10, 15}, {19, 15}}, false},
+        {"pressed, let go outside", false, {{25, 15}, {25, 90}}, false},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.name);
+        toggle->setOn(each.before, false);
+        told.clear();
+        QTest::mousePress(toggle, Qt::LeftButton, {}, each.path.front());
+        for (const QPoint& place : each.path) {
+            QMouseEvent move(QEvent::MouseMove, place, toggle->mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(toggle, &move);
+        }
+        EXPECT_EQ(toggle->isOn(), each.before) << "nothing is decided before the finger leaves";
+        QTest::mouseRelease(toggle, Qt::LeftButton, {}, each.path.back());
+        EXPECT_EQ(toggle->isOn(), each.after);
+        EXPECT_EQ(told, each.after == each.before ? std::vector<bool>{} : std::vector<bool>{each.after});
+    }
+}
+
+TEST_F(SwitchTest, AnswersToTheKeyboardAndToAssistance) {
+    toggle->setFocus(Qt::TabFocusReason);
+    bool expected = false;
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(toggle, key);
+        expected = !expected;
+        EXPECT_EQ(toggle->isOn(), expected);
+    }
+    QAccessibleInterface* read = QAccessible::queryAccessibleInterface(toggle);
+    EXPECT_EQ(read->role(), QAccessible::CheckBox);
+    EXPECT_TRUE(read->state().checked);
+    read->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_FALSE(read->state().checked);
+    EXPECT_EQ(told.size(), 4u);
+    toggle->setEnabled(false);
+    QTest::mouseClick(toggle, Qt::LeftButton);
+    read->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(told.size(), 4u);
+}
+
+TEST_F(SwitchTest, SaysNothingOfWhatTheProgramDoes) {
+    platform::AnimationClock::setInstant(false);
+    toggle->setOn(true, true);
+    toggle->setOn(false, false);
+    toggle->setOn(true, true);
+    EXPECT_TRUE(toggle->isOn());
+    EXPECT_TRUE(told.empty());
+}
+
+TEST_F(SwitchTest, MayGoInItsOwnSignal) {
+    const QPointer<Switch> alive = toggle;
+    QObject::connect(toggle, &Switch::valueChanged, &window, [this] { delete toggle; });
+    QTest::mouseClick(toggle, Qt::LeftButton);
+    EXPECT_FALSE(alive);
+}
+
+}  // namespace
