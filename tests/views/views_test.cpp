@@ -1,0 +1,245 @@
+// Frames, fonts and colours of bars, cells and chrome, measured on the real widgets.
+#include <gtest/gtest.h>
+
+#include <QFontMetricsF>
+#include <QLabel>
+
+#include "platform/ui/ImageButton.h"
+#include "platform/ui/TextField.h"
+#include "screens/rules/VxmRuleCell.h"
+#include "views/Chrome.h"
+#include "views/IconView.h"
+#include "views/ScreenView.h"
+#include "views/VxmAppCell.h"
+#include "views/VxmFileCell.h"
+#include "views/VxmNavBarView.h"
+#include "views/VxmScreen.h"
+
+namespace {
+
+using views::Chrome;
+
+const Chrome tallPhone(false, QStringLiteral("iPhone"), {320, 568});
+
+class Screen : public views::VxmScreen {
+public:
+    Screen() : VxmScreen(tallPhone) {}
+    void add(platform::ImageButton&) override { asked += QStringLiteral("add "); }
+    void setEditMode(platform::ImageButton&) override { asked += QStringLiteral("edit "); }
+    void presentSettings(platform::ImageButton&) override { asked += QStringLiteral("settings "); }
+    void done(platform::ImageButton&) override { asked += QStringLiteral("done "); }
+    QString asked;
+};
+
+QColor textColour(const QWidget* widget) {
+    return widget->palette().color(widget->foregroundRole());
+}
+
+TEST(ChromeTest, BodyHeightFollowsModelAndScreen) {
+    const struct {
+        const char16_t* model;
+        QSize screen;
+        int bodyHeight;
+    } cases[] = {
+        {u"iPhone", {320, 568}, 508}, {u"iPod", {320, 568}, 508},   {u"iPhone", {320, 480}, 420},
+        {u"iPad", {320, 568}, 420},   {u"iphone", {320, 568}, 420}, {u"iPod touch", {320, 568}, 420},
+        {u"iPhone", {320, 569}, 420}, {u"iPhone", {320, 567}, 420},
+    };
+    for (const auto& each : cases) {
+        const QString model = QStringView(each.model).toString();
+        EXPECT_EQ(Chrome(false, model, each.screen).bodyHeight(), each.bodyHeight)
+            << model.toStdString() << " " << each.screen.height();
+    }
+}
+
+TEST(ChromeTest, RoundsHalvesAwayFromZero) {
+    EXPECT_EQ(views::makeRoundedRect(12.5F, -0.5F, 12.4F, 0.5F), QRect(13, -1, 12, 1));
+}
+
+TEST(ChromeTest, FallbackFontsHaveTheMetricsOfTheFamily) {
+    EXPECT_FALSE(views::isFontInstalled(QStringLiteral("HelveticaNeue-CondensedBold")));
+    const QFont title = tallPhone.rowTitle();
+    EXPECT_EQ(title.pixelSize(), 14);
+    EXPECT_TRUE(title.bold());
+    EXPECT_EQ(tallPhone.rowUnderText().pixelSize(), 13);
+    EXPECT_EQ(tallPhone.barTitle().pixelSize(), 20);
+    EXPECT_EQ(tallPhone.helpText().pixelSize(), 12);
+    EXPECT_EQ(Chrome(true, QStringLiteral("iPhone"), {320, 568}).rowTitle().pixelSize(), 15);
+    // Helvetica's advance widths are 1/1000 em: H 722, i 222.
+    const QFontMetricsF metrics(views::fontWithName(QStringLiteral("Helvetica"), 100));
+    EXPECT_NEAR(metrics.horizontalAdvance(QStringLiteral("HHHHHHHHHH")), 722, 8);
+    EXPECT_NEAR(metrics.horizontalAdvance(QStringLiteral("iiiiiiiiii")), 222, 8);
+}
+
+TEST(NavBarTest, ShowsTheButtonsItIsAskedForInTheirPlaces) {
+    Screen screen;
+    views::VxmNavBarView bar({0, 0, 320, 40}, screen, true, false, true);
+    EXPECT_EQ(bar.backButton()->geometry(), QRect(0, -3, 52, 46));
+    EXPECT_EQ(bar.editButton()->geometry(), QRect(276, 4, 32, 32));
+    bar.show();
+    EXPECT_TRUE(bar.backButton()->isVisible());
+    bar.changeEditButtonVisibility(false);
+    EXPECT_FALSE(bar.editButton()->isVisible());
+    bar.changeEditButtonVisibility(true);
+    EXPECT_TRUE(bar.editButton()->isVisible());
+    bar.editButton()->click();
+    EXPECT_EQ(screen.asked, QStringLiteral("edit "));
+    EXPECT_EQ(bar.palette().color(QPalette::Window), QColor(245, 245, 245));
+}
+
+TEST(NavBarTest, WithoutButtonsShowsOnlyItsTitle) {
+    Screen screen;
+    views::VxmNavBarView bar({0, 0, 320, 40}, screen, false, false, false);
+    bar.show();
+    for (auto* button : bar.findChildren<platform::ImageButton*>()) EXPECT_FALSE(button->isVisible());
+}
+
+TEST(NavBarTest, SettingsButtonTakesTheBackButtonsPlace) {
+    Screen screen;
+    views::VxmNavBarView bar({0, 0, 320, 40}, screen, false, true, false);
+    bar.showSettingsButton();
+    EXPECT_EQ(bar.backButton()->geometry(), QRect(0, -3, 52, 46));
+    bar.backButton()->click();
+    EXPECT_EQ(screen.asked, QStringLiteral("settings "));
+}
+
+TEST(NavBarTest, ChooserBarHasOneButton) {
+    Screen screen;
+    views::VxmAppChooserNavBarView bar({0, 0, 320, 40}, screen);
+    const auto buttons = bar.findChildren<platform::ImageButton*>();
+    ASSERT_EQ(buttons.size(), 1);
+    EXPECT_EQ(buttons[0]->geometry(), QRect(276, 3, 32, 32));
+    buttons[0]->click();
+    EXPECT_EQ(screen.asked, QStringLiteral("done "));
+}
+
+TEST(NavBarTest, TitleIsCentredForEveryText) {
+    Screen screen;
+    views::VxmNavBarView bar({0, 0, 320, 40}, screen, true, false, false);
+    for (const QString& title : {QStringLiteral("Vexmor"), QStringLiteral("Global Allow"), QString(60, u'W')}) {
+        bar.setTitleString(title);
+        const QRect frame = bar.titleLabel()->geometry();
+        EXPECT_NEAR(frame.center().x(), 160, 1) << title.toStdString();
+        EXPECT_NEAR(frame.center().y(), 20, 1);
+    }
+    EXPECT_LT(bar.titleLabel()->x(), 0) << "a title wider than the bar is cut at both sides";
+    EXPECT_EQ(textColour(bar.titleLabel()), QColor(161, 176, 176));
+}
+
+TEST(NavBarTest, RightButtonsKeepTheirDistanceFromTheEdgeOfAWiderScreen) {
+    Screen screen;
+    views::VxmNavBarView bar({0, 0, 320, 40}, screen, true, false, true);
+    bar.show();
+    bar.resize(412, 40);
+    EXPECT_EQ(bar.editButton()->geometry(), QRect(276 + 92, 4, 32, 32));
+    EXPECT_EQ(bar.backButton()->x(), 0);
+}
+
+TEST(AppCellTest, PlacesNameLineAndIcon) {
+    views::VxmAppCell cell(tallPhone, QStringLiteral("Cell"));
+    cell.resize(320, 50);
+    cell.show();
+    cell.setTitleLabelText(QStringLiteral("Mail"));
+    cell.setUnderTextLabelText(QStringLiteral("org.example.Mail"));
+    const QSizeF title = views::sizeWithFont(QStringLiteral("Mail"), tallPhone.rowTitle());
+    const QSizeF under = views::sizeWithFont(QStringLiteral("org.example.Mail"), tallPhone.rowUnderText());
+    EXPECT_EQ(cell.titleLabel()->geometry(), views::makeRoundedRect(55, float(50 - title.height() - 12) / 2,
+                                                                    float(title.width()), float(title.height())));
+    EXPECT_EQ(cell.underTextLabel()->geometry(), views::makeRoundedRect(55, float(50 - under.height()) / 2 + 8,
+                                                                        float(under.width()), float(under.height())));
+    EXPECT_EQ(cell.appImageView()->size(), QSize(29, 29));
+    EXPECT_EQ(cell.appImageView()->geometry().center(), QPoint(26, 24));
+    EXPECT_EQ(textColour(cell.titleLabel()), QColor(98, 111, 111));
+
+    cell.setUnderTextLabelText(QString());
+    EXPECT_TRUE(cell.underTextLabel()->isVisible()) << "an empty line is a line";
+    cell.setUnderTextLabelText(std::nullopt);
+    EXPECT_FALSE(cell.underTextLabel()->isVisible());
+}
+
+TEST(AppCellTest, LongNameRunsOutAtTheRight) {
+    views::VxmAppCell cell(tallPhone, QStringLiteral("Cell"));
+    cell.setTitleLabelText(QString(100, u'm'));
+    EXPECT_EQ(cell.titleLabel()->x(), 55);
+    EXPECT_GT(cell.titleLabel()->geometry().right(), 320);
+}
+
+TEST(AppCellTest, TextsAreNotTakenForMarkup) {
+    views::VxmAppCell cell(tallPhone, QStringLiteral("Cell"));
+    cell.setTitleLabelText(QStringLiteral("<b>x</b>"));
+    EXPECT_EQ(cell.titleLabel()->textFormat(), Qt::PlainText);
+}
+
+TEST(FileCellTest, LabelMovesOnTheFirstText) {
+    views::VxmFileCell cell(tallPhone, QStringLiteral("Cell"));
+    EXPECT_EQ(cell.titleLabel()->geometry(), QRect(16, 7, 296, 20));
+    cell.resize(320, 50);
+    cell.show();
+    cell.setTitleLabelText(QStringLiteral("hosts.txt"));
+    EXPECT_EQ(cell.titleLabel()->x(), 12);
+    EXPECT_NEAR(cell.titleLabel()->geometry().center().y(), 25, 1);
+}
+
+TEST(RuleCellTest, FieldCanBeEditedOnlyInEditMode) {
+    screens::VxmRuleCell cell(tallPhone, QStringLiteral("RCell"));
+    EXPECT_EQ(cell.titleTextField()->geometry(), QRect(16, 7, 296, 20));
+    EXPECT_FALSE(cell.titleTextField()->isEnabled());
+    cell.setEditing(true, false);
+    EXPECT_TRUE(cell.titleTextField()->isEnabled());
+    EXPECT_EQ(cell.titleTextField()->geometry(), QRect(16, 9, 256, 20));
+    cell.setEditing(false, false);
+    EXPECT_FALSE(cell.titleTextField()->isEnabled());
+    EXPECT_EQ(cell.titleTextField()->geometry(), QRect(16, 9, 296, 20));
+}
+
+TEST(RuleCellTest, ShrinksALongRuleAndKeepsDoingSo) {
+    screens::VxmRuleCell cell(tallPhone, QStringLiteral("RCell"));
+    const int fullSize = cell.titleTextField()->font().pixelSize();
+    cell.setTitleLabelText(QStringLiteral("short.example"));
+    EXPECT_FALSE(cell.titleTextField()->adjustsFontSizeToFitWidth());
+    cell.setTitleLabelText(QString(60, u'w'));
+    EXPECT_TRUE(cell.titleTextField()->adjustsFontSizeToFitWidth());
+    EXPECT_LT(cell.titleTextField()->font().pixelSize(), fullSize);
+    cell.setTitleLabelText(QStringLiteral("short.example"));
+    EXPECT_TRUE(cell.titleTextField()->adjustsFontSizeToFitWidth());
+    EXPECT_EQ(cell.titleTextField()->font().pixelSize(), fullSize);
+}
+
+TEST(RuleCellTest, PlacesItsLabels) {
+    screens::VxmRuleCell cell(tallPhone, QStringLiteral("RCell"));
+    cell.resize(320, 50);
+    cell.show();
+    cell.setUnderTextLabelText(QStringLiteral("a date"));
+    EXPECT_EQ(cell.underTextLabel()->x(), 18);
+    EXPECT_NEAR(cell.underTextLabel()->geometry().center().y(), 25 + 12, 1);
+    cell.setSmallTextLabelText(QStringLiteral("pt"));
+    EXPECT_EQ(cell.smallTextLabel()->geometry().right() + 1, 284);
+    cell.setBigTextLabelText(QStringLiteral("12"));
+    EXPECT_NEAR(cell.bigTextLabel()->geometry().right() + 1, cell.smallTextLabel()->x(), 1);
+    cell.setUnderTextLabelText(std::nullopt);
+    EXPECT_FALSE(cell.underTextLabel()->isVisible());
+    cell.setUnderTextLabelText(QStringLiteral("a date"));
+    EXPECT_TRUE(cell.underTextLabel()->isVisible());
+}
+
+TEST(ScreenViewTest, PanelFillsWhatTheDesignLeavesIt) {
+    const struct {
+        QSize window;
+        int bodyHeight;
+        int designHeight;
+        QRect panel;
+    } cases[] = {
+        {{320, 548}, 508, 548, {0, 40, 320, 508}},
+        {{320, 460}, 420, 460, {0, 40, 320, 420}},
+        {{320, 548}, 420, 548, {0, 40, 320, 420}},
+        {{412, 915}, 508, 548, {0, 40, 412, 875}},
+    };
+    for (const auto& each : cases) {
+        views::ScreenView view(new QWidget, new QWidget, each.bodyHeight, each.designHeight);
+        view.resize(each.window);
+        view.show();
+        EXPECT_EQ(view.panel()->geometry(), each.panel);
+    }
+}
+
+}  // namespace
