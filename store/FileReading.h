@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string_view>
 
 #include "store/Buffer.h"
 
@@ -13,5 +14,8 @@ inline constexpr std::size_t largestFile = std::size_t{2} << 30;
 // A file's bytes, read once into memory of their own. Nothing when there is no such file, when it cannot be read, or
 // when it is anything but a regular file: a pipe or a device must not make anybody wait.
 std::optional<Buffer> readFile(const std::filesystem::path& path);
+
+// The same, but of a file whose beginning (4 KB, or all of it) is not wanted no more than that is read.
+std::optional<Buffer> readFile(const std::filesystem::path& path, bool (*isWanted)(std::string_view beginning));
 
 }  // namespace store

@@ -46,14 +46,6 @@ std::string temporaryName(const std::string& fileName) {
     return name;
 }
 
-bool isTemporaryName(std::string_view name) {
-    std::size_t ending = temporaryInfix.size() + temporaryLetterCount;
-    if (!name.starts_with('.') || name.size() <= ending) return false;
-    std::string_view infix = name.substr(name.size() - ending, temporaryInfix.size());
-    std::string_view letters = name.substr(name.size() - temporaryLetterCount);
-    return infix == temporaryInfix && letters.find_first_not_of(temporaryLetters) == std::string_view::npos;
-}
-
 // The file that a path means once symbolic links at its end are followed. Nothing when they go round in circles.
 std::optional<std::filesystem::path> resolved(std::filesystem::path path) {
     for (int links = 0; links < mostLinks; ++links) {
@@ -193,6 +185,14 @@ std::error_code replaceFile(const std::filesystem::path& path, const std::functi
     std::optional<std::filesystem::path> target = resolved(path);
     if (!target) return error(std::errc::too_many_symbolic_link_levels);
     return Replacement(*target).run(write);
+}
+
+bool isTemporaryName(std::string_view name) {
+    std::size_t ending = temporaryInfix.size() + temporaryLetterCount;
+    if (!name.starts_with('.') || name.size() <= ending) return false;
+    std::string_view infix = name.substr(name.size() - ending, temporaryInfix.size());
+    std::string_view letters = name.substr(name.size() - temporaryLetterCount);
+    return infix == temporaryInfix && letters.find_first_not_of(temporaryLetters) == std::string_view::npos;
 }
 
 void removeStaleTemporaries(const std::filesystem::path& directory) {

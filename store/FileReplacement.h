@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <string_view>
 #include <system_error>
 
 namespace store {
@@ -18,6 +19,9 @@ class Sink;
 // On an error the old file is untouched and nothing is left beside it. (Only an error of the very last step, when the
 // directory cannot be brought to the disk, means that the new file is there but might not outlive a power cut.)
 std::error_code replaceFile(const std::filesystem::path& path, const std::function<void(Sink&)>& write);
+
+// Whether a file is called as one is that is on its way to its place, or was left behind there.
+bool isTemporaryName(std::string_view name);
 
 // Removes what replacements that were killed have left in a directory; those still at work are left alone.
 void removeStaleTemporaries(const std::filesystem::path& directory);

@@ -11,7 +11,7 @@
 namespace store {
 
 std::optional<Dictionary> readDictionary(const std::filesystem::path& path) {
-    std::optional<Buffer> file = readFile(path);
+    std::optional<Buffer> file = readFile(path, mayBePropertyList);
     if (!file) return std::nullopt;
     ReadResult result = readPropertyList(*file);
     if (auto* dictionary = std::get_if<Dictionary>(&result)) return std::move(*dictionary);

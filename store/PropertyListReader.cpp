@@ -55,6 +55,13 @@ ReadResult readPropertyList(const Buffer& file) {
     return readText(file);
 }
 
+bool mayBePropertyList(std::string_view beginning) {
+    if (isBinaryPropertyList(beginning) || beginning.starts_with("\xFE\xFF") || beginning.starts_with("\xFF\xFE"))
+        return true;
+    std::size_t first = beginning.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
+    return first == std::string_view::npos || beginning[first] == '<';
+}
+
 const char* describe(ReadFailure reason) {
     switch (reason) {
         case ReadFailure::unexpectedEnd:
