@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QRect>
+#include <QStringList>
+#include <vector>
+
+class QLineEdit;
+class QPainter;
+class QScrollArea;
+class QWidget;
+
+namespace platform {
+
+class AlertButton;
+class AlertLabel;
+
+// What stands on an alert's panel, and where: title, message, the owner's own views, buttons. The widgets belong to
+// the panel.
+class AlertContents {
+public:
+    AlertContents(QWidget* panel, const QString& title, const QString& message, const QStringList& buttonTitles);
+
+    void addSubview(QWidget* view, const QRect& frame);
+
+    const std::vector<AlertButton*>& buttons() const { return buttons_; }
+    const std::vector<QLineEdit*>& fields() const { return fields_; }
+    // The fields, then the buttons by index.
+    std::vector<QWidget*> focusOrder() const;
+
+    // Gives everything its place and the panel its height. Text that does not fit into a window of this height
+    // scrolls.
+    void layOut(int windowHeight);
+    void scrollText(bool down);
+
+    void paint(QPainter& painter) const;
+
+private:
+    void makeText(const QString& title, const QString& message);
+    void makeButtons(const QStringList& titles);
+    int layOutText(int room);
+    int layOutButtons(int top);
+    int buttonRows() const;
+
+    QWidget* panel_;
+    QScrollArea* textArea_ = nullptr;
+    AlertLabel* title_ = nullptr;
+    AlertLabel* message_ = nullptr;
+    std::vector<AlertButton*> buttons_;
+    std::vector<QWidget*> subviews_;
+    std::vector<QLineEdit*> fields_;
+};
+
+}  // namespace platform
