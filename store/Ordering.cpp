@@ -3,11 +3,14 @@
 #include <unicode/ucol.h>
 #include <unicode/uloc.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <numeric>
+#include <optional>
+#include <utility>
 
+#include "store/AsciiOrder.h"
 #include "store/IcuText.h"
+#include "store/NameSort.h"
 
 namespace store {
 
@@ -37,6 +40,8 @@ std::string icuLocale(std::string name) {
 struct NameOrder::Private {
     std::string locale;
     mutable UCollator* collator = nullptr;
+    mutable std::optional<AsciiOrder> ascii;
+    mutable bool knowsAscii = false;
 
     // Opened when it is first needed: that takes milliseconds, which the app has better use for while it starts.
     UCollator* opened() const {
@@ -45,6 +50,12 @@ struct NameOrder::Private {
         collator = ucol_open(icuLocale(locale.empty() ? usersLocale() : locale).c_str(), &status);
         if (collator) ucol_setStrength(collator, UCOL_SECONDARY);
         return collator;
+    }
+
+    const std::optional<AsciiOrder>& asciiOrder() const {
+        if (!knowsAscii) ascii = store::asciiOrder(opened());
+        knowsAscii = true;
+        return ascii;
     }
 
     ~Private() {
@@ -77,16 +88,29 @@ std::string NameOrder::sortKey(std::string_view name) const {
     }
 }
 
+bool NameOrder::appendAsciiKey(std::string_view name, std::string& key) const {
+    const std::optional<AsciiOrder>& order = d_->asciiOrder();
+    if (!order) return false;
+    std::size_t size = key.size();
+    for (char c : name) {
+        if (static_cast<signed char>(c) < 0) {
+            key.resize(size);
+            return false;
+        }
+        if (std::uint8_t place = (*order)[static_cast<std::size_t>(c)]) key.push_back(static_cast<char>(place));
+    }
+    return true;
+}
+
 void alphabeticAppInfoSort(std::vector<AppInfo>& apps, const NameOrder& order) {
-    struct Keyed {
-        std::string key;
-        AppInfo app;
-    };
-    std::vector<Keyed> keyed;
-    keyed.reserve(apps.size());
-    for (AppInfo& app : apps) keyed.push_back({order.sortKey(app.displayName), std::move(app)});
-    std::stable_sort(keyed.begin(), keyed.end(), [](const Keyed& a, const Keyed& b) { return a.key < b.key; });
-    std::transform(keyed.begin(), keyed.end(), apps.begin(), [](Keyed& entry) { return std::move(entry.app); });
+    std::vector<std::uint32_t> positions(apps.size());
+    std::iota(positions.begin(), positions.end(), 0u);
+    sortByName(
+        positions, [&](std::uint32_t position) -> std::string_view { return apps[position].displayName; }, order);
+    std::vector<AppInfo> sorted;
+    sorted.reserve(apps.size());
+    for (std::uint32_t position : positions) sorted.push_back(std::move(apps[position]));
+    apps = std::move(sorted);
 }
 
 }  // namespace store

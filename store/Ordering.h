@@ -24,6 +24,10 @@ public:
     // Bytes that compare by memcmp as the names do; made once per name when many are sorted.
     std::string sortKey(std::string_view name) const;
 
+    // A much cheaper key, for names of ASCII characters where the locale compares these one by one: appends bytes, none
+    // of them 0, by which such names compare with one another. Otherwise appends nothing and returns false.
+    bool appendAsciiKey(std::string_view name, std::string& key) const;
+
 private:
     struct Private;
     std::unique_ptr<Private> d_;

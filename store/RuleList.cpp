@@ -1,0 +1,138 @@
+#include "store/RuleList.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+#include "store/NameSort.h"
+#include "store/Ordering.h"
+#include "store/RuleStorage.h"
+#include "store/SearchBlock.h"
+
+namespace store {
+
+using Number = RuleStorage::Number;
+
+struct RuleList::Private {
+    RuleStorage storage;
+    std::vector<Number> rows;          // the entries as they are shown
+    std::optional<RuleOrder> order;    // in which the rows are known to be
+    std::optional<SearchBlock> block;  // of the rows; made by the first search since they changed
+
+    std::string_view rule(std::size_t row) const { return storage.rule(rows[row]); }
+
+    void changed(std::optional<RuleOrder> newOrder) {
+        order = newOrder;
+        block.reset();
+    }
+
+    // Equal entries keep their order.
+    void alphabeticOrDateSort(RuleOrder by, const NameOrder& names) {
+        if (by == RuleOrder::name)
+            sortByName(
+                rows, [this](Number number) { return storage.rule(number); }, names);
+        else
+            std::stable_sort(rows.begin(), rows.end(),
+                             [this](Number a, Number b) { return storage.dateOrder(a) > storage.dateOrder(b); });
+    }
+
+    // In rows that are sorted that way, the first that belongs behind an entry.
+    std::vector<Number>::iterator firstBehind(Number added, RuleOrder by, const NameOrder& names) {
+        return std::upper_bound(rows.begin(), rows.end(), added, [&](Number a, Number b) {
+            if (by == RuleOrder::date) return storage.dateOrder(a) > storage.dateOrder(b);
+            return names.compare(storage.rule(a), storage.rule(b)) < 0;
+        });
+    }
+};
+
+namespace {
+
+// A list's rows as an array's elements.
+class RuleArray : public ArraySource {
+public:
+    RuleArray(const RuleStorage& storage, const std::vector<Number>& rows) : storage_(storage), rows_(rows) {}
+    std::size_t count() const override { return rows_.size() + storage_.foreignCount(); }
+    void writeElements(XmlWriter& writer) const override { storage_.write(writer, rows_); }
+
+private:
+    const RuleStorage& storage_;
+    const std::vector<Number>& rows_;
+};
+
+}  // namespace
+
+RuleList::RuleList() : d_(std::make_unique<Private>()) {}
+RuleList::~RuleList() = default;
+RuleList::RuleList(RuleList&&) noexcept = default;
+RuleList& RuleList::operator=(RuleList&&) noexcept = default;
+
+RuleList RuleList::load(const Value* array) {
+    RuleList list;
+    if (!array || array->kind() != Kind::array) return list;
+    list.d_->storage = RuleStorage::read(sliceOf(*array));
+    list.d_->rows.resize(list.d_->storage.size());
+    std::iota(list.d_->rows.begin(), list.d_->rows.end(), Number{0});
+    return list;
+}
+
+std::size_t RuleList::size() const {
+    return d_->rows.size();
+}
+
+std::string_view RuleList::rule(std::size_t position) const {
+    return d_->rule(position);
+}
+
+std::optional<Date> RuleList::date(std::size_t position) const {
+    return d_->storage.date(d_->rows[position]);
+}
+
+void RuleList::sort(RuleOrder by, const NameOrder& order) {
+    d_->alphabeticOrDateSort(by, order);
+    d_->changed(by);
+}
+
+std::size_t RuleList::add(std::string_view rule, Date date, RuleOrder by, const NameOrder& order) {
+    if (d_->order != by) d_->alphabeticOrDateSort(by, order);
+    Number added = d_->storage.add(rule, date);
+    auto place = d_->firstBehind(added, by, order);
+    auto position = static_cast<std::size_t>(place - d_->rows.begin());
+    d_->rows.insert(place, added);
+    d_->changed(by);
+    return position;
+}
+
+void RuleList::replace(std::size_t position, std::string_view rule, Date date) {
+    d_->storage.replace(d_->rows[position], rule, date);
+    d_->changed(std::nullopt);
+}
+
+void RuleList::remove(std::size_t position) {
+    d_->rows.erase(d_->rows.begin() + static_cast<std::ptrdiff_t>(position));
+    d_->changed(d_->order);
+}
+
+std::vector<std::size_t> RuleList::removeEqual(std::size_t position) {
+    Number removed = d_->rows[position];
+    std::vector<std::size_t> positions;
+    for (std::size_t row = 0; row < d_->rows.size(); ++row)
+        if (d_->storage.areEqual(d_->rows[row], removed)) positions.push_back(row);
+    std::erase_if(d_->rows, [&](Number number) { return d_->storage.areEqual(number, removed); });
+    d_->changed(d_->order);
+    return positions;
+}
+
+void RuleList::clear() {
+    *d_ = Private();
+}
+
+std::vector<std::uint32_t> RuleList::search(std::string_view text) const {
+    if (!d_->block) d_->block.emplace(d_->rows.size(), [this](std::size_t row) { return d_->rule(row); });
+    return d_->block->search(text);
+}
+
+Value RuleList::value() const {
+    return Value(std::make_shared<const RuleArray>(d_->storage, d_->rows));
+}
+
+}  // namespace store

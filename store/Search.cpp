@@ -16,10 +16,16 @@ bool isAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
 }
 
+void appendLoweredAscii(std::string_view text, std::string& block) {
+    std::size_t size = block.size();
+    block.append(text);
+    for (char* c = block.data() + size; c < block.data() + block.size(); ++c)
+        if (*c >= 'A' && *c <= 'Z') *c = static_cast<char>(*c - 'A' + 'a');
+}
+
 std::string loweredAscii(std::string_view text) {
-    std::string lowered(text);
-    for (char& c : lowered)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    std::string lowered;
+    appendLoweredAscii(text, lowered);
     return lowered;
 }
 
@@ -47,8 +53,17 @@ bool SearchText::matches(std::string_view field) const {
     return !lowered_.empty() && loweredForSearch(field).find(lowered_) != std::string::npos;
 }
 
+void appendLoweredForSearch(std::string_view text, std::string& block) {
+    if (isAscii(text))
+        appendLoweredAscii(text, block);
+    else
+        block.append(utf8(composed(lowered(utf16(text)))));
+}
+
 std::string loweredForSearch(std::string_view text) {
-    return isAscii(text) ? loweredAscii(text) : utf8(composed(lowered(utf16(text))));
+    std::string lowered;
+    appendLoweredForSearch(text, lowered);
+    return lowered;
 }
 
 std::string lowercase(std::string_view text) {

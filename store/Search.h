@@ -19,6 +19,7 @@ private:
 
 // The form in which texts are compared by the search.
 std::string loweredForSearch(std::string_view text);
+void appendLoweredForSearch(std::string_view text, std::string& block);
 
 // Unicode lower-casing without a locale.
 std::string lowercase(std::string_view text);

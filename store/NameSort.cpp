@@ -1,0 +1,124 @@
+#include "store/NameSort.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "store/Ordering.h"
+
+namespace store {
+
+namespace {
+
+// A thing with its key: the first eight bytes as a number, so that most comparisons touch nothing else.
+struct Keyed {
+    std::uint64_t beginning;
+    std::uint32_t offset;  // of the key in the block of keys; it ends with a 0
+    std::uint32_t place;   // in the order before, which settles what compares as the same
+};
+
+class NameSorter {
+public:
+    NameSorter(std::vector<std::uint32_t>& things, const std::function<std::string_view(std::uint32_t)>& nameOf,
+               const NameOrder& order)
+        : things_(things), nameOf_(nameOf), order_(order) {}
+
+    void sort() {
+        makeKeys();
+        sortKeys(ascii_, asciiKeys_);
+        sortKeys(others_, otherKeys_);
+        std::vector<std::uint32_t> sorted;
+        sorted.reserve(things_.size());
+        for (const Keyed& keyed : merged()) sorted.push_back(things_[keyed.place]);
+        things_ = std::move(sorted);
+    }
+
+private:
+    // Names of ASCII characters get keys that cost next to nothing, the others real sort keys. The two kinds of key
+    // cannot be compared with each other, so each is sorted for itself.
+    void makeKeys() {
+        ascii_.reserve(things_.size());
+        for (std::uint32_t place = 0; place < things_.size(); ++place) {
+            std::string_view name = nameOf_(things_[place]);
+            std::size_t offset = asciiKeys_.size();
+            if (order_.appendAsciiKey(name, asciiKeys_)) {
+                asciiKeys_.push_back('\0');
+                ascii_.push_back({0, static_cast<std::uint32_t>(offset), place});
+            } else {
+                others_.push_back({0, static_cast<std::uint32_t>(otherKeys_.size()), place});
+                otherKeys_.append(order_.sortKey(name).c_str());
+                otherKeys_.push_back('\0');
+            }
+        }
+    }
+
+    static void sortKeys(std::vector<Keyed>& things, std::string& keys) {
+        keys.append(sizeof Keyed::beginning, '\0');
+        for (Keyed& keyed : things) keyed.beginning = beginningOf(keys.data() + keyed.offset);
+        auto isBefore = [&](const Keyed& a, const Keyed& b) {
+            if (a.beginning != b.beginning) return a.beginning < b.beginning;
+            // Keys that end within the first eight bytes are the same.
+            if (a.beginning & 0xFF)
+                if (int order = std::strcmp(keys.data() + a.offset + 8, keys.data() + b.offset + 8)) return order < 0;
+            return a.place < b.place;
+        };
+        // Lists are mostly read in the order in which they were last shown.
+        if (!std::is_sorted(things.begin(), things.end(), isBefore)) std::sort(things.begin(), things.end(), isBefore);
+    }
+
+    // As a number that compares as the bytes do; nothing behind the key's end takes part.
+    static std::uint64_t beginningOf(const char* key) {
+        std::uint64_t beginning = 0;
+        for (int shift = 56; shift >= 0 && *key; shift -= 8, ++key)
+            beginning |= std::uint64_t{static_cast<unsigned char>(*key)} << shift;
+        return beginning;
+    }
+
+    // Both kinds in one order. As a rule there are few of the second kind: what lies between two of them is found in
+    // growing steps and moved as a whole.
+    std::vector<Keyed> merged() {
+        if (others_.empty()) return std::move(ascii_);
+        std::vector<Keyed> all;
+        all.reserve(things_.size());
+        auto from = ascii_.begin();
+        for (const Keyed& other : others_) {
+            auto isBehind = [&](const Keyed& keyed) { return isBeforeByName(other, keyed); };
+            auto step = std::ptrdiff_t{1};
+            auto low = from;
+            while (ascii_.end() - low > step && !isBehind(low[step])) {
+                low += step;
+                step *= 2;
+            }
+            auto high = low + std::min(step + 1, ascii_.end() - low);
+            auto to = std::partition_point(low, high, [&](const Keyed& keyed) { return !isBehind(keyed); });
+            all.insert(all.end(), from, to);
+            all.push_back(other);
+            from = to;
+        }
+        all.insert(all.end(), from, ascii_.end());
+        return all;
+    }
+
+    bool isBeforeByName(const Keyed& a, const Keyed& b) const {
+        int order = order_.compare(nameOf_(things_[a.place]), nameOf_(things_[b.place]));
+        return order != 0 ? order < 0 : a.place < b.place;
+    }
+
+    std::vector<std::uint32_t>& things_;
+    const std::function<std::string_view(std::uint32_t)>& nameOf_;
+    const NameOrder& order_;
+    std::string asciiKeys_;
+    std::string otherKeys_;
+    std::vector<Keyed> ascii_;
+    std::vector<Keyed> others_;
+};
+
+}  // namespace
+
+void sortByName(std::vector<std::uint32_t>& things, const std::function<std::string_view(std::uint32_t)>& nameOf,
+                const NameOrder& order) {
+    NameSorter(things, nameOf, order).sort();
+}
+
+}  // namespace store

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/PropertyList.h"
+
+namespace store {
+
+class XmlWriter;
+
+// The entries of a rule list, each known by a number that it keeps: sixteen bytes an entry, and all texts in one pool.
+//
+// An entry is plain when it is a rule that is a string and perhaps a date, and nothing else. What else there may be is
+// kept as the text that it was read from, and so are elements that are no entries at all.
+class RuleStorage {
+public:
+    using Number = std::uint32_t;
+
+    // The elements of an array's slice; of plain or other entries with equal rules the first only.
+    static RuleStorage read(const Slice& array);
+
+    std::size_t size() const { return entries_.size(); }
+    std::string_view rule(Number number) const;
+    std::optional<Date> date(Number number) const;
+    // Later dates are larger; no date is smaller than any.
+    std::int64_t dateOrder(Number number) const { return entries_[number].date; }
+    bool areEqual(Number a, Number b) const;
+
+    Number add(std::string_view rule, Date date);
+    void replace(Number number, std::string_view rule, Date date);
+
+    // What a list consists of, as elements of an array: entries in this order, then the elements that are no entries.
+    void write(XmlWriter& writer, const std::vector<Number>& numbers) const;
+    std::size_t foreignCount() const { return foreign_.size(); }
+
+private:
+    friend class RuleReader;
+    static constexpr std::int64_t noDate = INT64_MIN;
+
+    struct Part {
+        std::uint32_t offset = 0;
+        std::uint32_t size = 0;
+    };
+    struct Entry {
+        std::uint32_t offset = 0;
+        std::uint32_t size : 31 = 0;
+        std::uint32_t isPlain : 1 = true;
+        std::int64_t date = noDate;
+    };
+    struct Original {
+        Number number;
+        Part text;
+    };
+
+    std::string_view at(Part part) const { return {pool_.data() + part.offset, part.size}; }
+    Part keep(std::string_view text);
+    Entry plainEntry(std::string_view rule, std::int64_t date);
+    std::string_view original(Number number) const;
+
+    std::string pool_;
+    std::vector<Entry> entries_;
+    std::vector<Original> originals_;  // the texts of entries that were not plain when they were read, by number
+    std::vector<Part> foreign_;
+};
+
+}  // namespace store

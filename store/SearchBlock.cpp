@@ -1,0 +1,58 @@
+#include "store/SearchBlock.h"
+
+#include <string.h>
+
+#include <algorithm>
+
+#include "store/Search.h"
+
+namespace store {
+
+namespace {
+
+// Between two texts: in no lowered text, since UTF-8 has no such byte.
+constexpr char separator = '\xFF';
+
+}  // namespace
+
+SearchBlock::SearchBlock(std::size_t count, const std::function<std::string_view(std::size_t)>& textOf) {
+    begins_.reserve(count + 1);
+    begins_.push_back(0);
+    for (std::size_t row = 0; row < count; ++row) {
+        appendLoweredForSearch(textOf(row), block_);
+        block_.push_back(separator);
+        begins_.push_back(block_.size());
+    }
+}
+
+const std::vector<std::uint32_t>& SearchBlock::search(std::string_view text) {
+    std::string lowered = loweredForSearch(text);
+    bool goesOn = !lastText_.empty() && lowered.starts_with(lastText_);
+    if (goesOn)
+        std::erase_if(lastAnswer_, [&](std::uint32_t row) { return !matches(row, lowered); });
+    else
+        lastAnswer_ = searchAll(lowered);
+    lastText_ = std::move(lowered);
+    return lastAnswer_;
+}
+
+std::vector<std::uint32_t> SearchBlock::searchAll(std::string_view lowered) const {
+    std::vector<std::uint32_t> rows;
+    if (lowered.empty()) return rows;
+    const char* from = block_.data();
+    const char* end = from + block_.size();
+    std::size_t row = 0;
+    while (const void* found = memmem(from, static_cast<std::size_t>(end - from), lowered.data(), lowered.size())) {
+        auto at = static_cast<std::size_t>(static_cast<const char*>(found) - block_.data());
+        while (begins_[row + 1] <= at) ++row;
+        rows.push_back(static_cast<std::uint32_t>(row));
+        from = block_.data() + begins_[row + 1];
+    }
+    return rows;
+}
+
+bool SearchBlock::matches(std::uint32_t row, std::string_view lowered) const {
+    return memmem(block_.data() + begins_[row], begins_[row + 1] - begins_[row], lowered.data(), lowered.size());
+}
+
+}  // namespace store
