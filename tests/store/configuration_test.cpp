@@ -1,0 +1,242 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Files.h"
+#include "Values.h"
+#include "store/ConfigurationStore.h"
+#include "store/NotifyCenter.h"
+#include "store/PropertyListFile.h"
+#include "store/Schema.h"
+
+namespace store {
+namespace {
+
+// Notes what is posted, and what the files hold at that moment.
+class RecordingNotifyCenter : public NotifyCenter {
+public:
+    void post(std::string_view name) override {
+        names.emplace_back(name);
+        if (atPost) atPost();
+    }
+
+    std::vector<std::string> names;
+    std::function<void()> atPost;
+};
+
+class ConfigurationStoreTest : public testing::Test {
+protected:
+    ConfigurationStoreTest() {
+        std::filesystem::create_directories(root / "var/mobile/Library/Preferences/Vxm");
+        std::filesystem::create_directories(root / "Applications/VexmorGUI.app/Lists");
+    }
+
+    std::filesystem::path preferences(std::string_view name) const {
+        return root / "var/mobile/Library/Preferences" / name;
+    }
+    static std::string text(std::string_view entries) { return "<dict>" + std::string(entries) + "</dict>"; }
+    bool holdsExactly(File file, std::string_view entries) const {
+        std::optional<Dictionary> dictionary = store.read(file);
+        return dictionary && canonical(*dictionary) == canonical(dictionaryOf(text(entries)));
+    }
+
+    TemporaryDirectory root;
+    RecordingNotifyCenter center;
+    ConfigurationStore store{root.path(), center};
+};
+
+constexpr const char* none = nullptr;
+constexpr const char* marker = "<key>150</key><true/>";
+
+TEST_F(ConfigurationStoreTest, FollowsTheWritersTable) {
+    struct Row {
+        const char* what;
+        Writer writer;
+        const char* whenMissing;  // the file after the change, when there was none; none: still none
+        bool addsMarker;
+        const char* notification;
+    };
+    const char* change = "<key>changed</key><true/>";
+    const std::string changeAndMarker = std::string(marker) + change;
+    const Row table[] = {
+        {"prune", writers::pruneApps, none, true, none},
+        {"add app", writers::addApp, none, true, none},
+        {"delete app", writers::deleteApp, none, false, none},
+        {"app enabled", writers::appEnabled, none, true, "com.urmeld.vxm.hookLate"},
+        {"app disabled", writers::appDisabled, none, true, none},
+        {"app switch", writers::appSwitch, none, true, none},
+        {"global list", writers::globalRuleList, none, true, none},
+        {"app list", writers::appRuleList, none, true, none},
+        {"flag", writers::guiFlag, change, false, none},
+        {"global switch", writers::globalSwitch, changeAndMarker.c_str(), true, "com.urmeld.vxm.reloadBoth"},
+        {"list import", writers::listImport, none, true, none},
+    };
+    for (const Row& row : table) {
+        SCOPED_TRACE(row.what);
+        std::filesystem::path path = store.path(row.writer.file);
+        std::vector<std::string> steps;
+        auto changeIt = [](Dictionary& dictionary) { dictionary.set("changed", Value(true)); };
+        auto noteWrite = [&] {
+            steps.push_back(contentOf(path).find("changed") == std::string::npos ? "early" : "wrote");
+        };
+        center.atPost = [&] { steps.push_back(steps.empty() ? "early" : "posted"); };
+        std::vector<std::string> expectedSteps{"wrote"};
+        if (row.notification) expectedSteps.push_back("posted");
+
+        for (const char* broken : {none, "", "<array/>", "<dict><key>a</key>"}) {
+            std::filesystem::remove(path);
+            if (broken) put(path, broken);
+            center.names.clear();
+            steps.clear();
+            EXPECT_EQ(store.change(row.writer, changeIt, noteWrite), row.whenMissing != none);
+            if (row.whenMissing) {
+                EXPECT_TRUE(holdsExactly(row.writer.file, row.whenMissing));
+                EXPECT_EQ(steps, expectedSteps);
+            } else {
+                EXPECT_EQ(store.exists(row.writer.file), broken != none);
+                EXPECT_EQ(contentOf(path), broken ? broken : "");
+                EXPECT_TRUE(steps.empty());
+            }
+        }
+
+        const std::string kept = "<key>unknown</key><array><integer>0x1</integer></array>";
+        for (const char* before : {"", marker, "<key>150</key><string>odd</string>"}) {
+            put(path, text(before + kept));
+            center.names.clear();
+            steps.clear();
+            EXPECT_TRUE(store.change(row.writer, changeIt, noteWrite));
+            std::string expectedMarker = *before || !row.addsMarker ? before : marker;
+            EXPECT_TRUE(holdsExactly(row.writer.file, expectedMarker + change + kept));
+            EXPECT_NE(contentOf(path).find(kept.substr(kept.find("<array>"))), std::string::npos);
+            EXPECT_EQ(steps, expectedSteps);
+            EXPECT_EQ(center.names,
+                      row.notification ? std::vector<std::string>{row.notification} : std::vector<std::string>());
+        }
+        std::filesystem::remove(path);
+    }
+}
+
+TEST_F(ConfigurationStoreTest, CreatesTheAppRulesFileOnFirstUseOnly) {
+    store.createAppRulesFileIfMissing();
+    EXPECT_TRUE(holdsExactly(File::appRules, marker));
+    put(store.path(File::appRules), "unreadable");
+    store.createAppRulesFileIfMissing();
+    EXPECT_EQ(contentOf(store.path(File::appRules)), "unreadable");
+    EXPECT_TRUE(center.names.empty());
+}
+
+TEST_F(ConfigurationStoreTest, SwitchesTheFirewallByTheMarkerFile) {
+    std::vector<bool> seen;
+    center.atPost = [&] { seen.push_back(store.isDisabled()); };
+    EXPECT_FALSE(store.isDisabled());
+    store.setDisabled(true);
+    EXPECT_EQ(contentOf(preferences("com.Urmeld.Firewall.disabled")), "");
+    store.setDisabled(true);
+    store.setDisabled(false);
+    store.setDisabled(false);
+    EXPECT_EQ(seen, (std::vector<bool>{true, true, false, false}));
+    EXPECT_EQ(center.names, std::vector<std::string>(4, "com.urmeld.vxm.reloadBoth"));
+}
+
+TEST_F(ConfigurationStoreTest, DeletesAllRulesAndSettings) {
+    put(store.path(File::appRules), text("<key>com.example.a</key><dict/>"));
+    put(store.path(File::guiSettings), text("<key>didShowEditAlert</key><true/>"));
+    store.setDisabled(true);
+    center.names.clear();
+    bool isWritten = false;
+    store.deleteAllRulesAndSettings([&] {
+        isWritten = holdsExactly(File::appRules, marker) && holdsExactly(File::globalRules, marker);
+        EXPECT_TRUE(center.names.empty());
+    });
+    EXPECT_TRUE(isWritten);
+    EXPECT_TRUE(store.isDisabled());
+    EXPECT_TRUE(holdsExactly(File::guiSettings, "<key>didShowEditAlert</key><true/>"));
+    EXPECT_EQ(center.names, std::vector<std::string>{"com.urmeld.vxm.reloadBoth"});
+}
+
+TEST_F(ConfigurationStoreTest, ReplacesFilesWithoutTellingAnybody) {
+    store.replace(File::appRules, dictionaryOf(text("<key>a</key><dict/>")));
+    EXPECT_TRUE(holdsExactly(File::appRules, "<key>a</key><dict/>"));
+    EXPECT_TRUE(center.names.empty());
+    store.terminate();
+    EXPECT_EQ(center.names, std::vector<std::string>{"com.urmeld.vxm.reloadBoth"});
+}
+
+// An export holds whole files one level down; taking it apart again gives the same files.
+TEST_F(ConfigurationStoreTest, CarriesWholeFilesInAFile) {
+    std::string entries = "<key>a</key><dict><key>allow</key><array><dict/></array></dict><key>150</key><true/>";
+    put(store.path(File::appRules), text(entries));
+    Dictionary exported;
+    exported.set(keys::appRules, Value(*store.read(File::appRules)));
+    EXPECT_TRUE(writeDictionary(store.exportDirectory() / "export.plist", exported));
+    std::filesystem::remove(store.path(File::appRules));
+    Dictionary imported = *readDictionary(store.exportDirectory() / "export.plist");
+    store.replace(File::appRules, *imported.find(keys::appRules)->dictionary());
+    EXPECT_TRUE(holdsExactly(File::appRules, entries));
+    EXPECT_FALSE(writeDictionary(root / "missing/export.plist", exported));
+}
+
+TEST_F(ConfigurationStoreTest, SweepsLeftoversWhenItStarts) {
+    put(preferences(".com.Urmeld.FirewallRules2.plist.vxm-abcdefghijkl"), "half");
+    put(store.exportDirectory() / ".VxmSettings.plist.vxm-abcdefghijkl", "half");
+    ConfigurationStore next(root.path(), center);
+    EXPECT_EQ(namesIn(preferences("")), std::set<std::string>{"Vxm"});
+    EXPECT_TRUE(std::filesystem::is_empty(store.exportDirectory()));
+}
+
+TEST(Schema, ReadsRecordsWithTheirDefaults) {
+    struct Row {
+        const char* record;
+        bool enabled;
+        BlanketMode mode;
+        bool stillUseRules;
+        bool blockSpecificWiFi;
+    };
+    using enum BlanketMode;
+    const Row table[] = {
+        {"<dict/>", true, neither, false, false},
+        {"<string>no record</string>", true, neither, false, false},
+        {"<dict><key>enabled</key><true/><key>stillUseRules</key><true/><key>blockSpecificWiFi</key><true/></dict>",
+         true, neither, true, true},
+        {"<dict><key>enabled</key><false/><key>stillUseRules</key><false/><key>blockSpecificWiFi</key><false/></dict>",
+         false, neither, false, false},
+        {"<dict><key>enabled</key><integer>1</integer><key>stillUseRules</key><integer>0</integer>"
+         "<key>blockSpecificWiFi</key><string>false</string></dict>",
+         false, neither, true, true},
+        {"<dict><key>allowEverything</key><string>1</string></dict>", true, allowAll, false, false},
+        {"<dict><key>allowEverything</key><string>2</string></dict>", true, denyAll, false, false},
+        {"<dict><key>allowEverything</key><string>3</string></dict>", true, neither, false, false},
+        {"<dict><key>allowEverything</key><integer>1</integer></dict>", true, neither, false, false},
+    };
+    for (const Row& row : table) {
+        Dictionary file = dictionaryOf("<dict><key>com.example.a</key>" + std::string(row.record) + "</dict>");
+        AppRuleRecord record = AppRuleRecord::of(file, "com.example.a");
+        EXPECT_EQ(record.enabled(), row.enabled) << row.record;
+        EXPECT_EQ(record.blanketMode(), row.mode) << row.record;
+        EXPECT_EQ(record.stillUseRules(), row.stillUseRules) << row.record;
+        EXPECT_EQ(record.blockSpecificWiFi(), row.blockSpecificWiFi) << row.record;
+    }
+}
+
+TEST(Schema, WritesRecords) {
+    Dictionary file;
+    AppRuleRecord::fresh().storeIn(file, "fresh");
+    AppRuleRecord record = AppRuleRecord::of(file, "none");
+    record.dictionary().set("unknown", Value(true));
+    record.setBlanketMode(BlanketMode::denyAll);
+    record.setEnabled(false);
+    record.setStillUseRules(true);
+    record.setBlockSpecificWiFi(true);
+    record.storeIn(file, "set");
+    EXPECT_EQ(canonical(file), canonical(dictionaryOf(
+                                   "<dict><key>fresh</key><dict><key>allow</key><array/><key>deny</key><array/>"
+                                   "<key>allowEverything</key><string/></dict><key>set</key><dict>"
+                                   "<key>allowEverything</key><string>2</string><key>blockSpecificWiFi</key><true/>"
+                                   "<key>enabled</key><false/><key>stillUseRules</key><true/><key>unknown</key><true/>"
+                                   "</dict></dict>")));
+}
+
+}  // namespace
+}  // namespace store

@@ -1,0 +1,191 @@
+#include "store/FileReplacement.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "Files.h"
+#include "store/FileReading.h"
+#include "store/Sink.h"
+
+namespace store {
+namespace {
+
+using Names = std::set<std::string>;
+
+std::error_code replaceWith(const std::filesystem::path& path, std::string_view content) {
+    return replaceFile(path, [&](Sink& sink) { sink.write(content); });
+}
+
+// Runs something in a process of its own, since it changes what belongs to the whole process; returns its exit code, or
+// minus the signal that ended it.
+template <class Function>
+int inChild(Function function) {
+    pid_t child = fork();
+    if (child == 0) _exit(function());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+TEST(FileReplacement, CreatesAFileThatEverybodyMayRead) {
+    TemporaryDirectory directory;
+    mode_t mask = umask(0077);
+    EXPECT_FALSE(replaceWith(directory / "new", "content"));
+    umask(mask);
+    EXPECT_EQ(contentOf(directory / "new"), "content");
+    EXPECT_EQ(statusOf(directory / "new").st_mode & 07777, 0644u);
+    EXPECT_EQ(namesIn(directory.path()), Names{"new"});
+}
+
+TEST(FileReplacement, KeepsModeOwnerAndAttributes) {
+    TemporaryDirectory directory;
+    std::filesystem::path file = directory / "file";
+    put(file, "old");
+    chmod(file.c_str(), 0640);
+    bool isRoot = geteuid() == 0 && chown(file.c_str(), 1234, 4321) == 0;
+    bool hasAttributes = setxattr(file.c_str(), "user.vexmor.test", "\0x", 2, 0) == 0;
+    ino_t before = statusOf(file).st_ino;
+
+    EXPECT_FALSE(replaceWith(file, "new"));
+    struct stat after = statusOf(file);
+    EXPECT_EQ(contentOf(file), "new");
+    EXPECT_NE(after.st_ino, before);
+    EXPECT_EQ(after.st_mode & 07777, 0640u);
+    if (isRoot) {
+        EXPECT_EQ(std::pair(after.st_uid, after.st_gid), std::pair(uid_t{1234}, gid_t{4321}));
+    }
+    if (hasAttributes) {
+        char value[8];
+        EXPECT_EQ(std::string(value, static_cast<std::size_t>(getxattr(file.c_str(), "user.vexmor.test", value, 8))),
+                  std::string("\0x", 2));
+    }
+}
+
+TEST(FileReplacement, FollowsLinks) {
+    TemporaryDirectory directory;
+    std::filesystem::create_directory(directory / "elsewhere");
+    put(directory / "elsewhere/file", "old");
+    std::filesystem::create_symlink("elsewhere/second", directory / "first");
+    std::filesystem::create_symlink("file", directory / "elsewhere/second");
+    std::filesystem::create_symlink("elsewhere/none", directory / "dangling");
+    std::filesystem::create_symlink("circle", directory / "circle");
+
+    EXPECT_FALSE(replaceWith(directory / "first", "new"));
+    EXPECT_FALSE(replaceWith(directory / "dangling", "created"));
+    EXPECT_TRUE(replaceWith(directory / "circle", "x"));
+    EXPECT_EQ(contentOf(directory / "elsewhere/file"), "new");
+    EXPECT_EQ(contentOf(directory / "elsewhere/none"), "created");
+    for (const char* link : {"first", "elsewhere/second", "dangling", "circle"})
+        EXPECT_TRUE(std::filesystem::is_symlink(directory / link)) << link;
+    EXPECT_EQ(namesIn(directory.path()), (Names{"elsewhere", "first", "dangling", "circle"}));
+    EXPECT_EQ(namesIn(directory / "elsewhere"), (Names{"file", "second", "none"}));
+}
+
+TEST(FileReplacement, LeavesEverythingButRegularFilesAlone) {
+    TemporaryDirectory directory;
+    mkfifo((directory / "pipe").c_str(), 0600);
+    std::filesystem::create_directory(directory / "folder");
+    std::filesystem::create_symlink("/dev/null", directory / "device");
+    for (const char* name : {"pipe", "folder", "device", "missing/file"})
+        EXPECT_TRUE(replaceWith(directory / name, "x")) << name;
+    EXPECT_TRUE(std::filesystem::is_fifo(directory / "pipe"));
+    EXPECT_EQ(namesIn(directory.path()), (Names{"pipe", "folder", "device"}));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+TEST(FileReplacement, WritesIntoTheWorkingDirectory) {
+    TemporaryDirectory directory;
+    EXPECT_EQ(inChild([&] { return chdir(directory.path().c_str()) == 0 && !replaceWith("plain", "x") ? 0 : 1; }), 0);
+    EXPECT_EQ(contentOf(directory / "plain"), "x");
+}
+
+TEST(FileReplacement, LeavesTheOldFileWhenItMayNotWrite) {
+    TemporaryDirectory directory;
+    put(directory / "file", "old");
+    chmod(directory.path().c_str(), 0555);
+    // Root may write anywhere, so somebody else tries.
+    int result = inChild([&] {
+        if (geteuid() == 0 && setuid(65534) != 0) return 2;
+        return replaceWith(directory / "file", "new") ? 0 : 1;
+    });
+    chmod(directory.path().c_str(), 0755);
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(contentOf(directory / "file"), "old");
+    EXPECT_EQ(namesIn(directory.path()), Names{"file"});
+}
+
+// The limit on file sizes stands in for a disk that is full: what was written so far is not enough.
+TEST(FileReplacement, LeavesTheOldFileWhenTheNewOneDoesNotFit) {
+    TemporaryDirectory directory;
+    put(directory / "file", "old");
+    int result = inChild([&] {
+        signal(SIGXFSZ, SIG_IGN);
+        rlimit limit{1000, 1000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        return replaceWith(directory / "file", std::string(5000, 'x')) == std::errc::file_too_large ? 0 : 1;
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(contentOf(directory / "file"), "old");
+    EXPECT_EQ(namesIn(directory.path()), Names{"file"});
+}
+
+TEST(FileReplacement, SweepsWhatAKilledWriterLeft) {
+    TemporaryDirectory directory;
+    put(directory / "file", "old");
+    put(directory / ".vxm-abcdefghijkl", "a name of somebody else's");
+    put(directory / ".file.vxm-abc", "too short");
+    put(directory / "file.vxm-abcdefghijkl", "not hidden");
+    Names others = namesIn(directory.path());
+    int result = inChild([&] {
+        replaceFile(directory / "file", [](Sink& sink) {
+            sink.write("half");
+            raise(SIGKILL);
+        });
+        return 0;
+    });
+    EXPECT_EQ(result, -SIGKILL);
+    EXPECT_EQ(contentOf(directory / "file"), "old");
+    EXPECT_EQ(namesIn(directory.path()).size(), others.size() + 1);
+    removeStaleTemporaries(directory.path());
+    EXPECT_EQ(namesIn(directory.path()), others);
+    removeStaleTemporaries(directory / "missing");
+}
+
+TEST(FileReplacement, DoesNotSweepWhatIsBeingWritten) {
+    TemporaryDirectory directory;
+    std::error_code failed = replaceFile(directory / "file", [&](Sink& sink) {
+        sink.write("whole");
+        EXPECT_EQ(inChild([&] {
+                      removeStaleTemporaries(directory.path());
+                      return 0;
+                  }),
+                  0);
+        EXPECT_EQ(namesIn(directory.path()).size(), 1u);
+    });
+    EXPECT_FALSE(failed);
+    EXPECT_EQ(contentOf(directory / "file"), "whole");
+}
+
+TEST(FileReading, ReadsRegularFilesOnly) {
+    TemporaryDirectory directory;
+    put(directory / "file", "content");
+    put(directory / "empty", "");
+    mkfifo((directory / "pipe").c_str(), 0600);
+    std::filesystem::create_symlink("pipe", directory / "link");
+    EXPECT_EQ(readFile(directory / "file")->view(), "content");
+    EXPECT_EQ(readFile(directory / "empty")->view(), "");
+    for (const char* name : {"pipe", "link", "missing", "."}) EXPECT_FALSE(readFile(directory / name)) << name;
+    EXPECT_FALSE(readFile("/dev/zero"));
+    std::filesystem::resize_file(directory / "empty", largestFile + 1);
+    EXPECT_FALSE(readFile(directory / "empty"));
+}
+
+}  // namespace
+}  // namespace store

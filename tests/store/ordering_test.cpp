@@ -1,0 +1,93 @@
+#include "store/Ordering.h"
+
+#include <gtest/gtest.h>
+#include <unicode/ucol.h>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+#include <string>
+
+#include "store/NameSort.h"
+
+namespace store {
+namespace {
+
+int signOf(int order) {
+    return (order > 0) - (order < 0);
+}
+
+TEST(Ordering, ComparesByTheLocalesRules) {
+    struct Row {
+        const char* locale;
+        const char* a;
+        const char* b;
+        int order;
+    };
+    const Row table[] = {
+        {"en_US", "Alpha", "alpha", 0},
+        {"en_US", "alpha", "beta", -1},
+        {"en_US", "Mail", "maps", -1},
+        {"en_US", "Example.net", "example.net", 0},
+        {"C.UTF-8", "beta", "Alpha", 1},
+        {"POSIX", "a", "B", -1},
+        {"en_US", "e", "\u00E9", -1},
+        {"en_US", "\u00E9", "f", -1},
+        {"en_US", "\u00E9", "e\u0301", 0},
+        {"de_DE.UTF-8", "\u00E4", "z", -1},
+        {"sv_SE.UTF-8", "\u00E4", "z", 1},
+        {"cs_CZ", "ch", "h", 1},
+        {"en_US", "ch", "h", -1},
+        {"", "a", "A", 0},
+        {"nonsense", "a", "B", -1},
+        {"en_US", "", "a", -1},
+        {"en_US", "*example.net", "example.net", -1},
+    };
+    for (const Row& row : table) {
+        NameOrder order(row.locale);
+        EXPECT_EQ(signOf(order.compare(row.a, row.b)), row.order) << row.locale << ": " << row.a << ", " << row.b;
+        EXPECT_EQ(signOf(order.sortKey(row.a).compare(order.sortKey(row.b))), row.order) << row.a << ", " << row.b;
+    }
+}
+
+TEST(Ordering, SortsAppsByName) {
+    std::vector<AppInfo> apps{{"1", "maps"},       {"2", "Mail"}, {"3", "MAPS"},
+                              {"4", "\u00C4pfel"}, {"5", ""},     {"6", "Maps"}};
+    alphabeticAppInfoSort(apps, NameOrder("de_DE"));
+    std::string sorted;
+    for (const AppInfo& app : apps) sorted += app.bundleIdentifier;
+    EXPECT_EQ(sorted, "542136");
+}
+
+// In every locale there is, sorting by the cheapest keys gives what comparing by the full rules gives.
+TEST(Ordering, SortsLikeTheCollatorInEveryLocale) {
+    std::mt19937 random(20130504);
+    const std::string letters = "aAbBcChHdDzZsSlLjJnNyYwWvVgG019.-*:_ \t\x01";
+    auto pick = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    std::vector<std::string> names;
+    for (int i = 0; i < 300; ++i) {
+        std::string name;
+        for (int length = pick(14); length > 0; --length)
+            name += letters[static_cast<std::size_t>(pick(static_cast<int>(letters.size())))];
+        if (pick(8) == 0) name += pick(2) ? "\u00E9" : "\u4E2D\u0301";
+        names.push_back(name);
+    }
+    int cheap = 0;
+    for (int32_t i = 0, count = ucol_countAvailable(); i < count; ++i) {
+        NameOrder order(ucol_getAvailable(i));
+        auto nameOf = [&](std::uint32_t name) -> std::string_view { return names[name]; };
+        std::vector<std::uint32_t> expected(names.size());
+        std::iota(expected.begin(), expected.end(), 0u);
+        std::vector<std::uint32_t> sorted = expected;
+        std::stable_sort(expected.begin(), expected.end(),
+                         [&](auto a, auto b) { return order.compare(names[a], names[b]) < 0; });
+        sortByName(sorted, nameOf, order);
+        EXPECT_EQ(sorted, expected) << ucol_getAvailable(i);
+        std::string key;
+        cheap += order.appendAsciiKey("a", key);
+    }
+    EXPECT_GT(cheap, 50);
+}
+
+}  // namespace
+}  // namespace store

@@ -1,0 +1,246 @@
+#include "store/RuleList.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "Values.h"
+#include "store/Ordering.h"
+#include "store/Search.h"
+
+namespace store {
+namespace {
+
+Date at(int seconds) {
+    return Date(std::chrono::seconds(seconds));
+}
+
+std::string entry(std::string_view rule, std::string_view rest = "") {
+    return "<dict><key>rule</key><string>" + std::string(rule) + "</string>" + std::string(rest) + "</dict>";
+}
+
+std::string dated(std::string_view rule, std::string_view date) {
+    return entry(rule, "<key>date</key><date>" + std::string(date) + "</date>");
+}
+
+Value arrayOf(const std::string& elements) {
+    return *dictionaryOf("<dict><key>a</key><array>" + elements + "</array></dict>").find("a");
+}
+
+RuleList listOf(const std::string& elements) {
+    Value array = arrayOf(elements);
+    return RuleList::load(&array);
+}
+
+std::string rulesOf(const RuleList& list) {
+    std::string rules;
+    for (std::size_t i = 0; i < list.size(); ++i) rules += std::string(list.rule(i)) + " ";
+    return rules;
+}
+
+std::string storedOf(const RuleList& list) {
+    Dictionary dictionary;
+    dictionary.set("a", list.value());
+    return canonical(dictionaryOf(written(dictionary)));
+}
+
+std::string storedOf(const std::string& elements) {
+    Dictionary dictionary;
+    dictionary.set("a", arrayOf(elements));
+    return canonical(dictionary);
+}
+
+TEST(RuleList, KeepsTheFirstOfEqualRules) {
+    RuleList list = listOf(dated("b", "2001-01-01T00:00:00Z") + entry("B") + entry("a") + entry("b") + entry("&#98;") +
+                           entry("<![CDATA[a]]>") + entry("a&amp;b") + "<dict/><dict/>" + entry(""));
+    EXPECT_EQ(rulesOf(list), "b B a a&b    ");
+    EXPECT_EQ(list.date(0), at(978307200));
+    EXPECT_FALSE(list.date(1));
+}
+
+TEST(RuleList, IsEmptyForAnythingButAnArray) {
+    Value text("x");
+    EXPECT_EQ(RuleList::load(nullptr).size(), 0u);
+    EXPECT_EQ(RuleList::load(&text).size(), 0u);
+    EXPECT_EQ(listOf("").size(), 0u);
+    EXPECT_EQ(storedOf(RuleList()), storedOf(""));
+}
+
+TEST(RuleList, LoadsBuiltArraysAndItsOwn) {
+    Dictionary built;
+    built.set("rule", Value("a<b"));
+    built.set("date", Value(at(-1)));
+    Value array(Array{Value(built), Value(built)});
+    RuleList list = RuleList::load(&array);
+    ASSERT_EQ(rulesOf(list), "a<b ");
+    EXPECT_EQ(list.date(0), at(-1));
+    Value own = list.value();
+    EXPECT_EQ(rulesOf(RuleList::load(&own)), "a<b ");
+}
+
+// What an entry holds beyond a rule and a date, and what is wrong with it, stays until somebody edits it.
+TEST(RuleList, WritesBackWhatItDoesNotKnow) {
+    const std::string odd[] = {
+        entry("noDate"),
+        entry("extra", "<key>mine</key><array><true/></array>"),
+        entry("numberForDate", "<key>date</key><integer>1</integer>"),
+        "<dict><key>rule</key><integer>1</integer><key>date</key><date>2001-01-01T00:00:00Z</date></dict>",
+        "<dict/>",
+        "<dict><key>date</key><date>2001-01-01T00:00:00Z</date></dict>",
+        "<dict><key/><true/></dict>",
+    };
+    std::string all;
+    for (const std::string& element : odd) all += element;
+    RuleList list = listOf(all);
+    EXPECT_EQ(rulesOf(list), "noDate extra numberForDate     ");
+    EXPECT_EQ(storedOf(list), storedOf(all));
+
+    list.replace(1, "edited", at(0));
+    list.replace(3, "repaired", at(0));
+    EXPECT_EQ(storedOf(list), storedOf(odd[0] + dated("edited", "1970-01-01T00:00:00Z") + odd[2] +
+                                       dated("repaired", "1970-01-01T00:00:00Z") + odd[4] + odd[5] + odd[6]));
+}
+
+TEST(RuleList, CarriesElementsThatAreNoEntriesBehindTheOthers) {
+    RuleList list = listOf("<string>x</string>" + entry("a") + "<array><dict/></array>" + entry("b"));
+    EXPECT_EQ(rulesOf(list), "a b ");
+    list.remove(0);
+    EXPECT_EQ(storedOf(list), storedOf(entry("b") + "<string>x</string><array><dict/></array>"));
+    list.clear();
+    EXPECT_EQ(storedOf(list), storedOf(""));
+}
+
+TEST(RuleList, SortsByNameOrDate) {
+    NameOrder order("en_US");
+    RuleList list =
+        listOf(dated("beta", "2001-01-01T10:00:00Z") + entry("Alpha") + dated("alpha", "2001-01-01T11:00:00Z") +
+               entry("gamma") + dated("delta", "2001-01-01T10:00:00Z"));
+    list.sort(RuleOrder::name, order);
+    EXPECT_EQ(rulesOf(list), "Alpha alpha beta delta gamma ");
+    list.sort(RuleOrder::date, order);
+    EXPECT_EQ(rulesOf(list), "alpha beta delta Alpha gamma ");
+}
+
+TEST(RuleList, AddsBehindEqualsAlsoAfterAnEdit) {
+    NameOrder order("en_US");
+    RuleList list = listOf(entry("a") + entry("b") + entry("c"));
+    EXPECT_EQ(list.add("B", at(1), RuleOrder::name, order), 2u);
+    list.replace(0, "z", at(2));
+    EXPECT_EQ(rulesOf(list), "z b B c ");
+    EXPECT_EQ(list.add("d", at(1), RuleOrder::name, order), 3u);
+    EXPECT_EQ(rulesOf(list), "b B c d z ");
+    EXPECT_EQ(list.add("e", at(1), RuleOrder::date, order), 3u);
+    EXPECT_EQ(rulesOf(list), "z B d e b c ");
+}
+
+TEST(RuleList, RemovesWhatIsEqualInAllKeys) {
+    NameOrder order("en_US");
+    RuleList list = listOf(entry("x", "<key>mine</key><true/>") + "<dict/><dict/>");
+    for (int second : {1, 2, 1}) list.add("x", at(second), RuleOrder::name, order);
+    ASSERT_EQ(rulesOf(list), "  x x x x ");
+    EXPECT_EQ(list.removeEqual(3), (std::vector<std::size_t>{3, 5}));
+    EXPECT_EQ(list.removeEqual(0), (std::vector<std::size_t>{0, 1}));
+    EXPECT_EQ(list.removeEqual(0), (std::vector<std::size_t>{0}));
+    EXPECT_EQ(list.date(0), at(2));
+}
+
+// The list beside a plain one that does everything in the simplest way, through the same thousands of changes.
+class Model {
+public:
+    struct Entry {
+        std::string rule;
+        Date date;
+        bool operator==(const Entry&) const = default;
+    };
+
+    std::vector<Entry> entries;
+
+    void sort(RuleOrder by, const NameOrder& order) {
+        std::stable_sort(entries.begin(), entries.end(), [&](const Entry& a, const Entry& b) {
+            return by == RuleOrder::date ? a.date > b.date : order.compare(a.rule, b.rule) < 0;
+        });
+    }
+
+    std::vector<std::uint32_t> search(const std::string& text) const {
+        std::vector<std::uint32_t> rows;
+        for (std::uint32_t i = 0; i < entries.size(); ++i)
+            if (SearchText(text).matches(entries[i].rule)) rows.push_back(i);
+        return rows;
+    }
+};
+
+class RuleListInLocale : public testing::TestWithParam<const char*> {};
+
+TEST_P(RuleListInLocale, DoesWhatAPlainListDoes) {
+    NameOrder order(GetParam());
+    std::mt19937 random(4711);
+    auto pick = [&](std::size_t limit) { return static_cast<std::size_t>(random() % limit); };
+    const std::vector<std::string> pieces{"a", "A", "b", "ch", "lj",     "\u00E9", "e\u0301",
+                                          "*", ".", "<", "z",  "\u0130", "1"};
+    auto text = [&](std::size_t longest) {
+        std::string made;
+        for (std::size_t i = pick(longest + 1); i > 0; --i) made += pieces[pick(pieces.size())];
+        return made;
+    };
+    RuleList list;
+    Model model;
+    for (int step = 0; step < 3000; ++step) {
+        RuleOrder by = pick(2) ? RuleOrder::name : RuleOrder::date;
+        Model::Entry made{text(5), at(static_cast<int>(pick(5)))};
+        std::size_t size = model.entries.size();
+        std::size_t position = size ? pick(size) : 0;
+        switch (size ? pick(9) : 0) {
+            case 0:
+            case 1:
+            case 2: {
+                model.entries.push_back(made);
+                model.sort(by, order);
+                std::size_t added = list.add(made.rule, made.date, by, order);
+                ASSERT_EQ(model.entries[added], made);
+                break;
+            }
+            case 3:
+                model.entries[position] = made;
+                list.replace(position, made.rule, made.date);
+                break;
+            case 4:
+                model.entries.erase(model.entries.begin() + static_cast<std::ptrdiff_t>(position));
+                list.remove(position);
+                break;
+            case 5: {
+                Model::Entry removed = model.entries[position];
+                std::erase(model.entries, removed);
+                ASSERT_EQ(list.removeEqual(position).size(), size - model.entries.size());
+                break;
+            }
+            case 6:
+                model.sort(by, order);
+                list.sort(by, order);
+                break;
+            default: {
+                std::string typed = text(2);
+                ASSERT_EQ(list.search(typed), model.search(typed));
+                typed += text(1);
+                ASSERT_EQ(list.search(typed), model.search(typed));
+            }
+        }
+        ASSERT_EQ(list.size(), model.entries.size()) << step;
+        for (std::size_t i = 0; i < list.size(); ++i)
+            ASSERT_EQ((Model::Entry{std::string(list.rule(i)), *list.date(i)}), model.entries[i]) << step << ": " << i;
+    }
+    Value stored = list.value();
+    RuleList again = RuleList::load(&stored);
+    std::vector<std::string> first;
+    for (const Model::Entry& each : model.entries)
+        if (std::find(first.begin(), first.end(), each.rule) == first.end()) first.push_back(each.rule);
+    ASSERT_EQ(again.size(), first.size());
+    for (std::size_t i = 0; i < first.size(); ++i) EXPECT_EQ(again.rule(i), first[i]);
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, RuleListInLocale, testing::Values("", "de_DE", "cs_CZ", "hr_HR", "th_TH", "da_DK"));
+
+}  // namespace
+}  // namespace store
