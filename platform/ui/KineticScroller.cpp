@@ -46,6 +46,7 @@ void KineticScroller::letGo() {
         bar_->setValue(qRound(startValue_ + speed_ * decayMilliseconds / 1000));
         return;
     }
+    lastValue_ = bar_->value();
     clock_.restart();
     timer_.start(frameMilliseconds, Qt::PreciseTimer, this);
 }
@@ -64,10 +65,15 @@ double KineticScroller::fingerSpeed() const {
 
 void KineticScroller::timerEvent(QTimerEvent* event) {
     if (event->timerId() != timer_.timerId()) return;
+    if (bar_->value() != lastValue_) {
+        stop();
+        return;
+    }
     const double decay = std::exp(-static_cast<double>(clock_.elapsed()) / decayMilliseconds);
     const int value = qRound(startValue_ + speed_ * decayMilliseconds / 1000 * (1 - decay));
     bar_->setValue(value);
-    if (std::abs(speed_) * decay < slowest || bar_->value() != value) stop();
+    lastValue_ = bar_->value();
+    if (std::abs(speed_) * decay < slowest || lastValue_ != value) stop();
 }
 
 }  // namespace platform

@@ -10,7 +10,7 @@ class QScrollBar;
 namespace platform {
 
 // Goes on with a finger's speed when the finger lets go, slowing down exponentially, until it is slow or the scroll
-// bar is at its end. The timer runs only while something moves.
+// bar is at its end or something else moves the bar. The timer runs only while something moves.
 class KineticScroller : public QObject {
     Q_OBJECT
 public:
@@ -41,6 +41,7 @@ private:
     std::deque<Sample> samples_;
     double speed_ = 0;  // points of content per second at the start of the motion
     double startValue_ = 0;
+    int lastValue_ = 0;
 };
 
 }  // namespace platform

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QScrollBar>
 
+#include "platform/ui/Focus.h"
 #include "platform/ui/TableView.h"
 
 namespace platform {
@@ -25,6 +26,8 @@ struct SearchDisplayController::Private {
     void hideResults();
     void place();
     int barTop() const;
+    bool fieldKey(int key);
+    void takeFocusFrom(QWidget* widget);
 
     SearchDisplayController* q;
     QPointer<SearchBar> bar;
@@ -77,9 +80,7 @@ void SearchDisplayController::Private::hideResults() {
     if (!showsResults) return;
     showsResults = false;
     if (delegate) delegate->willUnloadSearchResultsTableView(*q, *results);
-    // The focus must not wander to whatever comes next when the table that has it goes.
-    const QWidget* focus = results->window()->focusWidget();
-    if (focus && (focus == results || results->isAncestorOf(focus))) contents->setFocus(Qt::OtherFocusReason);
+    takeFocusFrom(results);
     results->hide();
 }
 
@@ -93,6 +94,27 @@ void SearchDisplayController::Private::place() {
 // How far down the content the bar begins.
 int SearchDisplayController::Private::barTop() const {
     return bar->mapTo(contents->viewport(), QPoint()).y() + contents->contentOffset();
+}
+
+// What goes must not leave the focus to whatever comes next.
+void SearchDisplayController::Private::takeFocusFrom(QWidget* widget) {
+    if (Focus::heldWithin(widget)) contents->setFocus(Qt::OtherFocusReason);
+}
+
+// Keys that leave the field lead to the results, not to the rows that they cover.
+bool SearchDisplayController::Private::fieldKey(int key) {
+    switch (key) {
+        case Qt::Key_Tab:
+        case Qt::Key_Down:
+        case Qt::Key_PageDown:
+            results->setFocus(Qt::TabFocusReason);
+            return true;
+        case Qt::Key_Up:
+        case Qt::Key_PageUp:
+            return true;
+        default:
+            return false;
+    }
 }
 
 SearchDisplayController::SearchDisplayController(SearchBar* searchBar, TableView* contentsTable, QObject* parent)
@@ -144,23 +166,23 @@ bool SearchDisplayController::isActive() const {
 void SearchDisplayController::setActive(bool active, bool animated) {
     if (d_->active == active) return;
     d_->active = active;
-    d_->bar->setShowsCancelButton(active, animated);
     if (active) {
         d_->contents->setContentOffset(d_->barTop());
-        return;
+    } else {
+        // First of all: a "Cancel" that goes with the focus would give it to the field, and the search began again.
+        d_->takeFocusFrom(d_->bar);
+        d_->bar->setText(QString());
     }
-    d_->bar->setText(QString());
-    QWidget* focus = d_->bar->window()->focusWidget();
-    if (focus && d_->bar->isAncestorOf(focus)) d_->contents->setFocus(Qt::OtherFocusReason);
+    d_->bar->setShowsCancelButton(active, animated);
 }
 
 bool SearchDisplayController::eventFilter(QObject* watched, QEvent* event) {
     if (watched == d_->contents && (event->type() == QEvent::Resize || event->type() == QEvent::Move)) d_->place();
     if (event->type() != QEvent::KeyPress || !d_->active) return false;
     const int key = static_cast<QKeyEvent*>(event)->key();
-    if (watched == d_->bar->field()) {
-        if (key != Qt::Key_Down || !d_->showsResults) return false;
-        d_->results->setFocus(Qt::TabFocusReason);
+    if (watched == d_->bar->field()) return d_->showsResults && d_->fieldKey(key);
+    if (key == Qt::Key_Backtab && watched == d_->results) {
+        d_->bar->field()->setFocus(Qt::BacktabFocusReason);
         return true;
     }
     if (key != Qt::Key_Escape) return false;

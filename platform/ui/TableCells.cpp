@@ -16,6 +16,12 @@ std::optional<IndexPath> TableCells::pathOf(const QWidget* widget) const {
     return std::nullopt;
 }
 
+std::optional<IndexPath> TableCells::rowAt(QPoint position) const {
+    for (const auto& [path, cell] : shown_)
+        if (cell->geometry().contains(position)) return path;
+    return std::nullopt;
+}
+
 TableViewCell* TableCells::dequeue(const QString& reuseIdentifier) {
     const auto found = waiting_.find(reuseIdentifier);
     if (found == waiting_.end() || found->isEmpty()) return nullptr;

@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QPoint>
 #include <QString>
 #include <functional>
 #include <map>
@@ -24,6 +25,8 @@ public:
     TableViewCell* at(IndexPath path) const;
     // The row of the cell that is, or holds, this widget.
     std::optional<IndexPath> pathOf(const QWidget* widget) const;
+    // The row at a point of the viewport, as it is seen now.
+    std::optional<IndexPath> rowAt(QPoint position) const;
 
     // A waiting cell, prepared for reuse and no longer waiting; nullptr when there is none.
     TableViewCell* dequeue(const QString& reuseIdentifier);

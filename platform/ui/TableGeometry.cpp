@@ -33,12 +33,6 @@ int TableGeometry::footerTop(int section) const {
     return rowTop({section, rowCount(section)});
 }
 
-std::optional<IndexPath> TableGeometry::rowAt(int y) const {
-    const auto [first, last] = rowsBetween(y, y + 1);
-    if (first == last) return std::nullopt;
-    return atOrdinal(first);
-}
-
 int TableGeometry::totalRows() const {
     int total = 0;
     for (const Section& section : sections_) total += section.rows;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -27,7 +26,6 @@ public:
     int rowHeight(int section) const { return sections_[section].rowHeight; }
     int footerTop(int section) const;
     int footerHeight(int section) const { return sections_[section].footerHeight; }
-    std::optional<IndexPath> rowAt(int y) const;
 
     // Rows counted through all sections, from 0.
     int totalRows() const;

@@ -203,8 +203,7 @@ bool TableView::event(QEvent* event) {
 
 bool TableView::eventFilter(QObject* watched, QEvent* event) {
     if (watched == d_->header && event->type() == QEvent::Resize) d_->headerChanged();
-    if (auto* field = qobject_cast<QLineEdit*>(watched); field && d_->cells.pathOf(field))
-        return d_->fieldEvent(field, event);
+    if (auto* field = qobject_cast<QLineEdit*>(watched)) return d_->fieldEvent(field, event);
     return QAbstractScrollArea::eventFilter(watched, event);
 }
 

@@ -31,6 +31,8 @@ bool TableView::Private::fieldEvent(QLineEdit* field, QEvent* event) {
             return false;
         case QEvent::FocusOut:
             field->setFocusPolicy(Qt::TabFocus);
+            QMetaObject::invokeMethod(
+                q, [this] { catchLostFocus(); }, Qt::QueuedConnection);
             return false;
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
@@ -43,6 +45,11 @@ bool TableView::Private::fieldEvent(QLineEdit* field, QEvent* event) {
             return false;
     }
     return mouseEvent(static_cast<QMouseEvent*>(event), field->isEnabled() ? field : nullptr);
+}
+
+// A field that gave the focus to nobody leaves it to the table, where the arrow keys go on.
+void TableView::Private::catchLostFocus() {
+    if (q->isVisible() && !q->window()->focusWidget()) q->setFocus(Qt::OtherFocusReason);
 }
 
 // The event may come from any widget in the viewport, and the rows may have moved under it: only its global position
@@ -75,7 +82,7 @@ void TableView::Private::press(QPoint position, QLineEdit* field) {
     showFocus();
     gesture = {RowGesture::Kind::press, position, std::nullopt, nullptr};
     if (wasMoving || wasUncovered) return;
-    gesture.row = geometry.rowAt(position.y() + offset());
+    gesture.row = cells.rowAt(position);
     gesture.field = field;
     highlight(true);
 }
@@ -159,7 +166,6 @@ void TableView::Private::commitDeletion(const TableViewCell* cell) {
 }
 
 void TableView::Private::wheel(QWheelEvent* event) {
-    kinetic.stop();
     const int rowHeight = geometry.totalRows() > 0 ? geometry.rowHeight(geometry.atOrdinal(0).section) : 0;
     const int notchedPoints = qRound(event->angleDelta().y() / 120.0 * rowsPerNotch * rowHeight);
     const int points = event->pixelDelta().isNull() ? notchedPoints : event->pixelDelta().y();

@@ -52,7 +52,6 @@ bool TableView::Private::key(QKeyEvent* event) {
 bool TableView::Private::moveCurrentBy(int rows) {
     const int total = geometry.totalRows();
     if (total == 0) return false;
-    kinetic.stop();
     closeUncovered();
     if (!q->hasFocus()) {
         if (const auto path = cells.pathOf(q->window()->focusWidget())) current = path;

@@ -93,6 +93,7 @@ struct TableView::Private {
 
     // Fingers; positions are the viewport's.
     bool fieldEvent(QLineEdit* field, QEvent* event);
+    void catchLostFocus();
     bool mouseEvent(QMouseEvent* event, QLineEdit* field);
     void press(QPoint position, QLineEdit* field);
     void move(QPoint position);
