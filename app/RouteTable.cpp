@@ -7,6 +7,11 @@
 #include "screens/apps/VxmMainViewController.h"
 #include "screens/rules/VxmAppRulesViewController.h"
 #include "screens/rules/VxmGlobalViewController.h"
+#include "screens/settings/VxmGlobalImportViewController.h"
+#include "screens/settings/VxmImportExportViewController.h"
+#include "screens/settings/VxmLogViewController.h"
+#include "screens/settings/VxmSettingsViewController.h"
+#include "screens/settings/VxmWebViewController.h"
 
 namespace app {
 
@@ -41,13 +46,32 @@ void RouteTable::openAppChooser(screens::VxmMainViewController& from) {
 }
 
 void RouteTable::openSettings(platform::ViewController& from) {
-    push(from, std::make_unique<screens::VxmSettingsViewController>(chrome_, store_, *this));
+    push(from, std::make_unique<screens::VxmSettingsViewController>(chrome_, store_, *this, *device_.network));
 }
 
 void RouteTable::openAppRules(platform::ViewController& from, bool isDeny, const QString& bundleIdentifier,
                               const QString& displayName) {
     push(from,
          std::make_unique<screens::VxmAppRulesViewController>(chrome_, store_, isDeny, bundleIdentifier, displayName));
+}
+
+void RouteTable::openHostListImport(platform::ViewController& from, bool isDeny) {
+    push(from, std::make_unique<screens::VxmGlobalImportViewController>(chrome_, store_, isDeny));
+}
+
+void RouteTable::openDocumentation(platform::ViewController& from) {
+    const QString host =
+        device_.documentationHost.isEmpty() ? QStringLiteral(VEXMOR_DOCUMENTATION_HOST) : device_.documentationHost;
+    push(from, std::make_unique<screens::VxmWebViewController>(chrome_, host, QStringLiteral(VEXMOR_SUPPORT_ADDRESS),
+                                                               device_.openURL));
+}
+
+void RouteTable::openLog(platform::ViewController& from) {
+    push(from, std::make_unique<screens::VxmLogViewController>(chrome_, store_));
+}
+
+void RouteTable::openImportExport(platform::ViewController& from) {
+    push(from, std::make_unique<screens::VxmImportExportViewController>(chrome_, store_));
 }
 
 }  // namespace app

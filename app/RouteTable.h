@@ -4,6 +4,7 @@
 
 #include "screens/apps/AppRoutes.h"
 #include "screens/rules/RuleRoutes.h"
+#include "screens/settings/SettingsRoutes.h"
 
 namespace platform {
 struct Device;
@@ -20,7 +21,7 @@ class Chrome;
 namespace app {
 
 // The ways between the screens, in one place: the only code that knows all of them.
-class RouteTable : public screens::AppRoutes, public screens::RuleRoutes {
+class RouteTable : public screens::AppRoutes, public screens::RuleRoutes, public screens::SettingsRoutes {
 public:
     // All of these outlive the table and every screen that it makes.
     RouteTable(const platform::Device& device, const views::Chrome& chrome, store::ConfigurationStore& store);
@@ -34,6 +35,9 @@ public:
     void openAppRules(platform::ViewController& from, bool isDeny, const QString& bundleIdentifier,
                       const QString& displayName) override;
     void openHostListImport(platform::ViewController& from, bool isDeny) override;
+    void openDocumentation(platform::ViewController& from) override;
+    void openLog(platform::ViewController& from) override;
+    void openImportExport(platform::ViewController& from) override;
 
 private:
     const platform::Device& device_;

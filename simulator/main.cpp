@@ -1,12 +1,16 @@
 #include <QApplication>
+#include <QFile>
 #include <QUrl>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "app/Run.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
+#include "platform/system/FixedNetwork.h"
+#include "platform/system/HostNetwork.h"
 #include "platform/system/SystemNotifyCenter.h"
 #include "simulator/DeviceDirectory.h"
 #include "simulator/Output.h"
@@ -23,18 +27,42 @@ int refuse(std::string_view reason) {
     return misused;
 }
 
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) arguments += QFile::decodeName(argv[i]);
+    return arguments;
+}
+
 std::optional<std::string> prepare(const std::filesystem::path& root, store::NotifyCenter& notifyCenter) {
     const store::ConfigurationStore files(root, notifyCenter);
     return simulator::prepareDeviceDirectory(root, {files.exportDirectory(), files.listDirectory()});
 }
 
+std::unique_ptr<platform::Network> makeNetwork(simulator::Network network) {
+    using platform::FixedNetwork;
+    switch (network) {
+        case simulator::Network::none:
+            return std::make_unique<FixedNetwork>(FixedNetwork::Kind::none);
+        case simulator::Network::wifi:
+            return std::make_unique<FixedNetwork>(FixedNetwork::Kind::wifi);
+        case simulator::Network::wwan:
+            return std::make_unique<FixedNetwork>(FixedNetwork::Kind::wwan);
+        case simulator::Network::host:
+            break;
+    }
+    return std::make_unique<platform::HostNetwork>();
+}
+
 int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notifyCenter, QApplication& application) {
     platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(options.device),
                                                   application.devicePixelRatio());
+    const std::unique_ptr<platform::Network> network = makeNetwork(options.network);
     platform::Device device;
     device.root = options.device;
     device.notifyCenter = &notifyCenter;
     device.applicationList = &applications;
+    device.network = network.get();
+    device.documentationHost = options.documentationHost;
     device.openURL = [](const QUrl& address) { simulator::print("opened", address.toEncoded().toStdString()); };
     device.model = options.model;
     device.screen = options.screen;
@@ -44,7 +72,7 @@ int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notif
 }  // namespace
 
 int main(int argc, char** argv) {
-    const auto parsed = simulator::parseArguments(QStringList(argv, argv + argc));
+    const auto parsed = simulator::parseArguments(argumentsOf(argc, argv));
     if (const auto* misuse = std::get_if<simulator::Misuse>(&parsed)) return refuse(misuse->reason.toStdString());
     if (const auto* help = std::get_if<simulator::Help>(&parsed)) {
         std::cout << help->text;

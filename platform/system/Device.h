@@ -25,7 +25,8 @@ struct Device {
     Network* network = nullptr;                        // what can be reached
     std::function<void(const QUrl& address)> openURL;  // hands an address to the system
     QString model = QStringLiteral("iPhone");
-    QSize screen{320, 568};  // points, the system's 20-point status bar included
+    QString documentationHost;  // with a port, if any; empty stands for the one that the app was built with
+    QSize screen{320, 568};     // points, the system's 20-point status bar included
 };
 
 }  // namespace platform

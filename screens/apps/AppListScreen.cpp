@@ -26,8 +26,6 @@ AppListScreen::AppListScreen(const views::Chrome& chrome, store::ConfigurationSt
 AppListScreen::~AppListScreen() = default;
 
 void AppListScreen::buildAppListView(QWidget* bar) {
-    // Icons are announced on the thread that loaded them; the receiver brings them to the main thread.
-    connect(&catalog_, &platform::ApplicationList::iconLoaded, this, &AppListScreen::iconLoaded);
     defaultImage_ = catalog_.iconOfSize(catalog::iconSize, QStringLiteral("com.apple.WebSheet"));
 
     platform::TableView* table = makeTable();
@@ -40,6 +38,9 @@ void AppListScreen::buildAppListView(QWidget* bar) {
     searchCont_->setDelegate(this);
     searchCont_->setSearchResultsDataSource(this);
     searchCont_->setSearchResultsDelegate(this);
+
+    // Icons are announced on the thread that loaded them; the receiver brings them to the main thread.
+    connect(&catalog_, &platform::ApplicationList::iconLoaded, this, &AppListScreen::iconLoaded);
 }
 
 std::vector<store::AppInfo>& AppListScreen::appsIn(const platform::TableView& table) {

@@ -1,0 +1,227 @@
+// The log: how its bytes become text, how the text is wrapped, and what the view does under mouse and keys.
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QScrollBar>
+
+#include "screens/ScreenHost.h"
+#include "screens/settings/CharacterWidths.h"
+#include "screens/settings/LogRows.h"
+#include "screens/settings/LogText.h"
+#include "screens/settings/LogTextView.h"
+#include "screens/settings/VxmLogViewController.h"
+
+namespace {
+
+using namespace std::string_view_literals;
+using screens::LogRows;
+using screens::LogText;
+
+LogText textOf(const QString& text) {
+    return LogText::of(text);
+}
+
+TEST(LogText, IsUtf16InTheOrderOfItsMark) {
+    const struct {
+        std::string_view bytes;
+        QString text;
+    } cases[] = {
+        {"", {}},
+        {"a"sv, {}},
+        {"a\0b\0"sv, QStringLiteral("ab")},
+        {"\xFF\xFE", {}},
+        {"\xFF\xFE\x61\0\xFC\0"sv, QStringLiteral("aü")},
+        {"\xFE\xFF\0\x61\0\xFC"sv, QStringLiteral("aü")},
+        {"\xFF\xFE\x61\0\xFC"sv, QStringLiteral("a")},
+        {"\xFF\xFE\xFF\xFE\x61\0"sv, QStringLiteral("\uFEFFa")},
+        {"\x3D\xD8\0\xDE!\0"sv, QStringLiteral("\U0001F600!")},
+        {"\x3D\xD8!\0"sv, QStringLiteral("\uFFFD!")},
+        {"\0\xDE\x3D\xD8"sv, QStringLiteral("\uFFFD\uFFFD")},
+    };
+    for (const auto& each : cases) {
+        const LogText text(store::Buffer::copyOf(each.bytes));
+        EXPECT_EQ(text.slice(0, text.size()), each.text) << each.bytes;
+    }
+}
+
+class LogRowsTest : public testing::Test {
+protected:
+    // The rows of a text, ten digits wide, joined by "|".
+    QString wrapped(const QString& string) {
+        const LogText text = textOf(string);
+        const LogRows rows(text, widths, 10.5F * widths.of('0'), 4 * widths.of('0'));
+        QStringList pieces;
+        for (const auto& row : rows.rows(0, rows.count())) pieces << text.slice(row.begin, row.end);
+        return pieces.join(QLatin1Char('|'));
+    }
+
+    screens::CharacterWidths widths{views::fontWithName(QStringLiteral("Helvetica"), 12)};
+};
+
+TEST_F(LogRowsTest, BreakAfterWordsOrElseAnywhere) {
+    const struct {
+        QString text;
+        QString rows;
+    } cases[] = {
+        {{}, {}},
+        {QStringLiteral("1\n"), QStringLiteral("1|")},
+        {QStringLiteral("1\r\n2\r3\n\n4\u20285\u20296"), QStringLiteral("1|2|3||4|5|6")},
+        {QStringLiteral("0123456789"), QStringLiteral("0123456789")},
+        {QStringLiteral("01234567890"), QStringLiteral("0123456789|0")},
+        {QStringLiteral("00000 11111"), QStringLiteral("00000 |11111")},
+        {QStringLiteral("00000-11111"), QStringLiteral("00000-|11111")},
+        {QStringLiteral("0000000000      1"), QStringLiteral("0000000000      |1")},
+        {QStringLiteral("0\t0\t0\t0"), QStringLiteral("0\t0\t0\t|0")},
+        {QStringLiteral("000000000\u4E00\u4E8C"), QStringLiteral("000000000|\u4E00\u4E8C")},
+    };
+    for (const auto& each : cases) EXPECT_EQ(wrapped(each.text), each.rows) << each.text.toStdString();
+}
+
+TEST_F(LogRowsTest, NeverSplitWhatBelongsTogether) {
+    QString pairs;
+    for (int each = 0; each < 40; ++each) pairs += QStringLiteral("\U0001F600");
+    EXPECT_FALSE(wrapped(pairs).contains(QChar::ReplacementCharacter));
+    EXPECT_EQ(wrapped(QString(5000, u'\u0301')).section(u'|', 0, 0).size(), 1024);
+}
+
+TEST_F(LogRowsTest, AnyRowAndPositionIsFoundFromTheNearestOneKept) {
+    QString string;
+    for (int line = 0; line < 500; ++line) string += QString(line % 37, u'x') + QStringLiteral(" end\n");
+    const LogText text = textOf(string);
+    const LogRows rows(text, widths, 10.5F * widths.of('0'), 28);
+    const auto all = rows.rows(0, rows.count());
+    ASSERT_EQ(all.size(), rows.count());
+    EXPECT_EQ(all.back().next, text.size());
+    for (std::size_t row = 0; row < all.size(); ++row) {
+        ASSERT_EQ(rows.rows(row, 1).front().begin, all[row].begin) << row;
+        ASSERT_EQ(rows.rowAt(all[row].begin), row);
+        if (row > 0) ASSERT_EQ(all[row - 1].next, all[row].begin) << row;
+    }
+    EXPECT_TRUE(rows.rows(rows.count(), 3).empty());
+}
+
+class LogViewTest : public testing::Test {
+protected:
+    screens::LogTextView* open(const std::optional<std::string>& bytes) {
+        if (bytes) ScreenHost::put(host.store.logFile(), *bytes);
+        return host.show<screens::VxmLogViewController>()->theTextView();
+    }
+    screens::LogTextView* openLines(int count) {
+        QString text;
+        for (int line = 0; line < count; ++line) text += QStringLiteral("line %1\n").arg(line);
+        return open(std::string(reinterpret_cast<const char*>(text.utf16()), std::size_t(text.size()) * 2));
+    }
+    static void drag(QWidget* viewport, QPoint from, QPoint to) {
+        QTest::mousePress(viewport, Qt::LeftButton, {}, from);
+        QTest::mouseMove(viewport, (from + to) / 2);
+        QTest::mouseMove(viewport, to);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
+        QApplication::processEvents();
+    }
+
+    ScreenHost host;
+};
+
+TEST_F(LogViewTest, ShowsTheFileOrThatThereIsNone) {
+    const struct {
+        std::optional<std::string> bytes;
+        QString shown;
+    } cases[] = {
+        {std::nullopt, QStringLiteral("no content")},
+        {"", {}},
+        {"\xFF\xFE", {}},
+        {std::string("h\0i\0", 4), QStringLiteral("hi")},
+    };
+    for (const auto& each : cases) EXPECT_EQ(open(each.bytes)->visibleText(), each.shown);
+    std::filesystem::remove(host.store.logFile());
+    std::filesystem::create_directory(host.store.logFile());
+    EXPECT_EQ(open(std::nullopt)->visibleText(), u"no content");
+}
+
+TEST_F(LogViewTest, TrashDeletesTheFile) {
+    auto* view = openLines(500);
+    view->verticalScrollBar()->setValue(1000);
+    view->selectAll();
+    for (int each = 0; each < 2; ++each) {
+        host.tapButton(QStringLiteral("Delete the log"));
+        EXPECT_FALSE(std::filesystem::exists(host.store.logFile()));
+        EXPECT_EQ(view->visibleText(), u"no content");
+        EXPECT_TRUE(view->selectedText().isEmpty());
+    }
+}
+
+TEST_F(LogViewTest, KeysScrollFromEndToEnd) {
+    auto* view = openLines(5000);
+    EXPECT_TRUE(view->visibleText().startsWith(QStringLiteral("line 0\n")));
+    QTest::keyClick(view, Qt::Key_End);
+    EXPECT_TRUE(view->visibleText().endsWith(QStringLiteral("line 4999\n")));
+    QTest::keyClick(view, Qt::Key_PageUp);
+    EXPECT_FALSE(view->visibleText().contains(QStringLiteral("line 4999")));
+    QTest::keyClick(view, Qt::Key_Home);
+    QTest::keyClick(view, Qt::Key_Down);
+    QTest::keyClick(view, Qt::Key_Down);
+    EXPECT_FALSE(view->visibleText().startsWith(QStringLiteral("line 0\n")));
+}
+
+TEST_F(LogViewTest, WheelAndFingerScroll) {
+    auto* view = openLines(5000);
+    QWheelEvent wheel({100, 100}, view->viewport()->mapToGlobal(QPointF(100, 100)), {}, {0, -120}, Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view->viewport(), &wheel);
+    const int wheeled = view->verticalScrollBar()->value();
+    EXPECT_GT(wheeled, 0);
+
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    QTest::touchEvent(view->viewport(), screen.get()).press(0, {100, 300}, view->viewport());
+    QTest::touchEvent(view->viewport(), screen.get()).move(0, {100, 250}, view->viewport());
+    QTest::touchEvent(view->viewport(), screen.get()).move(0, {100, 200}, view->viewport());
+    QTest::qWait(120);  // a finger that rests before it lets go throws nothing
+    QTest::touchEvent(view->viewport(), screen.get()).release(0, {100, 200}, view->viewport());
+    EXPECT_EQ(view->verticalScrollBar()->value(), wheeled + 100);
+    EXPECT_TRUE(view->selectedText().isEmpty());
+}
+
+TEST_F(LogViewTest, MouseSelectsAndKeysCopy) {
+    auto* view = openLines(5000);
+    const QRect area = view->viewport()->rect();
+    drag(view->viewport(), {0, 10}, {area.width(), 10});
+    EXPECT_EQ(view->selectedText(), u"line 0");
+    EXPECT_EQ(view->verticalScrollBar()->value(), 0);
+    drag(view->viewport(), {area.width(), 40}, {0, 10});
+    EXPECT_TRUE(view->selectedText().startsWith(QStringLiteral("line 0\nline 1\n")));
+
+    QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), view->selectedText());
+    QTest::keyClick(view, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(std::size_t(view->selectedText().size()), view->text().size());
+}
+
+TEST_F(LogViewTest, StaysAtItsPlaceWhenTheWidthChanges) {
+    auto* view = openLines(20000);
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum() / 2);
+    const QString top = view->visibleText().section(u'\n', 1, 1);
+    host.window->resize(60, host.window->height());
+    QApplication::processEvents();
+    EXPECT_TRUE(view->visibleText().left(60).contains(top)) << top.toStdString();
+}
+
+TEST_F(LogViewTest, OneEndlessLineIsWrappedLikeAnyOther) {
+    auto* view = open(std::string(std::size_t{8} << 20, 'x'));
+    QTest::keyClick(view, Qt::Key_End);
+    view->grab();
+    EXPECT_GT(view->visibleText().size(), 100);
+    EXPECT_LT(view->visibleText().size(), 100000);
+}
+
+TEST_F(LogViewTest, ReadsAsReadOnlyText) {
+    auto* view = openLines(5000);
+    auto* interface = QAccessible::queryAccessibleInterface(view);
+    ASSERT_TRUE(interface);
+    EXPECT_EQ(interface->role(), QAccessible::EditableText);
+    EXPECT_TRUE(interface->state().readOnly);
+    EXPECT_EQ(interface->text(QAccessible::Value), view->visibleText());
+    EXPECT_EQ(interface->text(QAccessible::Name), u"Log");
+}
+
+}  // namespace

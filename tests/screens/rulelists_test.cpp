@@ -1,0 +1,451 @@
+// The rule lists of all apps and of one app, used as a person uses them, with the files after every step.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QLabel>
+#include <QTest>
+
+#include "platform/ui/AlertView.h"
+#include "platform/ui/ImageButton.h"
+#include "platform/ui/SearchDisplayController.h"
+#include "platform/ui/TableView.h"
+#include "platform/ui/TextField.h"
+#include "screens/rules/RuleListHeader.h"
+#include "screens/rules/RuleListScreen.h"
+#include "screens/rules/SortSelector.h"
+#include "screens/rules/VxmRuleCell.h"
+#include "store/Schema.h"
+#include "support/TestDevice.h"
+#include "views/VxmNavBarView.h"
+
+namespace {
+
+using store::File;
+
+constexpr const char* identifier = "org.example.Mail";
+
+std::string entry(const std::string& rule, int minute = 0, const std::string& more = {}) {
+    const std::string minutes = (minute < 10 ? "0" : "") + std::to_string(minute);
+    return "<dict><key>date</key><date>2026-01-01T10:" + minutes + ":00Z</date>" + more + "<key>rule</key><string>" +
+           rule + "</string></dict>";
+}
+
+// Where a list is kept and how a person gets to it.
+struct Place {
+    const char* name;
+    bool isGlobal;
+    bool isDeny;
+    const char* key;
+    const char* otherKey;
+    const char* title;
+    const char* alertTitle;
+};
+
+constexpr Place places[] = {
+    {"GlobalAllow", true, false, "globalAllow", "globalDeny", "Global Allow",
+     "Create Global Rule: enter hostname/IP without www."},
+    {"GlobalDeny", true, true, "globalDeny", "globalAllow", "Global Deny",
+     "Create Global Rule: enter hostname/IP without www."},
+    {"AppAllow", false, false, "allow", "deny", "Always Allow", "Create Rule: enter hostname/IP without www."},
+    {"AppDeny", false, true, "deny", "allow", "Always Deny", "Create Rule: enter hostname/IP without www."},
+};
+
+class RuleListTest : public testing::TestWithParam<Place> {
+protected:
+    File file() const { return GetParam().isGlobal ? File::globalRules : File::appRules; }
+
+    // Puts the list into its file, next to a list and a key that are none of the screen's business, and opens it.
+    void open(const std::string& entries) {
+        device.install(identifier, "Mail");
+        write(entries);
+        if (GetParam().isGlobal) device.put(File::appRules, "<dict><key>150</key><true/></dict>");
+        device.put(File::guiSettings, "<dict><key>showAllowHelp</key><false/></dict>");
+        device.launch();
+        openList();
+    }
+
+    void write(const std::string& entries) {
+        const std::string lists = std::string("<dict><key>") + GetParam().key + "</key><array>" + entries +
+                                  "</array><key>" + GetParam().otherKey + "</key><array>" + entry("other") +
+                                  "</array><key>own</key><integer>7</integer></dict>";
+        device.put(file(), GetParam().isGlobal
+                               ? lists
+                               : std::string("<dict><key>") + identifier + "</key>" + lists + "</dict>");
+    }
+
+    void openList() {
+        if (GetParam().isGlobal) {
+            device.tapRow(0, GetParam().isDeny ? 1 : 0);
+        } else {
+            device.tapRow(1, 0);
+            device.tapRow(2, GetParam().isDeny ? 1 : 0);
+        }
+    }
+
+    void back() {
+        device.tap(20, 20);
+        if (!GetParam().isGlobal) device.tap(20, 20);
+    }
+
+    screens::RuleListScreen* screen() { return qobject_cast<screens::RuleListScreen*>(device.screen()); }
+
+    store::Dictionary stored() {
+        const auto whole = device.plist(file());
+        return GetParam().isGlobal ? *whole : *whole->find(identifier)->dictionary();
+    }
+
+    QStringList storedRules(const char* key = nullptr) {
+        QStringList rules;
+        const store::Dictionary lists = stored();
+        const auto* list = lists.find(key ? key : GetParam().key);
+        if (!list) return rules;
+        const auto entries = list->array();
+        for (const auto& each : *entries) {
+            rules.append(QString::fromStdString(each.dictionary()->find("rule")->string().value_or("?")));
+        }
+        return rules;
+    }
+
+    QStringList shownRules(int section = 1) {
+        QStringList rules;
+        for (int row = 0; row < device.rows(section); ++row) rules.append(device.rowTexts(section, row).value(0));
+        return rules;
+    }
+
+    void addRule(const QString& text) {
+        device.tapRow(0, 0);
+        device.type(text);
+        device.key(Qt::Key_Return);
+    }
+
+    void edit() { device.tap(292, 20); }
+    void sortByDate() { device.tap(210, 40 + 62); }
+    void sortByName() { device.tap(110, 40 + 62); }
+
+    void expectTheRestIsUntouched() {
+        EXPECT_EQ(storedRules(GetParam().otherKey), QStringList(QStringLiteral("other")));
+        EXPECT_EQ(stored().find("own")->integer(), 7);
+        EXPECT_TRUE(device.posts().empty());
+    }
+
+    TestDevice device;
+};
+
+INSTANTIATE_TEST_SUITE_P(Places, RuleListTest, testing::ValuesIn(places),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+QStringList list(std::initializer_list<const char*> texts) {
+    QStringList result;
+    for (const char* text : texts) result.append(QString::fromUtf8(text));
+    return result;
+}
+
+TEST_P(RuleListTest, ShowsTheListInNameOrderWithoutDuplicates) {
+    open(entry("beta") + entry("Alpha") + entry("alpha") + entry("beta", 5));
+    EXPECT_EQ(shownRules().size(), 3);
+    EXPECT_EQ(shownRules().value(2), QStringLiteral("beta"));
+    EXPECT_EQ(screen()->navBarView()->titleLabel()->text(), QString::fromUtf8(GetParam().title));
+    EXPECT_EQ(device.rows(0), GetParam().isGlobal ? 2 : 1);
+    EXPECT_EQ(device.rowTexts(0, 0), list({"Add Hostname/IP", "For details please consult the help page."}));
+    EXPECT_EQ(storedRules().size(), 4) << "showing writes nothing";
+}
+
+TEST_P(RuleListTest, AddsARuleInLowerCaseInItsPlace) {
+    open(entry("a.example") + entry("z.example"));
+    addRule(QStringLiteral("*M.Example:80"));
+    EXPECT_EQ(device.alert(), nullptr);
+    EXPECT_EQ(shownRules(), list({"*m.example:80", "a.example", "z.example"}));
+    EXPECT_EQ(storedRules(), shownRules());
+    EXPECT_EQ(device.plist(file())->find("150")->boolean(), true);
+    EXPECT_FALSE(stored().contains("150") && !GetParam().isGlobal) << "the marker stands at the top level";
+    expectTheRestIsUntouched();
+}
+
+TEST_P(RuleListTest, CancelledAndEmptyAddsStoreNothing) {
+    open(entry("a.example"));
+    const std::string before = device.bytes(file());
+    device.tapRow(0, 0);
+    EXPECT_EQ(device.alert()->title(), QString::fromUtf8(GetParam().alertTitle));
+    device.type(QStringLiteral("x"));
+    device.answer(0);
+    addRule({});
+    EXPECT_EQ(device.bytes(file()), before);
+    EXPECT_EQ(shownRules(), list({"a.example"}));
+}
+
+TEST_P(RuleListTest, SameRuleCanBeAddedTwiceUntilTheListIsShownAgain) {
+    open({});
+    addRule(QStringLiteral("a.example"));
+    addRule(QStringLiteral("a.example"));
+    EXPECT_EQ(shownRules(), list({"a.example", "a.example"}));
+    EXPECT_EQ(storedRules().size(), 2);
+    back();
+    openList();
+    EXPECT_EQ(shownRules(), list({"a.example"}));
+}
+
+TEST_P(RuleListTest, AddsOddTexts) {
+    const struct {
+        QString typed;
+        QString stored;
+    } cases[] = {
+        {QStringLiteral(" spaced out "), QStringLiteral(" spaced out ")},
+        {QStringLiteral("ÄÖ.example"), QStringLiteral("äö.example")},
+        {QString::fromUtf8("\xF0\x9F\x98\x80.example"), QString::fromUtf8("\xF0\x9F\x98\x80.example")},
+        {QStringLiteral("e\u0301<&>\"'"), QStringLiteral("e\u0301<&>\"'")},
+        {QString::fromUtf8("מארח.example"), QString::fromUtf8("מארח.example")},
+        {QString(10000, u'X'), QString(10000, u'x')},
+        {QStringLiteral("\none.example\r\n"), QStringLiteral("one.example")},
+        {QStringLiteral("one.example\ntwo.example"), QStringLiteral("one.example two.example")},
+    };
+    open({});
+    for (const auto& each : cases) {
+        device.tapRow(0, 0);
+        QApplication::clipboard()->setText(each.typed);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+        device.key(Qt::Key_Return);
+        EXPECT_TRUE(storedRules().contains(each.stored)) << each.typed.left(40).toStdString();
+    }
+    EXPECT_EQ(storedRules().size(), int(std::size(cases)));
+}
+
+TEST_P(RuleListTest, DeletesTheSwipedRule) {
+    open(entry("a.example") + entry("b.example", 0, "<key>note</key><string>kept</string>") + entry("c.example"));
+    device.swipeToDelete(1, 0);
+    EXPECT_EQ(shownRules(), list({"b.example", "c.example"}));
+    EXPECT_EQ(storedRules(), list({"b.example", "c.example"}));
+    EXPECT_EQ((*stored().find(GetParam().key)->array())[0].dictionary()->find("note")->string(), "kept");
+    expectTheRestIsUntouched();
+    device.swipeToDelete(0, 0);
+    EXPECT_EQ(device.rows(0), GetParam().isGlobal ? 2 : 1);
+}
+
+TEST_P(RuleListTest, EditsInPlaceOnlyInEditMode) {
+    open(entry("a.example") + entry("b.example") + entry("c.example"));
+    device.tapRow(1, 1);
+    EXPECT_FALSE(qobject_cast<platform::TextField*>(QApplication::focusWidget()));
+
+    edit();
+    ASSERT_TRUE(device.alert());
+    EXPECT_EQ(device.alert()->title(), QStringLiteral("Edit Mode"));
+    EXPECT_EQ(device.plist(File::guiSettings)->find("didShowEditAlert")->boolean(), true);
+    device.answer(0);
+
+    device.tapRow(1, 1);
+    ASSERT_TRUE(qobject_cast<platform::TextField*>(QApplication::focusWidget()));
+    EXPECT_FALSE(screen()->navBarView()->editButton()->isVisible());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    device.type(QStringLiteral("Z.Example"));
+    device.key(Qt::Key_Return);
+    EXPECT_TRUE(screen()->navBarView()->editButton()->isVisible());
+    EXPECT_EQ(shownRules(), list({"a.example", "z.example", "c.example"})) << "an edit does not sort";
+    EXPECT_EQ(storedRules(), shownRules());
+    expectTheRestIsUntouched();
+
+    device.tapRow(0, 0);
+    EXPECT_TRUE(device.alert()) << "the rows above the rules work in edit mode";
+    device.answer(0);
+    edit();
+    EXPECT_FALSE(device.alert()) << "the explanation is given once";
+    EXPECT_FALSE(screen()->isEditing());
+}
+
+// Ways in which the editing of the first row can end, other than by Return.
+struct Ending {
+    const char* name;
+    void (*end)(TestDevice&);
+};
+
+class EditEndingTest : public testing::TestWithParam<Ending> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    Endings, EditEndingTest,
+    testing::Values(Ending{"TapOnAnotherRow", [](TestDevice& device) { device.tapRow(1, 2); }},
+                    Ending{"Back", [](TestDevice& device) { device.tap(20, 20); }},
+                    Ending{"BackKey", [](TestDevice& device) { device.key(Qt::Key_Back); }},
+                    Ending{"Escape", [](TestDevice& device) { device.key(Qt::Key_Escape); }},
+                    Ending{"Scroll", [](TestDevice& device) { device.table()->setContentOffset(100000); }},
+                    Ending{"DeletionOfAnotherRow", [](TestDevice& device) { device.swipeToDelete(1, 3); }}),
+    [](const auto& each) { return std::string(each.param.name); });
+
+TEST_P(EditEndingTest, CommitsIntoItsOwnRow) {
+    TestDevice device;
+    std::string entries;
+    for (int host = 10; host < 60; ++host) entries += entry("host" + std::to_string(host));
+    device.put(File::globalRules, "<dict><key>globalAllow</key><array>" + entries + "</array></dict>");
+    device.put(File::guiSettings, "<dict><key>didShowEditAlert</key><true/></dict>");
+    device.launch();
+    device.tapRow(0, 0);
+    device.tap(292, 20);
+    device.tapRow(1, 0);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    device.type(QStringLiteral("New"));
+    GetParam().end(device);
+    QApplication::processEvents();
+
+    QStringList rules;
+    const auto stored = device.plist(File::globalRules)->find("globalAllow")->array();
+    for (const auto& each : *stored) {
+        rules.append(QString::fromStdString(*each.dictionary()->find("rule")->string()));
+    }
+    EXPECT_EQ(rules.value(0), QStringLiteral("new"));
+    EXPECT_EQ(rules.value(1), QStringLiteral("host11"));
+    EXPECT_EQ(rules.count(QStringLiteral("new")), 1);
+}
+
+TEST_P(RuleListTest, SearchNarrowsEditsAndDeletes) {
+    open(entry("ads.example") + entry("b.example") + entry("static.ads.example"));
+    platform::TableView* main = device.table();
+    device.tap(100, 40 + 20);
+    device.type(QStringLiteral("ADS"));
+    ASSERT_NE(device.table(), main);
+    EXPECT_EQ(shownRules(0), list({"ads.example", "static.ads.example"}));
+
+    device.swipeToDelete(0, 0);
+    EXPECT_EQ(shownRules(0), list({"static.ads.example"}));
+    EXPECT_EQ(storedRules(), list({"b.example", "static.ads.example"}));
+
+    edit();
+    if (device.alert()) device.answer(0);
+    device.tapRow(0, 0);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    device.type(QStringLiteral("New.Ads"));
+    device.key(Qt::Key_Return);
+    EXPECT_EQ(shownRules(0), list({"new.ads"}));
+    EXPECT_EQ(storedRules(), list({"b.example", "new.ads"}));
+    expectTheRestIsUntouched();
+}
+
+TEST_P(RuleListTest, SortsByDateNewestFirstWithoutWriting) {
+    open(entry("a.example", 1) + entry("b.example", 3) + entry("c.example", 2));
+    const std::string before = device.bytes(file());
+    sortByDate();
+    EXPECT_EQ(shownRules(), list({"b.example", "c.example", "a.example"}));
+    EXPECT_FALSE(screen()->header()->searchBar()->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return screen()->header()->sortSelector()->button(1)->isHighlighted(); }, 200));
+    EXPECT_EQ(device.bytes(file()), before);
+
+    addRule(QStringLiteral("now.example"));
+    EXPECT_EQ(shownRules().value(0), QStringLiteral("now.example"));
+    EXPECT_EQ(storedRules(), shownRules()) << "a write stores the order that is shown";
+
+    sortByName();
+    EXPECT_EQ(shownRules(), list({"a.example", "b.example", "c.example", "now.example"}));
+    EXPECT_TRUE(screen()->header()->searchBar()->isVisible());
+}
+
+TEST_P(RuleListTest, OddEntriesAreShownOrLeftOutButNeverLost) {
+    open(
+        "<string>loose</string><dict><key>date</key><date>2026-01-01T10:00:00Z</date></dict>"
+        "<dict><key>rule</key><integer>5</integer></dict><dict><key>rule</key><string>no date</string></dict>" +
+        entry("x.example", 0, "<key>note</key><array><string>1</string></array>"));
+    EXPECT_EQ(shownRules().filter(QStringLiteral("x.example")).size(), 1);
+    EXPECT_EQ(shownRules().filter(QStringLiteral("no date")).size(), 1);
+    addRule(QStringLiteral("y.example"));
+    const std::string bytes = device.bytes(file());
+    for (const char* kept : {"loose", "<integer>5</integer>", "no date", "<key>note</key>", "y.example"}) {
+        EXPECT_NE(bytes.find(kept), std::string::npos) << kept;
+    }
+}
+
+TEST_P(RuleListTest, ChangesWithoutAFileStayOnTheScreen) {
+    open(entry("a.example"));
+    std::filesystem::remove(device.path(file()));
+    addRule(QStringLiteral("b.example"));
+    EXPECT_EQ(shownRules(), list({"a.example", "b.example"}));
+    EXPECT_FALSE(std::filesystem::exists(device.path(file())));
+}
+
+TEST_P(RuleListTest, ChangesOfOthersSurvive) {
+    open(entry("a.example"));
+    const std::string foreign =
+        GetParam().isGlobal ? "<dict><key>theirs</key><true/></dict>" : "<dict><key>their.app</key><dict/></dict>";
+    device.put(file(), foreign);
+    addRule(QStringLiteral("b.example"));
+    EXPECT_TRUE(device.plist(file())->contains(GetParam().isGlobal ? "theirs" : "their.app"));
+    EXPECT_EQ(storedRules(), list({"a.example", "b.example"}));
+}
+
+class GlobalListTest : public testing::Test {
+protected:
+    void launch(const char* globalRules) {
+        if (globalRules) device.put(File::globalRules, globalRules);
+        device.launch();
+    }
+    TestDevice device;
+};
+
+TEST_F(GlobalListTest, HelpFollowsTheThreeStatesOfItsFile) {
+    const struct {
+        const char* settings;
+        const char* textAfterFirstHost;  // nullptr: no alert
+    } cases[] = {
+        {nullptr, "example.net. These"},
+        {"<dict><key>showAllowHelp</key><true/></dict>", "example.net, which are allowed. These"},
+        {"<dict><key>showAllowHelp</key><false/></dict>", nullptr},
+        {"<dict><key>didShowEditAlert</key><true/></dict>", nullptr},
+        {"<dict><key>showAllowHelp</key><integer>1</integer></dict>", nullptr},
+        {"<array/>", nullptr},
+    };
+    for (const auto& each : cases) {
+        for (const int row : {0, 1}) {
+            TestDevice fresh;
+            if (each.settings) fresh.put(File::guiSettings, each.settings);
+            fresh.launch();
+            fresh.tapRow(0, row);
+            ASSERT_EQ(fresh.alert() != nullptr, each.textAfterFirstHost != nullptr)
+                << (each.settings ? each.settings : "");
+            if (!each.textAfterFirstHost) continue;
+            EXPECT_EQ(fresh.alert()->title(), QStringLiteral("Global Allow"));
+            EXPECT_TRUE(fresh.alert()->message().contains(QString::fromUtf8(each.textAfterFirstHost)));
+            fresh.answer(0);
+            EXPECT_EQ(std::filesystem::exists(fresh.path(File::guiSettings)), each.settings != nullptr);
+            fresh.tap(20, 20);
+            fresh.tapRow(0, row);
+            fresh.answer(1);
+            EXPECT_EQ(fresh.plist(File::guiSettings)->find("showAllowHelp")->boolean(), false);
+            fresh.tap(20, 20);
+            fresh.tapRow(0, 1 - row);
+            EXPECT_EQ(fresh.alert(), nullptr) << "one flag for both lists";
+        }
+    }
+}
+
+TEST_F(GlobalListTest, DeletesAllAfterConfirmation) {
+    device.put(File::guiSettings, "<dict/>");
+    launch(("<dict><key>globalDeny</key><array>" + entry("a") + "</array><key>globalAllow</key><array>" + entry("b") +
+            "</array></dict>")
+               .c_str());
+    device.tapRow(0, 1);
+    device.tapRow(0, 1);
+    EXPECT_EQ(device.alert()->title(), QStringLiteral("Import/Delete"));
+    EXPECT_EQ(device.alert()->numberOfButtons(), 3);
+    device.answer(2);
+    EXPECT_EQ(device.alert()->title(), QStringLiteral("Delete all Rules?"));
+    device.answer(0);
+    EXPECT_EQ(device.rows(1), 1);
+    device.tapRow(0, 1);
+    device.answer(2);
+    device.answer(1);
+    EXPECT_EQ(device.rows(1), 0);
+    EXPECT_TRUE(device.plist(File::globalRules)->find("globalDeny")->array()->empty());
+    EXPECT_EQ(device.plist(File::globalRules)->find("globalAllow")->array()->size(), 1U);
+    EXPECT_TRUE(device.posts().empty());
+}
+
+TEST_F(GlobalListTest, NeverCreatesItsFile) {
+    device.put(File::guiSettings, "<dict/>");
+    launch(nullptr);
+    device.tapRow(0, 0);
+    device.tapRow(0, 0);
+    device.type(QStringLiteral("a.example"));
+    device.key(Qt::Key_Return);
+    EXPECT_EQ(device.rows(1), 1);
+    EXPECT_FALSE(std::filesystem::exists(device.path(File::globalRules)));
+    device.tap(20, 20);
+    device.tapRow(0, 0);
+    EXPECT_EQ(device.rows(1), 0);
+}
+
+}  // namespace

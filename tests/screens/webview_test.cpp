@@ -1,0 +1,295 @@
+// The documentation viewer with the real web engine, against a web server of its own on the loopback interface.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QHash>
+#include <QPushButton>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+#include <QUrl>
+
+#include "platform/ui/AlertView.h"
+#include "platform/ui/AnimationClock.h"
+#include "platform/ui/ImageButton.h"
+#include "platform/ui/NavigationController.h"
+#include "resources/Resources.h"
+#include "screens/settings/VxmWebViewController.h"
+#include "views/Chrome.h"
+
+namespace {
+
+constexpr int patience = 15000;  // ms; what is awaited takes a fraction of a second
+constexpr int quietTime = 300;   // ms in which something that must not happen would have happened
+
+constexpr auto firstPage = "/Vexmor/moreInfo/firewall.html";
+constexpr auto supportMail =
+    "mailto://"
+    "support@vexmor.example?subject=Vexmor%20Help&body=Please%20include%20the%20following%20information%20in%20"
+    "your%20eMail:%3Cbr%3EiPhone%20firmware%20version:%20%3Cbr%3EiPhone%20model:%20%3Cbr%3EApp%20which%20caused%20a%20"
+    "Problem:%3Cbr%3EAlso,%20please%20read%20the%20Troubleshooting%20section%20before%20emailing%20me.%20It%20has%20"
+    "solutions%20for%20the%20most%20common%20problems!";
+
+// What is answered ends where the connection does.
+QByteArray answer(const QByteArray& statusAndHeaders, const QByteArray& body) {
+    return "HTTP/1.1 " + statusAndHeaders + "\r\nContent-Type: text/html\r\nConnection: close\r\n\r\n" +
+           "<!DOCTYPE html><body style='margin:0;background:lime'>" + body;
+}
+
+// A page whose whole upper half is one link.
+QByteArray pageWithLink(const QByteArray& address, const QByteArray& rest = {}) {
+    return answer("200 OK", "<a style='display:block;height:240px' href='" + address + "'>link</a>" + rest);
+}
+
+// Answers each path with fixed bytes. Bytes without an end keep the load going until the other side gives up.
+class WebServer : public QTcpServer {
+public:
+    WebServer() {
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket* socket = nextPendingConnection()) serve(socket);
+        });
+        listen(QHostAddress::LocalHost);
+    }
+
+    QString host() const { return QStringLiteral("127.0.0.1:%1").arg(serverPort()); }
+    void forgetRequests() { seen_.clear(); }
+    int requests(const QByteArray& path) const { return int(seen_.count(path)); }
+
+    QHash<QByteArray, QByteArray> answers;
+    int abandoned = 0;  // loads that the other side gave up
+
+private:
+    void serve(QTcpSocket* socket) {
+        connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+            if (!socket->peek(1 << 16).contains("\r\n\r\n")) return;
+            const QByteArray path = socket->readAll().split(' ').value(1);
+            seen_.append(path);
+            const QByteArray bytes = answers.value(path, answer("404 Not Found", "nothing"));
+            socket->write(bytes);
+            if (bytes.contains("endless")) {
+                connect(socket, &QTcpSocket::disconnected, this, [this] { ++abandoned; });
+            } else {
+                socket->disconnectFromHost();
+            }
+        });
+    }
+
+    QList<QByteArray> seen_;
+};
+
+class WebViewTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");  // the engine's sandbox is not for root
+        QCoreApplication::addLibraryPath(QStringLiteral(VEXMOR_MODULES));
+        resources::initialize();
+        platform::AnimationClock::setInstant(true);
+    }
+    static void TearDownTestSuite() { platform::AnimationClock::setInstant(false); }
+
+    void open(const QString& host) {
+        window.resize(chrome.windowSize());
+        window.show();
+        auto pushed = std::make_unique<screens::VxmWebViewController>(
+            chrome, host, QStringLiteral("support@vexmor.example"),
+            [this](const QUrl& address) { opened.append(address.toEncoded()); });
+        screen = pushed.get();
+        window.pushViewController(std::move(pushed), true);
+        ASSERT_TRUE(screen->theWebView()) << "the module is not where it is looked for";
+    }
+
+    bool openFirstPage(const QByteArray& bytes) {
+        server.answers[firstPage] = bytes;
+        server.forgetRequests();
+        open(server.host());
+        return arrivesAt(firstPage);
+    }
+
+    // Whether the page of this path has been requested, loaded and painted (so that it can be tapped).
+    bool arrivesAt(const QByteArray& path, int times = 1) {
+        return QTest::qWaitFor([&] { return server.requests(path) >= times && isPainted(); }, patience);
+    }
+
+    // The pages of these tests are green all over, as nothing else is.
+    bool isPainted() {
+        const QImage image = screen->theWebView()->grab().toImage();
+        return image.pixelColor(2, image.height() - 2) == Qt::green;
+    }
+
+    void tapAt(int x, int y) {
+        QPoint point(x, y);
+        QWidget* child = window.childAt(point);
+        ASSERT_TRUE(child);
+        QTest::mouseClick(child, Qt::LeftButton, {}, child->mapFrom(&window, point));
+    }
+    void tapLink() { tapAt(160, 40 + 120); }
+    void tapFloatingButton() { tapAt(5 + 16, 40 + chrome.bodyHeight() - 37 + 16); }
+
+    bool isFloatingButtonShown() { return screen->backButton()->isVisible(); }
+    bool floatingButtonComesToBe(bool shown) {
+        return QTest::qWaitFor([&] { return isFloatingButtonShown() == shown; }, patience);
+    }
+
+    platform::AlertView* alert() {
+        const auto shown = platform::AlertView::shownIn(&window);
+        return shown.isEmpty() ? nullptr : shown.last();
+    }
+
+    views::Chrome chrome{false, QStringLiteral("iPhone"), {320, 568}};
+    WebServer server;
+    QList<QByteArray> opened;
+    platform::NavigationController window{std::make_unique<platform::ViewController>()};
+    screens::VxmWebViewController* screen = nullptr;
+};
+
+TEST_F(WebViewTest, FloatingButtonFollowsTheHistory) {
+    server.answers["/Vexmor/moreInfo/second.html"] = pageWithLink("/broken");
+    server.answers["/broken"] = "this is not the web\r\n\r\n";
+    for (const char* link : {"second.html", "#below"}) {
+        SCOPED_TRACE(link);
+        ASSERT_TRUE(openFirstPage(pageWithLink(link, "<div style='height:2000px'></div><p id=below>below")));
+        EXPECT_FALSE(isFloatingButtonShown());
+        tapLink();
+        ASSERT_TRUE(floatingButtonComesToBe(true));
+        tapFloatingButton();
+        EXPECT_TRUE(floatingButtonComesToBe(false));
+        QTest::qWait(quietTime);
+        EXPECT_FALSE(isFloatingButtonShown());
+        window.popViewController(true);
+    }
+}
+
+TEST_F(WebViewTest, LinkThatAsksForAWindowOpensHere) {
+    server.answers["/other"] = answer("200 OK", "other");
+    ASSERT_TRUE(
+        openFirstPage(answer("200 OK", "<a target=_blank href=/other style='display:block;height:240px'>link</a>")));
+    tapLink();
+    EXPECT_TRUE(arrivesAt("/other"));
+    EXPECT_TRUE(floatingButtonComesToBe(true));
+}
+
+TEST_F(WebViewTest, OnlyTheSupportLinkItselfIsIntercepted) {
+    const struct {
+        const char* link;
+        const char* opened;  // what the system is given, nullptr where the reminder comes instead
+    } cases[] = {
+        {"mailto:support@vexmor.example", nullptr},
+        {"MailTo:SUPPORT@Vexmor.Example", nullptr},
+        {"/redirect", nullptr},
+        {"mailto:support@vexmor.example?subject=Hello%20you", "mailto:support@vexmor.example?subject=Hello%20you"},
+        {"mailto:support@vexmor.example?", "mailto:support@vexmor.example?"},
+        {"mailto:support@vexmor.example.org", "mailto:support@vexmor.example.org"},
+        {"mailto:someone@vexmor.example", "mailto:someone@vexmor.example"},
+        {"tel:+15550100", "tel:+15550100"},
+    };
+    server.answers["/redirect"] = answer("302 Found\r\nLocation: mailto:Support@vexmor.example", {});
+    for (const auto& [link, expected] : cases) {
+        SCOPED_TRACE(link);
+        server.answers["/second"] = pageWithLink(link);
+        ASSERT_TRUE(openFirstPage(pageWithLink("/second")));
+        tapLink();
+        ASSERT_TRUE(floatingButtonComesToBe(true));
+        QTest::qWait(quietTime);
+        opened.clear();
+        tapLink();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return alert() || !opened.isEmpty(); }, patience));
+        QTest::qWait(quietTime);
+        EXPECT_EQ(alert() == nullptr, expected != nullptr);
+        EXPECT_EQ(opened, expected ? QList<QByteArray>{expected} : QList<QByteArray>{});
+        EXPECT_TRUE(isFloatingButtonShown()) << "the page stays, and so does the way back";
+        if (alert()) alert()->dismissWithClickedButtonIndex(1);
+        window.popViewController(true);
+    }
+}
+
+TEST_F(WebViewTest, SupportLinkInAFrameIsIntercepted) {
+    server.answers["/frame"] = pageWithLink("mailto:support@vexmor.example");
+    ASSERT_TRUE(openFirstPage(answer("200 OK", "<iframe src=/frame width=320 height=300 frameborder=0></iframe>")));
+    ASSERT_TRUE(arrivesAt("/frame"));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            tapLink();
+            return alert() != nullptr;
+        },
+        patience));
+}
+
+TEST_F(WebViewTest, ReminderLeadsToTheMailOrBackToThePage) {
+    ASSERT_TRUE(openFirstPage(pageWithLink("mailto:Support@vexmor.example")));
+    for (const bool sendsMail : {false, true}) {
+        tapLink();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return alert() != nullptr; }, patience));
+        EXPECT_EQ(alert()->title(), QStringLiteral("please read troubleshooting and FAQ first!"));
+        QTest::mouseClick(alert()->button(sendsMail ? 0 : 1), Qt::LeftButton);
+        EXPECT_EQ(opened, sendsMail ? QList<QByteArray>{supportMail} : QList<QByteArray>{});
+        QTest::qWait(quietTime);
+        EXPECT_FALSE(alert());
+    }
+    EXPECT_EQ(server.requests(firstPage), 1);
+}
+
+TEST_F(WebViewTest, LeavingStopsTheLoad) {
+    const QByteArray endless = answer("200 OK", "<p>endless");
+    const struct {
+        const char* what;
+        bool byKey;
+    } cases[] = {{"popped", false}, {"left with Escape", true}};
+    for (const auto& [what, byKey] : cases) {
+        SCOPED_TRACE(what);
+        server.abandoned = 0;
+        ASSERT_TRUE(openFirstPage(endless));
+        EXPECT_EQ(server.abandoned, 0);
+        if (byKey) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        } else {
+            window.popViewController(true);
+        }
+        EXPECT_TRUE(QTest::qWaitFor([&] { return server.abandoned == 1 && window.count() == 1; }, patience));
+    }
+}
+
+TEST_F(WebViewTest, EveryAppearanceLoadsThePageAgain) {
+    server.answers["/second"] = answer("200 OK", "second");
+    ASSERT_TRUE(openFirstPage(pageWithLink("/second")));
+    tapLink();
+    ASSERT_TRUE(floatingButtonComesToBe(true));
+    window.pushViewController(std::make_unique<platform::ViewController>(), true);
+    window.popViewController(true);
+    EXPECT_TRUE(arrivesAt(firstPage, 2));
+}
+
+TEST_F(WebViewTest, FailedLoadShowsNothing) {
+    const struct {
+        const char* what;
+        QByteArray answer;
+        bool refuses;
+    } cases[] = {
+        {"refused", {}, true},
+        {"closed without an answer", "", false},
+        {"garbage", "\1\2\3 garbage \r\n\r\n", false},
+        {"less than promised", "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n<p>half", false},
+        {"redirected in a circle", "HTTP/1.1 302 Found\r\nLocation: /Vexmor/moreInfo/firewall.html\r\n\r\n", false},
+    };
+    for (const auto& [what, bytes, refuses] : cases) {
+        SCOPED_TRACE(what);
+        server.answers[firstPage] = bytes;
+        const QString host = server.host();
+        if (refuses) server.close();
+        open(host);
+        QTest::qWait(3 * quietTime);
+        EXPECT_FALSE(isFloatingButtonShown());
+        EXPECT_FALSE(alert());
+        EXPECT_TRUE(opened.isEmpty());
+        window.popViewController(true);
+        if (refuses) server.listen(QHostAddress::LocalHost);
+    }
+
+    server.answers["/broken"] = "this is not the web\r\n\r\n";
+    ASSERT_TRUE(openFirstPage(pageWithLink("/broken")));
+    tapLink();
+    QTest::qWait(quietTime);
+    EXPECT_FALSE(isFloatingButtonShown());
+}
+
+}  // namespace

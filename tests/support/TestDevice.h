@@ -1,0 +1,94 @@
+#pragma once
+
+#include <QTemporaryDir>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/VxmAppDelegate.h"
+#include "platform/system/Device.h"
+#include "platform/system/FixedNetwork.h"
+#include "store/NotifyCenter.h"
+#include "store/PropertyList.h"
+#include "store/Writers.h"
+
+class QWidget;
+
+namespace platform {
+class AlertView;
+class DesktopApplicationList;
+class TableView;
+class ViewController;
+}  // namespace platform
+
+// A device in a temporary directory with the whole app running on it, in a real window, driven by real events in the
+// window's points. Animations are instant.
+class TestDevice {
+public:
+    // What was posted, with the files as they were at that moment.
+    struct Post {
+        std::string name;
+        std::optional<store::Dictionary> appRules;
+        std::optional<store::Dictionary> globalRules;
+        bool isDisabled = false;
+    };
+
+    explicit TestDevice(const QString& model = QStringLiteral("iPhone"), QSize screen = {320, 568});
+    ~TestDevice();
+
+    void install(const std::string& identifier, const std::string& name);
+    void uninstall(const std::string& identifier);
+    std::filesystem::path path(store::File file) const { return store_.path(file); }
+    const store::ConfigurationStore& files() const { return store_; }
+    void put(store::File file, const std::string& xmlContent);
+    void putBytes(const std::filesystem::path& file, const std::string& bytes);
+    std::string bytes(store::File file) const;
+    std::optional<store::Dictionary> plist(store::File file) const { return store_.read(file); }
+    const std::vector<Post>& posts() const { return recorder_.posts; }
+
+    void launch();
+    void terminate();
+
+    QWidget* window() const;
+    platform::ViewController* screen() const;
+    // The table of the screen, or the search results over it.
+    platform::TableView* table() const;
+
+    void tap(int x, int y);
+    // Taps the middle of a row of the table in sight.
+    void tapRow(int section, int row, int x = 120);
+    void drag(int x1, int y1, int x2, int y2);
+    // Swipes a row to the left and taps "Delete".
+    void swipeToDelete(int section, int row);
+    void type(const QString& text);
+    void key(int key);
+    // Texts of the row's labels and fields, top to bottom.
+    QStringList rowTexts(int section, int row) const;
+    int rows(int section) const;
+
+    // The alert on top, or nullptr; and its buttons.
+    platform::AlertView* alert() const;
+    void answer(int buttonIndex);
+
+private:
+    class Recorder : public store::NotifyCenter {
+    public:
+        explicit Recorder(const TestDevice& device) : device_(device) {}
+        void post(std::string_view name) override;
+        std::vector<Post> posts;
+
+    private:
+        const TestDevice& device_;
+    };
+
+    QWidget* targetAt(QPoint& point) const;
+
+    QTemporaryDir directory_;
+    Recorder recorder_{*this};
+    store::ConfigurationStore store_;
+    std::unique_ptr<platform::DesktopApplicationList> applications_;
+    platform::FixedNetwork network_{platform::FixedNetwork::Kind::wifi};
+    platform::Device device_;
+    std::unique_ptr<app::VxmAppDelegate> app_;
+};
