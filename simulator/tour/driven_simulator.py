@@ -14,9 +14,11 @@ from pathlib import Path
 PREFERENCES = "var/mobile/Library/Preferences"
 APP_RULES = f"{PREFERENCES}/com.Urmeld.FirewallRules2.plist"
 GLOBAL_RULES = f"{PREFERENCES}/com.Urmeld.FirewallGlobalRules2.plist"
+GUI_SETTINGS = f"{PREFERENCES}/com.Urmeld.FirewallSettings2.plist"
+EXPORTS = f"{PREFERENCES}/Vxm"
+LISTS = "Applications/VexmorGUI.app/Lists"
 
-BAR, SEARCH, ROW, BAND = 40, 38, 50, 3  # heights in points
-WIDTH = 320
+BAR, SEARCH, ROW = 40, 38, 50  # heights in points
 PIXELS_PER_POINT = 2
 
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus Configuration 1.0//EN"
@@ -86,7 +88,7 @@ class DrivenSimulator:
 
     def start_display(self):
         reading, writing = os.pipe()
-        size = f"{400 * PIXELS_PER_POINT}x{600 * PIXELS_PER_POINT}x24"
+        size = f"{700 * PIXELS_PER_POINT}x{600 * PIXELS_PER_POINT}x24"
         self.start("Xvfb", "-displayfd", str(writing), "-screen", "0", size, "-nolisten", "tcp", pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as answer:
@@ -135,6 +137,10 @@ class DrivenSimulator:
         self.xdotool("type", "--delay", "20", text)
         self.settle()
 
+    def key(self, name):
+        self.xdotool("key", name)
+        self.settle()
+
     def terminate(self):
         """Asks the app to end; returns its exit status."""
         self.process.send_signal(signal.SIGTERM)
@@ -172,11 +178,6 @@ class DrivenSimulator:
 
     def printed(self):
         return (self.scratch / "output").read_text().splitlines()
-
-
-def row_middle(index, above=0):
-    """The middle of a row under bar and search field, with `above` points of bands above it."""
-    return BAR + SEARCH + above + ROW * index + ROW / 2
 
 
 def wait_until(holds, otherwise, seconds=10):
