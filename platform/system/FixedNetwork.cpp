@@ -1,0 +1,22 @@
+#include "platform/system/FixedNetwork.h"
+
+#include <utility>
+
+namespace platform {
+
+FixedNetwork::FixedNetwork(Kind kind, QObject* parent) : Network(parent), kind_(kind) {}
+
+std::optional<std::uint32_t> FixedNetwork::flagsForAddress(const QHostAddress& address) {
+    if (kind_ == Kind::none) return 0;
+    if (kind_ == Kind::wwan) return reachability::reachable | reachability::isWWAN;
+    return address.isLinkLocal() ? reachability::reachable | reachability::isDirect : reachability::reachable;
+}
+
+void FixedNetwork::resolveHostName(const QString&, QObject& receiver, Resolved resolved) {
+    QList<QHostAddress> addresses;
+    if (kind_ != Kind::none) addresses.append(QHostAddress(QStringLiteral("192.0.2.1")));  // set aside for examples
+    QMetaObject::invokeMethod(
+        &receiver, [resolved = std::move(resolved), addresses] { resolved(addresses); }, Qt::QueuedConnection);
+}
+
+}  // namespace platform
