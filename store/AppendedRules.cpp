@@ -1,6 +1,5 @@
 #include "store/AppendedRules.h"
 
-#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -27,24 +26,10 @@ std::string_view elementsIn(const Slice& array) {
     return inside;
 }
 
-std::size_t countElements(const Slice& array) {
-    XmlScanner scanner(array);
-    if (scanner.next() != XmlScanner::Event::open) return 0;
-    std::size_t count = 0;
-    for (auto event = scanner.next(); event != XmlScanner::Event::close; event = scanner.next(), ++count)
-        scanner.skipElement(event);
-    return count;
-}
-
 }  // namespace
 
 AppendedRules::AppendedRules(const Value* list, std::string lines) : lines_(std::move(lines)) {
     if (list && list->kind() == Kind::array) list_ = sliceOf(*list);
-}
-
-std::size_t AppendedRules::count() const {
-    const auto lineEnds = static_cast<std::size_t>(std::count(lines_.begin(), lines_.end(), '\n'));
-    return (list_ ? countElements(*list_) : 0) + lineEnds + 1;
 }
 
 void AppendedRules::writeElements(XmlWriter& writer) const {

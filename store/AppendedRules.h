@@ -15,7 +15,8 @@ public:
     // `list` is nullptr, or anything but an array, where there is no list yet. `lines` is UTF-8.
     AppendedRules(const Value* list, std::string lines);
 
-    std::size_t count() const override;
+    // Never: the text has at least one line.
+    bool isEmpty() const override { return false; }
     void writeElements(XmlWriter& writer) const override;
 
 private:

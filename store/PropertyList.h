@@ -38,7 +38,7 @@ public:
     virtual ~ArraySource() = default;
     ArraySource(const ArraySource&) = delete;
     ArraySource& operator=(const ArraySource&) = delete;
-    virtual std::size_t count() const = 0;
+    virtual bool isEmpty() const = 0;
     virtual void writeElements(XmlWriter& writer) const = 0;
 };
 

@@ -51,7 +51,7 @@ namespace {
 class RuleArray : public ArraySource {
 public:
     RuleArray(const RuleStorage& storage, const std::vector<Number>& rows) : storage_(storage), rows_(rows) {}
-    std::size_t count() const override { return rows_.size() + storage_.foreignCount(); }
+    bool isEmpty() const override { return rows_.empty() && storage_.foreignCount() == 0; }
     void writeElements(XmlWriter& writer) const override { storage_.write(writer, rows_); }
 
 private:

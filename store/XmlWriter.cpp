@@ -146,7 +146,7 @@ void XmlWriter::scalar(const Value& value) {
                    [&](double real) { element("real", [&] { raw(formatReal(real)); }); },
                    [&](const std::shared_ptr<const std::vector<std::byte>>& bytes) { data(*bytes); },
                    [&](const std::shared_ptr<const ArraySource>& source) {
-                       if (source->count() == 0) {
+                       if (source->isEmpty()) {
                            line("<array/>");
                            return;
                        }
