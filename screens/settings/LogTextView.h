@@ -2,8 +2,8 @@
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
+#include <algorithm>
 #include <memory>
-#include <optional>
 
 #include "platform/ui/KineticScroller.h"
 #include "screens/settings/CharacterWidths.h"
@@ -68,7 +68,7 @@ private:
     std::size_t selectionEnd() const { return std::max(anchor_, caret_); }
 
     LogText text_;
-    mutable CharacterWidths widths_;
+    CharacterWidths widths_;
     int rowHeight_;                  // points
     std::unique_ptr<LogRows> rows_;  // of text_ at wrappedWidth_; none before the view is first shown
     int wrappedWidth_ = 0;
