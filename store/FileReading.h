@@ -9,7 +9,7 @@
 namespace store {
 
 // Larger files are not read.
-inline constexpr std::size_t largestFile = std::size_t{2} << 30;
+inline constexpr std::size_t largestFile = std::size_t{1} << 30;
 
 // A file's bytes, read once into memory of their own. Nothing when there is no such file, when it cannot be read, or
 // when it is anything but a regular file: a pipe or a device must not make anybody wait.

@@ -1,30 +1,27 @@
 #include "store/RuleEntryWriter.h"
 
-#include "store/Schema.h"
 #include "store/XmlWriter.h"
 
 namespace store {
 
-RuleEntryWriter::RuleEntryWriter(XmlWriter& writer) : writer_(writer) {
-    const std::string outer = writer.indentation();
-    const std::string inner = outer + '\t';
-    auto key = [&](std::string_view name) { return inner + "<key>" + std::string(name) + "</key>\n" + inner; };
-    begin_ = outer + "<dict>\n";
-    beforeDate_ = key(keys::date) + "<date>";
-    beforeRule_ = key(keys::rule) + "<string>";
-    end_ = "</string>\n" + outer + "</dict>\n";
+RuleEntryWriter::RuleEntryWriter(XmlWriter& writer)
+    : writer_(writer), indentation_(writer.indentation()), layout_(indentation_.size()) {
+    std::string_view line = layout_.beforeRule();
+    beforeRuleWithoutDate_ = "<dict>" + std::string(line.substr(line.find('\n')));
 }
 
 void RuleEntryWriter::write(std::string_view rule, std::optional<Date> date) {
-    writer_.raw(begin_);
+    writer_.raw(indentation_);
     if (date) {
-        writer_.raw(beforeDate_);
+        writer_.raw(layout_.beforeDate());
         writer_.date(*date);
-        writer_.raw("</date>\n");
+        writer_.raw(layout_.beforeRule());
+    } else {
+        writer_.raw(beforeRuleWithoutDate_);
     }
-    writer_.raw(beforeRule_);
     writer_.escaped(rule);
-    writer_.raw(end_);
+    writer_.raw(layout_.end());
+    writer_.raw("\n");
 }
 
 }  // namespace store

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "store/PropertyList.h"
+#include "store/RuleEntryLayout.h"
 
 namespace store {
 
@@ -19,11 +20,9 @@ public:
 
 private:
     XmlWriter& writer_;
-    // What stands around date and rule is the same in every entry.
-    std::string begin_;
-    std::string beforeDate_;
-    std::string beforeRule_;
-    std::string end_;
+    std::string indentation_;
+    RuleEntryLayout layout_;
+    std::string beforeRuleWithoutDate_;
 };
 
 }  // namespace store

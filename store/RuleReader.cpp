@@ -1,10 +1,10 @@
 #include <optional>
 #include <string>
 
+#include "store/RuleEntryLayout.h"
 #include "store/RuleStorage.h"
 #include "store/Scalars.h"
 #include "store/Schema.h"
-#include "store/TextSet.h"
 #include "store/XmlScanner.h"
 
 namespace store {
@@ -12,13 +12,18 @@ namespace store {
 // Goes through an array's text once, taking entries apart as far as a list needs them.
 class RuleReader {
 public:
-    RuleReader(const Slice& array, RuleStorage& storage) : scanner_(array), storage_(storage) {}
+    RuleReader(const Slice& array, RuleStorage& storage) : scanner_(array), storage_(storage) {
+        std::size_t count = static_cast<std::size_t>(array.end - array.begin) / typicalEntry;
+        storage_.entries_.reserve(count);
+        storage_.pool_.reserve(count * typicalRule);
+    }
 
     void read() {
         if (scanner_.next() != Event::open) return;
         for (Event event = scanner_.next(); event != Event::close; event = scanner_.next()) {
             const char* begin = scanner_.tagBegin();
             bool isEntry = scanner_.tag() == Tag::dict;
+            if (isEntry && takeWhole(begin)) continue;
             if (isEntry)
                 readEntry(event);
             else
@@ -34,12 +39,24 @@ public:
 private:
     using Event = XmlScanner::Event;
 
+    // Entries as they are written take about 140 bytes, of which a rule is a sixth.
+    static constexpr std::size_t typicalEntry = 128;
+    static constexpr std::size_t typicalRule = 24;
+
     // What one entry says.
     struct Reading {
         std::optional<XmlText> rule;
         std::int64_t date = RuleStorage::noDate;
         bool isPlain = true;
     };
+
+    bool takeWhole(const char* begin) {
+        RuleEntryLayout::Match match = RuleEntryLayout::matchAt(begin);
+        if (!match.end) return false;
+        scanner_.moveTo(match.end);
+        storage_.entries_.push_back(storage_.plainEntry(match.rule, match.date.time_since_epoch().count()));
+        return true;
+    }
 
     void readEntry(Event event) {
         entry_ = Reading();
@@ -76,29 +93,26 @@ private:
         }
     }
 
-    // The entry just read, unless there is one with that rule already. An entry without a rule is like no other.
+    // The entry just read.
     void take(std::string_view text) {
-        auto number = static_cast<RuleStorage::Number>(storage_.size());
-        std::string decoded;
-        if (entry_.rule && !entry_.rule->isPlain) decoded = entry_.rule->decoded();
-        std::string_view rule = !entry_.rule ? "" : entry_.rule->isPlain ? entry_.rule->raw : decoded;
-        auto ruleOf = [this](RuleStorage::Number other) { return storage_.rule(other); };
-        if (entry_.rule && !rules_.insert(rule, number, ruleOf)) return;
-        storage_.entries_.push_back(storage_.plainEntry(rule, entry_.date));
-        if (entry_.isPlain && entry_.rule) return;
-        storage_.entries_.back().isPlain = false;
-        storage_.originals_.push_back({number, storage_.keep(text)});
+        std::string rule = entry_.rule ? entry_.rule->decoded() : std::string();
+        RuleStorage::Entry entry = storage_.plainEntry(rule, entry_.date);
+        entry.hasRule = entry_.rule.has_value();
+        entry.isPlain = entry_.isPlain && entry.hasRule;
+        if (!entry.isPlain)
+            storage_.originals_.push_back({static_cast<RuleStorage::Number>(storage_.size()), storage_.keep(text)});
+        storage_.entries_.push_back(entry);
     }
 
     XmlScanner scanner_;
     RuleStorage& storage_;
-    TextSet rules_;
     Reading entry_;
 };
 
 RuleStorage RuleStorage::read(const Slice& array) {
     RuleStorage storage;
     RuleReader(array, storage).read();
+    storage.dropRepeated();
     return storage;
 }
 

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "store/Schema.h"
+#include "store/RuleEntryWriter.h"
+#include "store/TextSet.h"
 #include "store/XmlWriter.h"
 
 namespace store {
@@ -43,7 +44,7 @@ RuleStorage::Entry RuleStorage::plainEntry(std::string_view rule, std::int64_t d
     Part text = keep(rule);
     Entry entry;
     entry.offset = text.offset;
-    entry.size = text.size & 0x7FFFFFFF;
+    entry.size = text.size & 0x3FFFFFFF;
     entry.date = date;
     return entry;
 }
@@ -54,29 +55,36 @@ std::string_view RuleStorage::original(Number number) const {
     return at(found->text);
 }
 
+// Entries move up, and their numbers change.
+void RuleStorage::dropRepeated() {
+    constexpr std::size_t lookAhead = 16;
+    TextSet rules(entries_.size());
+    std::vector<std::uint32_t> hashes(entries_.size());
+    for (Number number = 0; number < entries_.size(); ++number) hashes[number] = rules.hashOf(rule(number));
+    Number kept = 0;
+    auto original = originals_.begin();
+    auto keptOriginal = originals_.begin();
+    for (Number number = 0; number < entries_.size(); ++number) {
+        if (number + lookAhead < hashes.size()) rules.prefetch(hashes[number + lookAhead]);
+        bool hasOriginal = original != originals_.end() && original->number == number;
+        auto isEqual = [&](Number other) { return rule(other) == rule(number); };
+        if (!entries_[number].hasRule || rules.insert(hashes[number], kept, isEqual)) {
+            if (hasOriginal) *keptOriginal++ = {kept, original->text};
+            entries_[kept++] = entries_[number];
+        }
+        if (hasOriginal) ++original;
+    }
+    entries_.resize(kept);
+    originals_.erase(keptOriginal, originals_.end());
+}
+
 void RuleStorage::write(XmlWriter& writer, const std::vector<Number>& numbers) const {
-    const std::string outer = writer.indentation();
-    const std::string inner = outer + '\t';
-    auto key = [&](std::string_view name) { return inner + "<key>" + std::string(name) + "</key>\n" + inner; };
-    const std::string begin = outer + "<dict>\n";
-    const std::string beforeDate = key(keys::date) + "<date>";
-    const std::string beforeRule = key(keys::rule) + "<string>";
-    const std::string end = "</string>\n" + outer + "</dict>\n";
+    RuleEntryWriter entries(writer);
     for (Number number : numbers) {
-        const Entry& entry = entries_[number];
-        if (!entry.isPlain) {
+        if (entries_[number].isPlain)
+            entries.write(rule(number), date(number));
+        else
             writer.line(original(number));
-            continue;
-        }
-        writer.raw(begin);
-        if (entry.date != noDate) {
-            writer.raw(beforeDate);
-            writer.date(Date(std::chrono::seconds(entry.date)));
-            writer.raw("</date>\n");
-        }
-        writer.raw(beforeRule);
-        writer.escaped(rule(number));
-        writer.raw(end);
     }
     for (Part element : foreign_) writer.line(at(element));
 }

@@ -21,7 +21,8 @@ class RuleStorage {
 public:
     using Number = std::uint32_t;
 
-    // The elements of an array's slice; of plain or other entries with equal rules the first only.
+    // The elements of an array's slice; of entries with equal rules the first only. An entry without a rule that is a
+    // string is like no other.
     static RuleStorage read(const Slice& array);
 
     std::size_t size() const { return entries_.size(); }
@@ -48,7 +49,8 @@ private:
     };
     struct Entry {
         std::uint32_t offset = 0;
-        std::uint32_t size : 31 = 0;
+        std::uint32_t size : 30 = 0;
+        std::uint32_t hasRule : 1 = true;
         std::uint32_t isPlain : 1 = true;
         std::int64_t date = noDate;
     };
@@ -61,6 +63,7 @@ private:
     Part keep(std::string_view text);
     Entry plainEntry(std::string_view rule, std::int64_t date);
     std::string_view original(Number number) const;
+    void dropRepeated();
 
     std::string pool_;
     std::vector<Entry> entries_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -10,21 +11,24 @@ namespace store {
 // number. Where a text lands depends on chance, so that no file can make all of its texts land in one place.
 class TextSet {
 public:
-    TextSet();
+    // There is room for so many texts and no more.
+    explicit TextSet(std::size_t count);
 
-    // The number goes in unless an equal text is there. `textOf` gives the text of a number that went in.
-    template <class TextOf>
-    bool insert(std::string_view text, std::uint32_t number, TextOf textOf) {
-        if ((count_ + 1) * 2 > slots_.size()) grow();
-        std::uint32_t hash = hashOf(text);
-        for (std::size_t at = hash & (slots_.size() - 1);; at = (at + 1) & (slots_.size() - 1)) {
+    std::uint32_t hashOf(std::string_view text) const;
+    // A hash that will be asked for soon: a large table lies far away.
+    void prefetch(std::uint32_t hash) const { __builtin_prefetch(&slots_[placeOf(hash)]); }
+
+    // The number of a text with this hash goes in unless an equal text is there; `isEqual` compares the text with that
+    // of a number that went in.
+    template <class IsEqual>
+    bool insert(std::uint32_t hash, std::uint32_t number, IsEqual isEqual) {
+        for (std::size_t at = placeOf(hash);; at = (at + 1) & (slots_.size() - 1)) {
             Slot& slot = slots_[at];
             if (slot.number == none) {
                 slot = {hash, number};
-                ++count_;
                 return true;
             }
-            if (slot.hash == hash && textOf(slot.number) == text) return false;
+            if (slot.hash == hash && isEqual(slot.number)) return false;
         }
     }
 
@@ -35,11 +39,9 @@ private:
         std::uint32_t number = none;
     };
 
-    std::uint32_t hashOf(std::string_view text) const;
-    void grow();
+    std::size_t placeOf(std::uint32_t hash) const { return hash & (slots_.size() - 1); }
 
     std::vector<Slot> slots_;
-    std::size_t count_ = 0;
     std::uint64_t seed_;
 };
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "store/RuleEntryLayout.h"
 #include "store/Scalars.h"
 #include "store/XmlScanner.h"
 
@@ -45,8 +46,11 @@ ReadFailure malformed(Tag tag) {
 
 class Reader {
 public:
-    explicit Reader(const Buffer& text)
-        : text_(text), end_(text.bytes.get() + text.size), scanner_(text.bytes.get(), end_) {}
+    Reader(const Buffer& text, bool takesEntriesWhole)
+        : takesEntriesWhole_(takesEntriesWhole),
+          text_(text),
+          end_(text.bytes.get() + text.size),
+          scanner_(text.bytes.get(), end_) {}
 
     std::variant<Dictionary, XmlFailure> read() {
         if (scanner_.prolog() && readDocument()) return std::move(top_);
@@ -117,6 +121,7 @@ private:
             value_.begin = scanner_.tagBegin();
             value_.kind = kindOf(tag);
         }
+        if (tag == Tag::dict && !inDictionary_.back() && takesEntriesWhole_ && skipRuleEntry()) return true;
         if (isContainer(tag) && event == Event::open) {
             inDictionary_.push_back(tag == Tag::dict);
             hasKey_ = false;
@@ -124,6 +129,13 @@ private:
         }
         if (!isContainer(tag) && !readScalar(tag, event)) return false;
         return valueComplete();
+    }
+
+    // An element of an array never is a value of the outermost dictionary: there is nothing to note.
+    bool skipRuleEntry() {
+        const char* behind = RuleEntryLayout::matchAt(scanner_.tagBegin()).end;
+        if (behind) scanner_.moveTo(behind);
+        return behind;
     }
 
     bool readKey(Event event) {
@@ -160,6 +172,7 @@ private:
         return true;
     }
 
+    const bool takesEntriesWhole_;
     const Buffer& text_;
     const char* end_;
     XmlScanner scanner_;
@@ -173,7 +186,11 @@ private:
 }  // namespace
 
 std::variant<Dictionary, XmlFailure> readXml(const Buffer& text) {
-    return Reader(text).read();
+    return Reader(text, true).read();
+}
+
+std::variant<Dictionary, XmlFailure> readXmlTagByTag(const Buffer& text) {
+    return Reader(text, false).read();
 }
 
 }  // namespace store

@@ -36,4 +36,7 @@ struct XmlFailure {
 //   anything else        an error
 std::variant<Dictionary, XmlFailure> readXml(const Buffer& text);
 
+// The same, tag by tag throughout: what readXml() must agree with, which takes rule entries as a whole.
+std::variant<Dictionary, XmlFailure> readXmlTagByTag(const Buffer& text);
+
 }  // namespace store

@@ -42,6 +42,8 @@ public:
 
     // The text of the scalar that was just opened, through its closing tag. False when it failed.
     bool text(XmlText& text);
+    // Goes on behind something that was recognised in another way.
+    void moveTo(const char* position) { position_ = position; }
     // The rest of the element that was just opened, whatever it is.
     void skipElement(Event event);
 

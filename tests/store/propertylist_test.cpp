@@ -7,6 +7,7 @@
 
 #include "store/Scalars.h"
 #include "store/Values.h"
+#include "store/XmlReader.h"
 #include "store/XmlText.h"
 
 namespace store {
@@ -300,6 +301,35 @@ TEST(PropertyListReading, SkipsTextAsTheSimpleScannerDoes) {
     }
 }
 
+// A list of entries as they are written, each of its bytes changed in turn: taking entries as a whole must accept,
+// reject and find the same as going through them tag by tag.
+TEST(PropertyListReading, TakesRuleEntriesAsTagByTag) {
+    Dictionary entry;
+    entry.set("date", Value(Date(std::chrono::seconds(1367687000))));
+    entry.set("rule", Value("*ads.example:80"));
+    Dictionary record;
+    record.set("deny", Value(Array{Value(entry), Value(entry)}));
+    Dictionary dictionary;
+    dictionary.set("globalDeny", Value(Array{Value(entry)}));
+    dictionary.set("app", Value(record));
+    std::string text = written(dictionary);
+    auto outcome = [](const std::variant<Dictionary, XmlFailure>& result, const Buffer& buffer) {
+        if (auto* found = std::get_if<Dictionary>(&result)) return written(*found);
+        auto failure = std::get<XmlFailure>(result);
+        return std::to_string(failure.at - buffer.bytes.get()) + describe(failure.reason);
+    };
+    for (std::size_t at = text.find("<dict>"); at < text.size(); ++at) {
+        for (char c : {'<', '>', '/', '&', '9', 'x', ' ', '\t', '\n', '\0', '\xC3'}) {
+            std::string changed = text;
+            changed[at] = c;
+            for (const std::string& variant : {changed, changed.substr(0, at + 1)}) {
+                Buffer buffer = Buffer::copyOf(variant);
+                ASSERT_EQ(outcome(readXml(buffer), buffer), outcome(readXmlTagByTag(buffer), buffer)) << variant;
+            }
+        }
+    }
+}
+
 TEST(PropertyListWriting, WritesEveryKind) {
     Dictionary record;
     record.set("on", Value(true));
@@ -348,7 +378,7 @@ TEST(PropertyListWriting, WritesBuiltValuesOfAnyDepth) {
 
 class Three : public ArraySource {
 public:
-    std::size_t count() const override { return 3; }
+    bool isEmpty() const override { return false; }
     void writeElements(XmlWriter& writer) const override {
         for (int i = 0; i < 3; ++i) writer.line("<integer>" + std::to_string(i) + "</integer>");
     }
