@@ -11,12 +11,14 @@ namespace store {
 
 namespace {
 
-// A thing with its key: the first eight bytes as a number, so that most comparisons touch nothing else.
+// A thing with its key, of which eight bytes at a time are at hand as a number.
 struct Keyed {
-    std::uint64_t beginning;
+    std::uint64_t part;
     std::uint32_t offset;  // of the key in the block of keys; it ends with a 0
     std::uint32_t place;   // in the order before, which settles what compares as the same
 };
+
+constexpr std::size_t step = sizeof Keyed::part;
 
 class NameSorter {
 public:
@@ -54,25 +56,48 @@ private:
     }
 
     static void sortKeys(std::vector<Keyed>& things, std::string& keys) {
-        keys.append(sizeof Keyed::beginning, '\0');
-        for (Keyed& keyed : things) keyed.beginning = beginningOf(keys.data() + keyed.offset);
+        keys.append(step, '\0');
         auto isBefore = [&](const Keyed& a, const Keyed& b) {
-            if (a.beginning != b.beginning) return a.beginning < b.beginning;
-            // Keys that end within the first eight bytes are the same.
-            if (a.beginning & 0xFF)
-                if (int order = std::strcmp(keys.data() + a.offset + 8, keys.data() + b.offset + 8)) return order < 0;
-            return a.place < b.place;
+            return std::strcmp(keys.data() + a.offset, keys.data() + b.offset) < 0;
         };
         // Lists are mostly read in the order in which they were last shown.
-        if (!std::is_sorted(things.begin(), things.end(), isBefore)) std::sort(things.begin(), things.end(), isBefore);
+        if (!std::is_sorted(things.begin(), things.end(), isBefore)) sortByEightBytes(things, keys);
+    }
+
+    // Things that share the first eight bytes of their keys are sorted by the next eight, and so on: every key is
+    // looked at a few times only, in memory far away, and comparing needs none of it.
+    static void sortByEightBytes(std::vector<Keyed>& things, const std::string& keys) {
+        struct Alike {
+            std::size_t begin, end, depth;
+        };
+        std::vector<Alike> left{{0, things.size(), 0}};
+        while (!left.empty()) {
+            Alike alike = left.back();
+            left.pop_back();
+            auto begin = things.begin() + static_cast<std::ptrdiff_t>(alike.begin);
+            auto end = things.begin() + static_cast<std::ptrdiff_t>(alike.end);
+            for (auto keyed = begin; keyed != end; ++keyed)
+                keyed->part = eightBytes(keys.data() + keyed->offset + alike.depth);
+            std::sort(begin, end, [](const Keyed& a, const Keyed& b) {
+                return a.part != b.part ? a.part < b.part : a.place < b.place;
+            });
+            for (auto first = begin; first != end;) {
+                auto last = std::find_if(first, end, [&](const Keyed& keyed) { return keyed.part != first->part; });
+                bool goesOn = first->part & 0xFF;
+                if (goesOn && last - first > 1)
+                    left.push_back({static_cast<std::size_t>(first - things.begin()),
+                                    static_cast<std::size_t>(last - things.begin()), alike.depth + step});
+                first = last;
+            }
+        }
     }
 
     // As a number that compares as the bytes do; nothing behind the key's end takes part.
-    static std::uint64_t beginningOf(const char* key) {
-        std::uint64_t beginning = 0;
+    static std::uint64_t eightBytes(const char* key) {
+        std::uint64_t part = 0;
         for (int shift = 56; shift >= 0 && *key; shift -= 8, ++key)
-            beginning |= std::uint64_t{static_cast<unsigned char>(*key)} << shift;
-        return beginning;
+            part |= std::uint64_t{static_cast<unsigned char>(*key)} << shift;
+        return part;
     }
 
     // Both kinds in one order. As a rule there are few of the second kind: what lies between two of them is found in
@@ -84,13 +109,13 @@ private:
         auto from = ascii_.begin();
         for (const Keyed& other : others_) {
             auto isBehind = [&](const Keyed& keyed) { return isBeforeByName(other, keyed); };
-            auto step = std::ptrdiff_t{1};
+            auto stride = std::ptrdiff_t{1};
             auto low = from;
-            while (ascii_.end() - low > step && !isBehind(low[step])) {
-                low += step;
-                step *= 2;
+            while (ascii_.end() - low > stride && !isBehind(low[stride])) {
+                low += stride;
+                stride *= 2;
             }
-            auto high = low + std::min(step + 1, ascii_.end() - low);
+            auto high = low + std::min(stride + 1, ascii_.end() - low);
             auto to = std::partition_point(low, high, [&](const Keyed& keyed) { return !isBehind(keyed); });
             all.insert(all.end(), from, to);
             all.push_back(other);

@@ -92,13 +92,17 @@ bool NameOrder::appendAsciiKey(std::string_view name, std::string& key) const {
     const std::optional<AsciiOrder>& order = d_->asciiOrder();
     if (!order) return false;
     std::size_t size = key.size();
+    key.resize(size + name.size());
+    char* end = key.data() + size;
     for (char c : name) {
         if (static_cast<signed char>(c) < 0) {
             key.resize(size);
             return false;
         }
-        if (std::uint8_t place = (*order)[static_cast<std::size_t>(c)]) key.push_back(static_cast<char>(place));
+        *end = static_cast<char>((*order)[static_cast<std::size_t>(c)]);
+        end += *end != 0;
     }
+    key.resize(static_cast<std::size_t>(end - key.data()));
     return true;
 }
 
