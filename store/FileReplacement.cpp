@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -28,6 +29,7 @@ constexpr std::string_view temporaryLetters = "abcdefghijklmnopqrstuvwxyz012345"
 constexpr std::size_t temporaryLetterCount = 12;
 constexpr std::size_t longestKeptName = 200;
 constexpr int mostLinks = 40;
+constexpr std::size_t largestWrite = std::size_t{8} << 20;
 constexpr mode_t newFileMode = 0644;
 
 std::error_code lastError() {
@@ -63,10 +65,11 @@ public:
 
     void write(std::string_view bytes) override {
         while (!bytes.empty() && !error_) {
-            ssize_t count = ::write(file_, bytes.data(), bytes.size());
-            if (count > 0)
+            ssize_t count = ::write(file_, bytes.data(), std::min(bytes.size(), largestWrite));
+            if (count > 0) {
                 bytes.remove_prefix(static_cast<std::size_t>(count));
-            else if (count == 0)
+                startWriting(count);
+            } else if (count == 0)
                 error_ = store::error(std::errc::io_error);
             else if (errno != EINTR)
                 error_ = lastError();
@@ -76,7 +79,18 @@ public:
     std::error_code error() const { return error_; }
 
 private:
+    // Lets the disk begin with what is there, so that it is not all left to the end. A hint; what goes wrong, fsync
+    // says.
+    void startWriting(off_t count) {
+        written_ += count;
+        if (written_ - started_ < off_t{largestWrite}) return;
+        sync_file_range(file_, started_, written_ - started_, SYNC_FILE_RANGE_WRITE);
+        started_ = written_;
+    }
+
     int file_;
+    off_t written_ = 0;
+    off_t started_ = 0;
     std::error_code error_;
 };
 
