@@ -6,6 +6,7 @@
 #include "app/Termination.h"
 #include "app/VxmAppDelegate.h"
 #include "resources/Resources.h"
+#include "views/Chrome.h"
 #include "views/Palette.h"
 
 namespace app {
@@ -35,6 +36,7 @@ void prepare() {
 
 int run(QApplication& application, const platform::Device& device) {
     resources::initialize();
+    QApplication::setFont(views::fontWithName(QStringLiteral("Helvetica"), 14));
     quitOnTerminationSignals();
     VxmAppDelegate delegate(device);
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,

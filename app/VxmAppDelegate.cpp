@@ -13,17 +13,19 @@ namespace app {
 
 namespace {
 
-// A screen that is hardly wider than the design is a phone's: the app fills it, as everything there does.
-constexpr int widestPhone = 480;
+// A portrait screen that is hardly wider than the design is a phone's: the app fills it, as everything there does.
+constexpr int widestPhone = 420;
 
 void showOnScreen(QWidget& window, QSize designSize) {
-    const QSize available = window.screen()->availableSize();
-    if (available.width() <= widestPhone && available.width() < available.height()) {
-        window.showMaximized();
+    const QRect available = window.screen()->availableGeometry();
+    const bool isPhone = available.width() <= widestPhone && available.width() < available.height();
+    if (isPhone) {
+        // By its size, not by asking to be maximized: on a bare display nobody would answer.
+        window.setGeometry(available);
     } else {
-        window.resize(designSize.boundedTo(available));
-        window.show();
+        window.resize(designSize.boundedTo(available.size()));
     }
+    window.show();
 }
 
 }  // namespace
