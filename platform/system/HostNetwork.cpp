@@ -2,6 +2,7 @@
 
 #include <QHostInfo>
 #include <QMetaMethod>
+#include <QPointer>
 #include <utility>
 
 #include "platform/system/RouteMonitor.h"
@@ -27,8 +28,11 @@ std::optional<std::uint32_t> HostNetwork::flagsForAddress(const QHostAddress& ad
 }
 
 void HostNetwork::resolveHostName(const QString& name, QObject& receiver, Resolved resolved) {
-    QHostInfo::lookupHost(name, &receiver,
-                          [resolved = std::move(resolved)](const QHostInfo& host) { resolved(host.addresses()); });
+    // Bound to this object, not to the receiver: a lookup whose context goes away is never freed.
+    QHostInfo::lookupHost(name, this,
+                          [receiver = QPointer(&receiver), resolved = std::move(resolved)](const QHostInfo& host) {
+                              if (receiver) resolved(host.addresses());
+                          });
 }
 
 void HostNetwork::connectNotify(const QMetaMethod& signal) {
