@@ -4,6 +4,7 @@
 #include <QColor>
 #include <atomic>
 #include <latch>
+#include <memory>
 #include <thread>
 
 #include "platform/system/DesktopApplicationList.h"
@@ -239,11 +240,11 @@ TEST(Icons, AreLoadedOnSeveralThreads) {
     DesktopApplicationList list({directory.path()}, 1);
     const Announcements announcements(list);
     const auto loadAllOnFourThreads = [&] {
-        std::latch start(4);
+        const auto start = std::make_shared<std::latch>(4);  // the threads outlive this function
         std::vector<std::thread> threads;
         for (int thread = 0; thread < 4; ++thread) {
-            threads.emplace_back([&] {
-                start.arrive_and_wait();
+            threads.emplace_back([&, start] {
+                start->arrive_and_wait();
                 for (int app = 0; app < apps; ++app)
                     EXPECT_FALSE(list.copyIconOfSize(points, identifier(app)).isNull());
             });
