@@ -5,8 +5,8 @@
 #include <limits>
 #include <string>
 
+#include "Values.h"
 #include "store/Scalars.h"
-#include "store/Values.h"
 #include "store/XmlReader.h"
 #include "store/XmlText.h"
 
