@@ -1,0 +1,50 @@
+#include "benchmarks/Peers.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+#include "benchmarks/Figures.h"
+#include "benchmarks/Process.h"
+#include "store/Descriptor.h"
+
+namespace bench {
+
+namespace {
+
+void sync(const std::filesystem::path& file) {
+    const store::Descriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (fsync(descriptor.number()) != 0) throw std::runtime_error("fsync of " + file.string() + " failed");
+}
+
+}  // namespace
+
+void settleDisk() {
+    ::sync();
+}
+
+double copyAndSync(const std::filesystem::path& file) {
+    const std::filesystem::path copy = file.string() + ".copy";
+    settleDisk();
+    const double seconds = secondsOf([&] {
+        run({"cp", file, copy});
+        sync(copy);
+    });
+    std::filesystem::remove(copy);
+    return seconds;
+}
+
+double sortLines(const std::filesystem::path& file) {
+    return secondsOf([&] { run({"sort", "-f", "-o", "/dev/null", file}); });
+}
+
+double countLinesWith(const std::string& text, const std::filesystem::path& file) {
+    return secondsOf([&] { run({"grep", "-icF", "-e", text, file}); });
+}
+
+double utf8FromUtf16(const std::filesystem::path& file) {
+    return secondsOf([&] { run({"iconv", "-f", "UTF-16", "-t", "UTF-8", "-o", "/dev/null", file}); });
+}
+
+}  // namespace bench

@@ -1,0 +1,132 @@
+#include "benchmarks/DeviceFolder.h"
+#include "benchmarks/Format.h"
+#include "benchmarks/Peers.h"
+#include "benchmarks/Texts.h"
+#include "benchmarks/rows/Subjects.h"
+#include "benchmarks/workers/Worker.h"
+
+namespace bench {
+
+namespace {
+
+double sizeOf(const std::filesystem::path& file) {
+    return static_cast<double>(std::filesystem::file_size(file));
+}
+
+std::string of(std::size_t size) {
+    return countText(size) + " rules";
+}
+
+constexpr const char* copyPeer = "cp + fsync of the file";
+
+}  // namespace
+
+Rows measureSwitch(const Conditions& conditions) {
+    DeviceFolder device(conditions.folder);
+    device.putRules(hosts(conditions.size));
+    const std::filesystem::path file = device.globalRules();
+    const Figures figures = medianOfRounds({[&] {
+                                                return runWorker({"switch", device.root()});
+                                            },
+                                            [&] {
+                                                return Figures{{"copy", copyAndSync(file)}};
+                                            },
+                                            [&] {
+                                                return runWorker({"libplist", file});
+                                            }});
+    const std::string work = "change one switch, " + of(conditions.size);
+    const double ours = figures.at("switch");
+    return {{work, copyPeer, Unit::seconds, ours, figures.at("copy"), atMost(3)},
+            {work, "libplist read + write", Unit::seconds, ours, figures.at("libplist"), fasterBy(12)},
+            {work + ": peak memory", "the file's size", Unit::bytes, figures.at("peak"), sizeOf(file), atMost(2.2)}};
+}
+
+Rows measureRuleList(const Conditions& conditions) {
+    DeviceFolder device(conditions.folder);
+    const std::vector<std::string> texts = hosts(conditions.size);
+    device.putRules(texts);
+    const std::filesystem::path file = device.globalRules();
+    const std::filesystem::path lines = conditions.folder / "hosts";
+    writeLines(lines, texts);
+    const Figures figures = medianOfRounds({[&] {
+                                                return runWorker({"rules", device.root()});
+                                            },
+                                            [&] {
+                                                return Figures{{"sort", sortLines(lines)},
+                                                               {"grep", countLinesWith("t", lines)},
+                                                               {"copy", copyAndSync(file)}};
+                                            }});
+    const auto row = [&](const std::string& work, const std::string& peer, const char* ours, const char* theirs,
+                         Goal goal) {
+        return Row{work + ", " + of(conditions.size), peer, Unit::seconds, figures.at(ours), figures.at(theirs), goal};
+    };
+    return {row("open the list, first frame", "sort -f of the hosts", "open", "sort", fasterBy(4)),
+            {"open list: memory, " + of(conditions.size), "the file's size", Unit::bytes, figures.at("resident"),
+             sizeOf(file), atMost(2.5)},
+            row("first keystroke of a search", "grep -icF over the hosts", "keystroke1", "grep", atMost(1)),
+            row("second keystroke of a search", "grep -icF over the hosts", "keystroke2", "grep", atMost(0.3)),
+            row("add a rule", copyPeer, "add", "copy", atMost(4)),
+            row("delete a rule", copyPeer, "delete", "copy", atMost(4)),
+            row("edit a rule", copyPeer, "edit", "copy", atMost(4))};
+}
+
+Rows measureImport(const Conditions& conditions) {
+    DeviceFolder device(conditions.folder);
+    device.putHostList(hosts(conditions.size));
+    const std::filesystem::path file = device.globalRules();
+    const Figures figures = medianOfRounds({[&] {
+                                                device.putRules({});
+                                                return runWorker({"import", device.root()});
+                                            },
+                                            [&] {
+                                                return Figures{{"copy", copyAndSync(file)}};
+                                            }});
+    return {{"import a list of " + countText(conditions.size) + " hosts", "cp + fsync of the result", Unit::seconds,
+             figures.at("import"), figures.at("copy"), atMost(5)}};
+}
+
+Rows measureExport(const Conditions& conditions) {
+    DeviceFolder device(conditions.folder);
+    device.putRules(hosts(conditions.size));
+    const std::filesystem::path file = device.globalRules();
+    const Figures figures = medianOfRounds(
+        {[&] {
+             for (const auto& old : std::filesystem::directory_iterator(device.files().exportDirectory()))
+                 std::filesystem::remove(old);
+             return runWorker({"export", device.root()});
+         },
+         [&] {
+             return Figures{{"copy", copyAndSync(file)}};
+         }});
+    const std::string peer = "cp + fsync of the result";
+    return {{"export the settings, " + of(conditions.size), peer, Unit::seconds, figures.at("export"),
+             figures.at("copy"), atMost(3)},
+            {"import the settings, " + of(conditions.size), peer, Unit::seconds, figures.at("import"),
+             figures.at("copy"), atMost(3)}};
+}
+
+Rows measureGrowth(const Conditions& conditions) {
+    constexpr std::size_t times = 100;
+    DeviceFolder large(conditions.folder / "large");
+    DeviceFolder small(conditions.folder / "small");
+    large.putRules(hosts(conditions.size));
+    small.putRules(hosts(conditions.size / times));
+    const auto measure = [](const DeviceFolder& device, const std::string& size) {
+        Figures figures;
+        for (const char* worker : {"switch", "rules"}) {
+            for (const auto& [name, figure] : runWorker({worker, device.root()})) figures[size + name] = figure;
+        }
+        return figures;
+    };
+    const Figures figures =
+        medianOfRounds({[&] { return measure(large, "large "); }, [&] { return measure(small, "small "); }});
+    Rows rows;
+    for (const std::string name : {"switch", "open", "keystroke1", "add", "delete", "edit"}) {
+        rows.push_back({name + ", time per rule, " + of(conditions.size), "the same, " + of(conditions.size / times),
+                        Unit::seconds, figures.at("large " + name) / static_cast<double>(conditions.size),
+                        figures.at("small " + name) / static_cast<double>(conditions.size / times), atMost(1.3)});
+    }
+    return rows;
+}
+
+}  // namespace bench

@@ -1,0 +1,27 @@
+// The app, up to the first frame that shows its rows.
+#include <QApplication>
+
+#include "app/Run.h"
+#include "benchmarks/FirstFrame.h"
+#include "platform/system/DesktopApplicationList.h"
+#include "platform/system/Device.h"
+#include "platform/system/HostNetwork.h"
+#include "platform/system/SystemNotifyCenter.h"
+
+int main(int argc, char** argv) {
+    if (argc != 3) return 2;
+    app::prepare();
+    QApplication application(argc, argv);
+    const bench::FirstFrame firstFrame("views::VxmAppCell", argv[1]);
+    platform::SystemNotifyCenter notifyCenter;
+    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(argv[2]),
+                                                  application.devicePixelRatio(), argv[2]);
+    platform::HostNetwork network;
+    platform::Device device;
+    device.root = argv[2];
+    device.notifyCenter = &notifyCenter;
+    device.applicationList = &applications;
+    device.network = &network;
+    device.openURL = [](const QUrl&) {};
+    return app::run(application, device);
+}

@@ -1,0 +1,91 @@
+#include <QAbstractButton>
+#include <QLineEdit>
+
+#include "benchmarks/Memory.h"
+#include "benchmarks/workers/App.h"
+#include "benchmarks/workers/Events.h"
+#include "benchmarks/workers/Workers.h"
+#include "platform/ui/SearchDisplayController.h"
+#include "platform/ui/TableView.h"
+#include "platform/ui/ViewController.h"
+
+namespace bench {
+
+namespace {
+
+constexpr int actionSection = 0;
+constexpr int ruleSection = 1;
+constexpr int okButton = 1;
+constexpr const char* ruleCell = "screens::VxmRuleCell";
+
+double openList(App& app) {
+    app.clock().settle();
+    return app.clock().untilPainted(anyOf(ruleCell), [&] { app.tapRow(0, 1); });
+}
+
+void search(App& app, Figures& figures) {
+    QLineEdit* field = app.screen()->view()->findChild<platform::SearchBar*>()->field();
+    tap(*field);
+    field->setFocus();
+    const auto isResult = [&](const QWidget& painted) {
+        return app.table()->isAncestorOf(&painted) && anyOf(ruleCell)(painted);
+    };
+    for (const auto& [name, key] : {std::pair("keystroke1", u't'), std::pair("keystroke2", u'r')}) {
+        app.clock().settle();
+        figures[name] = app.clock().untilPainted(isResult, [&] { type(*field, key); });
+    }
+    app.clock().settle();
+    pressKey(*field, Qt::Key_Escape);
+    app.clock().settle();
+    if (!field->text().isEmpty()) field->clear();
+}
+
+double addRule(App& app) {
+    app.tapRow(actionSection, 0);
+    app.clock().settle();
+    for (const QChar character : QStringLiteral("middle.example.com")) type(*QApplication::focusWidget(), character);
+    return app.untilReplaced(app.device().globalRules(), [&] { app.answer(okButton); });
+}
+
+double deleteRule(App& app) {
+    constexpr platform::IndexPath row{ruleSection, 3};
+    platform::TableView* table = app.table();
+    table->scrollToRow(row);
+    app.clock().settle();
+    const int y = table->rectForRow(row).center().y();
+    QWidget& viewport = *table->viewport();
+    press(viewport, {280, y});
+    for (int x = 260; x >= 100; x -= 20) moveTo(viewport, {x, y});
+    release(viewport, {100, y});
+    app.clock().settle();
+    QWidget* deleteButton = viewport.childAt(295, y);
+    return app.untilReplaced(app.device().globalRules(), [&] { tap(*deleteButton); });
+}
+
+double editRule(App& app) {
+    constexpr platform::IndexPath row{ruleSection, 4};
+    tap(*app.button(QStringLiteral("Edit")));
+    app.table()->scrollToRow(row);
+    app.clock().settle();
+    app.tapRow(row.section, row.row);
+    type(*QApplication::focusWidget(), u'x');
+    return app.untilReplaced(app.device().globalRules(),
+                             [] { pressKey(*QApplication::focusWidget(), Qt::Key_Return); });
+}
+
+}  // namespace
+
+Figures useRuleList(const Arguments& arguments) {
+    App app(arguments.at(0));
+    Figures figures;
+    figures["open"] = openList(app);
+    app.clock().settle();
+    figures["resident"] = residentMemory();
+    search(app, figures);
+    figures["add"] = addRule(app);
+    figures["delete"] = deleteRule(app);
+    figures["edit"] = editRule(app);
+    return figures;
+}
+
+}  // namespace bench

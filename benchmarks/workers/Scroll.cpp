@@ -1,0 +1,131 @@
+#include <QElapsedTimer>
+#include <QScrollBar>
+#include <functional>
+
+#include "benchmarks/workers/App.h"
+#include "benchmarks/workers/Events.h"
+#include "benchmarks/workers/Workers.h"
+#include "platform/ui/AnimationClock.h"
+#include "platform/ui/ScrollThumb.h"
+#include "platform/ui/TableView.h"
+
+namespace bench {
+
+namespace {
+
+// As far as even a hundred rows can be scrolled, there and back.
+constexpr int notches = 28;
+constexpr int pages = 8;
+constexpr int rounds = 5;
+
+// Scrolls the list of an app; gathers what its frames took.
+class Scroller {
+public:
+    explicit Scroller(App& app) : app_(app), table_(*app.table()) {}
+
+    std::vector<double> wheel() {
+        return thereAndBack(notches, [this](bool there) { turnWheel(*table_.viewport(), there ? -1 : 1); });
+    }
+
+    std::vector<double> page() {
+        table_.setFocus();
+        return thereAndBack(pages, [this](bool there) { pressKey(table_, there ? Qt::Key_PageDown : Qt::Key_PageUp); });
+    }
+
+    // Flicks, which go on by themselves.
+    std::vector<double> fling() {
+        platform::AnimationClock::setInstant(false);
+        std::vector<double> frames;
+        for (int round = 0; round < rounds; ++round) {
+            for (const int direction : {-1, 1}) {
+                flick(direction);
+                append(frames, framesWhileMoving());
+            }
+        }
+        platform::AnimationClock::setInstant(true);
+        return frames;
+    }
+
+    // The thumb from end to end, far enough each time that all rows in sight are others.
+    std::vector<double> thumb() {
+        auto& thumb = *table_.findChild<platform::ScrollThumb*>();
+        constexpr int step = 60;
+        const int stops = (table_.height() - thumb.height()) / step;
+        turnWheel(*table_.viewport(), -1);
+        app_.clock().settle();
+        QPoint grip = thumb.rect().center();
+        press(thumb, grip);
+        auto frames = thereAndBack(stops, [&](bool there) { moveTo(thumb, grip + QPoint(0, there ? step : -step)); });
+        release(thumb, grip);
+        return frames;
+    }
+
+private:
+    static void append(std::vector<double>& all, const std::vector<double>& some) {
+        all.insert(all.end(), some.begin(), some.end());
+    }
+
+    std::vector<double> thereAndBack(int steps, const std::function<void(bool there)>& scroll) {
+        std::vector<double> frames;
+        const auto inTable = [this](const QWidget& painted) { return table_.isAncestorOf(&painted); };
+        for (int round = 0; round < rounds; ++round) {
+            for (int at = 0; at < 2 * steps; ++at)
+                frames.push_back(app_.clock().untilPainted(inTable, [&] { scroll(at < steps); }));
+        }
+        return frames;
+    }
+
+    void flick(int direction) {
+        constexpr int stepPoints = 25;
+        constexpr int steps = 6;
+        QWidget& viewport = *table_.viewport();
+        QPoint finger(160, direction < 0 ? 300 : 120);
+        press(viewport, finger);
+        for (int step = 0; step < steps; ++step) {
+            QElapsedTimer timer;
+            timer.start();
+            app_.clock().framesUntil([&] { return timer.elapsed() >= 10; });
+            finger.ry() += direction * stepPoints;
+            moveTo(viewport, finger);
+        }
+        release(viewport, finger);
+    }
+
+    std::vector<double> framesWhileMoving() {
+        constexpr qint64 stoppedMilliseconds = 100;
+        QElapsedTimer resting;
+        resting.start();
+        int offset = table_.contentOffset();
+        return app_.clock().framesUntil([&] {
+            if (offset != table_.contentOffset()) resting.restart();
+            offset = table_.contentOffset();
+            return resting.elapsed() > stoppedMilliseconds;
+        });
+    }
+
+    App& app_;
+    platform::TableView& table_;
+};
+
+}  // namespace
+
+Figures scrollRuleList(const Arguments& arguments) {
+    qputenv("QT_SCALE_FACTOR", arguments.at(1).c_str());
+    App app(arguments.at(0));
+    app.openDenyList();
+    Scroller scroller(app);
+    Figures figures;
+    std::vector<double> all;
+    const std::array<std::pair<const char*, std::vector<double>>, 4> ways{{{"wheel", scroller.wheel()},
+                                                                           {"fling", scroller.fling()},
+                                                                           {"page", scroller.page()},
+                                                                           {"thumb", scroller.thumb()}}};
+    for (const auto& [way, frames] : ways) {
+        figures[way] = median(frames);
+        all.insert(all.end(), frames.begin(), frames.end());
+    }
+    figures["all"] = median(all);
+    return figures;
+}
+
+}  // namespace bench
