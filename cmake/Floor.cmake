@@ -1,10 +1,13 @@
-# vexmor_floor(<target> <folder> [LIBRARY_TYPE] SOURCES ... LINKS ...)
+# vexmor_floor(<target> <folder> SOURCES ... [LINKS ...] [PRIVATE_LINKS ...] [PRECOMPILED widgets])
 #
 # One folder of the house as one library. Its headers are included by their path from the project's root
 # ("store/PropertyList.h"), but only by targets whose link line names it: every floor has an include directory of its
 # own that holds nothing but a link to its folder, so including a floor that is not linked does not compile.
 function(vexmor_floor target folder)
-  cmake_parse_arguments(FLOOR "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  cmake_parse_arguments(FLOOR "" "PRECOMPILED" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  if(NOT FLOOR_PRECOMPILED)
+    set(FLOOR_PRECOMPILED standard)
+  endif()
   set(door ${CMAKE_BINARY_DIR}/floors/${target})
   cmake_path(GET folder PARENT_PATH parent)
   file(MAKE_DIRECTORY ${door}/${parent})
@@ -13,4 +16,5 @@ function(vexmor_floor target folder)
   set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_include_directories(${target} PUBLIC ${door})
   target_link_libraries(${target} PUBLIC ${FLOOR_LINKS} PRIVATE ${FLOOR_PRIVATE_LINKS})
+  vexmor_use_precompiled(${target} ${FLOOR_PRECOMPILED})
 endfunction()

@@ -133,7 +133,7 @@ std::shared_ptr<const DesktopCatalog> DesktopApplicationList::Private::refresh()
     const auto knownTheme = theme;
     guard.unlock();
 
-    const auto freshCatalog = std::make_shared<const DesktopCatalog>(
+    auto freshCatalog = std::make_shared<const DesktopCatalog>(
         readDesktopCatalog(dataDirectories, knownCatalog ? *knownCatalog : DesktopCatalog()));
     const bool themeHasChanged = knownTheme && knownTheme->hasChangedOnDisk();
 

@@ -81,7 +81,7 @@ private:
         if (catalog_.contains(identifier)) return;
         auto entry = known_.value(identifier);
         if (!entry || entry->stamp != stamp || entry->file != path) entry = readDesktopEntry(path, stamp);
-        catalog_.insert(identifier, std::move(entry));
+        catalog_.insert(identifier, entry);
     }
 
     DesktopCatalog& catalog_;

@@ -49,7 +49,7 @@ QString IconTheme::preferredTheme(const fs::path& root) {
     settings.push_back(root / "etc/gtk-3.0/settings.ini");
     for (const fs::path& file : settings) {
         const auto keys = KeyFile::read(file);
-        const QString theme = keys ? keys->string("Settings", "gtk-icon-theme-name") : QString();
+        QString theme = keys ? keys->string("Settings", "gtk-icon-theme-name") : QString();
         if (!theme.isEmpty()) return theme;
     }
     return {};

@@ -13,7 +13,7 @@ namespace {
 constexpr qint64 longestFile = 1 << 20;
 
 QString takeString(gchar* text) {
-    const QString string = QString::fromUtf8(text);
+    QString string = QString::fromUtf8(text);
     g_free(text);
     return string;
 }

@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-struct _GKeyFile;
+struct _GKeyFile;  // NOLINT(bugprone-reserved-identifier): the library's own name
 
 namespace platform {
 

@@ -1,0 +1,1 @@
+// Precompiled headers belong to a target; this one has nothing else.

@@ -1,0 +1,113 @@
+#include "platform/web/EngineView.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QShortcut>
+#include <QWebEngineHistory>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineSettings>
+#include <QWebEngineView>
+#include <algorithm>
+#include <array>
+
+namespace platform {
+
+namespace {
+
+// Whether the address is one of a page, as against one that the system has a program for.
+bool isPage(const QUrl& address) {
+    constexpr std::array schemes{u"http", u"https", u"about", u"data", u"blob"};
+    return std::any_of(schemes.begin(), schemes.end(),
+                       [scheme = address.scheme()](const char16_t* known) { return scheme == QStringView(known); });
+}
+
+}  // namespace
+
+bool EnginePage::acceptNavigationRequest(const QUrl& address, NavigationType, bool) {
+    if (!delegate) return isPage(address);
+    if (!delegate->shouldStartLoadWithRequest(address)) return false;
+    if (isPage(address)) return true;
+    delegate->openURL(address);
+    return false;
+}
+
+EngineView::EngineView(QWidget* parent) : WebView(parent), view_(new QWebEngineView(&page_, this)) {
+    setFocusProxy(view_);
+    view_->setContextMenuPolicy(Qt::NoContextMenu);
+    view_->setAcceptDrops(false);  // a file that is dropped would be a page that nobody linked to
+    page_.settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
+    profile_.setHttpCacheType(QWebEngineProfile::NoCache);
+    auto* escape = new QShortcut(Qt::Key_Escape, this);
+    escape->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(escape, &QShortcut::activated, this, &EngineView::passOnEscape, Qt::QueuedConnection);
+    connect(&page_, &QWebEnginePage::loadingChanged, this, &EngineView::loadingChanged);
+    connect(&page_, &QWebEnginePage::urlChanged, this, &EngineView::urlChanged);
+    connect(&page_, &QWebEnginePage::newWindowRequested, this, &EngineView::openHere);
+}
+
+void EngineView::setBackgroundColor(const QColor& color) {
+    page_.setBackgroundColor(color);
+}
+
+void EngineView::loadRequest(const QUrl& address) {
+    view_->load(address);
+}
+
+void EngineView::stopLoading() {
+    view_->stop();
+}
+
+bool EngineView::canGoBack() const {
+    return page_.history()->canGoBack();
+}
+
+void EngineView::goBack() {
+    view_->back();
+}
+
+void EngineView::resizeEvent(QResizeEvent*) {
+    view_->setGeometry(rect());
+}
+
+// Of the keys that a page has no use for, the engine keeps this one to itself. What it does may be the end of this
+// view, hence the queue in between.
+void EngineView::passOnEscape() {
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QCoreApplication::sendEvent(parentWidget(), &press);
+}
+
+void EngineView::tellStart() {
+    if (page_.delegate) page_.delegate->webViewDidStartLoad();
+}
+
+void EngineView::tellFinish() {
+    if (page_.delegate) page_.delegate->webViewDidFinishLoad();
+}
+
+// The engine reports a load even for a link that it then hands on or that was refused; the page stays, so nothing was
+// loaded.
+void EngineView::loadingChanged(const QWebEngineLoadingInfo& loading) {
+    if (!isPage(loading.url())) return;
+    if (loading.status() == QWebEngineLoadingInfo::LoadStartedStatus) tellStart();
+    if (loading.status() == QWebEngineLoadingInfo::LoadSucceededStatus) tellFinish();
+}
+
+// A step within the page is one in its history as well, without a load.
+void EngineView::urlChanged() {
+    if (page_.isLoading()) return;
+    tellStart();
+    tellFinish();
+}
+
+void EngineView::openHere(const QWebEngineNewWindowRequest& request) {
+    if (!request.isUserInitiated()) return;
+    const QUrl address = request.requestedUrl();
+    if (isPage(address)) {
+        view_->load(address);
+    } else {
+        page_.acceptNavigationRequest(address, QWebEnginePage::NavigationTypeLinkClicked, true);
+    }
+}
+
+}  // namespace platform

@@ -1,0 +1,25 @@
+#include <QLoggingCategory>
+#include <QQuickWindow>
+#include <utility>
+
+#include "platform/web/EngineView.h"
+
+namespace {
+
+// Pages of text need no graphics card: drawn in software they look the same on every machine, and the window keeps its
+// surface when the first page is shown in it. The engine reports at length, and as a warning, that it found no card.
+platform::EngineView* makeFirstView(QWidget* parent) {
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext=false\ndefault.warning=false"));
+    auto* view = new platform::EngineView(parent);
+    QLoggingCategory::setFilterRules({});
+    return view;
+}
+
+}  // namespace
+
+// The module's only door, found by its name; see makeWebView().
+extern "C" Q_DECL_EXPORT platform::WebView* vexmorMakeWebView(QWidget* parent) {
+    static bool isPrepared = false;
+    return std::exchange(isPrepared, true) ? new platform::EngineView(parent) : makeFirstView(parent);
+}
