@@ -49,7 +49,7 @@ private:
                 ascii_.push_back({0, static_cast<std::uint32_t>(offset), place});
             } else {
                 others_.push_back({0, static_cast<std::uint32_t>(otherKeys_.size()), place});
-                otherKeys_.append(order_.sortKey(name).c_str());
+                otherKeys_.append(order_.sortKey(name));
                 otherKeys_.push_back('\0');
             }
         }

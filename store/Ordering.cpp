@@ -99,7 +99,7 @@ bool NameOrder::appendAsciiKey(std::string_view name, std::string& key) const {
             key.resize(size);
             return false;
         }
-        *end = static_cast<char>((*order)[static_cast<std::size_t>(c)]);
+        *end = static_cast<char>((*order)[static_cast<unsigned char>(c)]);
         end += *end != 0;
     }
     key.resize(static_cast<std::size_t>(end - key.data()));
