@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <QShortcut>
 #include <QWebEngineHistory>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineNewWindowRequest>
@@ -38,9 +37,7 @@ EngineView::EngineView(QWidget* parent) : WebView(parent), view_(new QWebEngineV
     view_->setAcceptDrops(false);  // a file that is dropped would be a page that nobody linked to
     page_.settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
     profile_.setHttpCacheType(QWebEngineProfile::NoCache);
-    auto* escape = new QShortcut(Qt::Key_Escape, this);
-    escape->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(escape, &QShortcut::activated, this, &EngineView::passOnEscape, Qt::QueuedConnection);
+    view_->installEventFilter(this);
     connect(&page_, &QWebEnginePage::loadingChanged, this, &EngineView::loadingChanged);
     connect(&page_, &QWebEnginePage::urlChanged, this, &EngineView::urlChanged);
     connect(&page_, &QWebEnginePage::newWindowRequested, this, &EngineView::openHere);
@@ -70,11 +67,16 @@ void EngineView::resizeEvent(QResizeEvent*) {
     view_->setGeometry(rect());
 }
 
-// Of the keys that a page has no use for, the engine keeps this one to itself. What it does may be the end of this
-// view, hence the queue in between.
-void EngineView::passOnEscape() {
-    QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-    QCoreApplication::sendEvent(parentWidget(), &press);
+// Of the keys that a page has no use for, the engine keeps Escape to itself. The widget that has the keyboard is a
+// child of the view, and a new one for every process that the engine draws pages in.
+bool EngineView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ChildAdded) {
+        static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
+    } else if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        QCoreApplication::sendEvent(parentWidget(), event);
+        return true;
+    }
+    return WebView::eventFilter(watched, event);
 }
 
 void EngineView::tellStart() {

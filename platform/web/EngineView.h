@@ -35,10 +35,10 @@ public:
     void goBack() override;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void passOnEscape();
     void tellStart();
     void tellFinish();
     void loadingChanged(const QWebEngineLoadingInfo& loading);
