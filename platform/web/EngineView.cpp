@@ -36,6 +36,7 @@ EngineView::EngineView(QWidget* parent) : WebView(parent), view_(new QWebEngineV
     view_->setContextMenuPolicy(Qt::NoContextMenu);
     view_->setAcceptDrops(false);  // a file that is dropped would be a page that nobody linked to
     page_.settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
+    page_.settings()->setAttribute(QWebEngineSettings::AutoLoadIconsForPage, false);
     profile_.setHttpCacheType(QWebEngineProfile::NoCache);
     view_->installEventFilter(this);
     connect(&page_, &QWebEnginePage::loadingChanged, this, &EngineView::loadingChanged);
