@@ -40,8 +40,9 @@ class TourError(Exception):
 class DrivenSimulator:
     """A running simulator on `device`; pictures go to `pictures`, numbered in the order in which they are taken."""
 
-    def __init__(self, program, device, pictures):
+    def __init__(self, program, device, pictures, arguments=()):
         self.program, self.device, self.pictures = Path(program), Path(device), Path(pictures)
+        self.arguments = arguments
         self.picture_number = 0
         self.children = []
 
@@ -57,6 +58,8 @@ class DrivenSimulator:
                 "XDG_RUNTIME_DIR": str(self.scratch),
                 "LC_ALL": "C.UTF-8",
             }
+            if os.geteuid() == 0:  # the web engine's sandbox cannot be had as root
+                self.environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
             self.start_simulator()
         except BaseException:
             self.__exit__()
@@ -99,8 +102,8 @@ class DrivenSimulator:
 
     def start_simulator(self):
         with open(self.scratch / "output", "wb") as output, open(self.scratch / "errors", "wb") as errors:
-            self.process = self.start(self.program, "--device", self.device, env=self.environment, stdout=output,
-                                      stderr=errors)
+            self.process = self.start(self.program, "--device", self.device, *self.arguments, env=self.environment,
+                                      stdout=output, stderr=errors)
         wait_until(self.find_window, lambda: f"no window appeared: {(self.scratch / 'errors').read_text().strip()}")
         self.xdotool("windowfocus", "--sync", self.window)
         self.settle()
@@ -137,9 +140,13 @@ class DrivenSimulator:
         self.xdotool("type", "--delay", "20", text)
         self.settle()
 
-    def key(self, name):
-        self.xdotool("key", name)
+    def key(self, *names):
+        self.xdotool("key", *names)
         self.settle()
+
+    def replace_text(self, text):
+        self.xdotool("key", "ctrl+a")
+        self.type(text)
 
     def terminate(self):
         """Asks the app to end; returns its exit status."""
