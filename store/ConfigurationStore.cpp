@@ -7,6 +7,7 @@
 #include "store/FileReplacement.h"
 #include "store/PropertyListFile.h"
 #include "store/Schema.h"
+#include "store/SetAside.h"
 
 namespace store {
 
@@ -30,6 +31,18 @@ std::string_view fileName(File file) {
 bool isThere(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::exists(path, ignored);
+}
+
+// A file is missing when the system says so; when it cannot tell, there may be one to lose.
+bool isMissing(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::status(path, ignored).type() == std::filesystem::file_type::not_found;
+}
+
+void keepReplaced(const std::filesystem::path& path) {
+    std::error_code failed;
+    const bool isDamaged = !readDictionary(path, failed) && !failed;
+    setAside(path, isDamaged ? damagedSuffix : previousSuffix);
 }
 
 void addMarker(Dictionary& dictionary) {
@@ -60,23 +73,28 @@ bool ConfigurationStore::exists(File file) const {
 
 bool ConfigurationStore::change(const Writer& writer, const std::function<void(Dictionary&)>& change,
                                 const std::function<void()>& afterWrite) {
-    std::optional<Dictionary> dictionary = read(writer.file);
-    if (!dictionary && writer.whenMissing == WhenMissing::writeNothing) return false;
-    if (!dictionary) dictionary.emplace();
+    std::error_code failed;
+    std::optional<Dictionary> dictionary = readDictionary(path(writer.file), failed);
+    if (!dictionary) {
+        if (failed || writer.whenMissing == WhenMissing::writeNothing) return false;
+        setAside(path(writer.file), damagedSuffix);
+        dictionary.emplace();
+    }
     change(*dictionary);
     if (writer.marker == Marker::add) addMarker(*dictionary);
-    replace(writer.file, *dictionary);
+    writeDictionary(path(writer.file), *dictionary);
     if (afterWrite) afterWrite();
     if (!writer.notification.empty()) notifyCenter_.post(writer.notification);
     return true;
 }
 
 void ConfigurationStore::replace(File file, const Dictionary& dictionary) {
+    keepReplaced(path(file));
     writeDictionary(path(file), dictionary);
 }
 
 void ConfigurationStore::createAppRulesFileIfMissing() {
-    if (!exists(File::appRules)) replace(File::appRules, markerAlone());
+    if (isMissing(path(File::appRules))) writeDictionary(path(File::appRules), markerAlone());
 }
 
 bool ConfigurationStore::isDisabled() const {

@@ -15,8 +15,9 @@ class NotifyCenter;
 // it, write it whole and atomically, tell the engine where it must hear of it. Every change names its row of the
 // writers' table, which settles the file, what happens when there is none, the marker entry and the notification.
 //
-// A file that is missing, or is no property-list dictionary, reads as no dictionary. Failures are silent: a write that
-// fails leaves the old file as it was. Main thread only.
+// A file that is missing, or is no property-list dictionary, reads as no dictionary. A file that is replaced by
+// something not made from it is kept beside it, see SetAside.h. Failures are silent: a write that fails leaves the old
+// file as it was, and a file that the system would not let be read is not changed. Main thread only.
 class ConfigurationStore {
 public:
     // `root` is the file system's root as the app sees it. `notifyCenter` outlives the store. Removes what an earlier
@@ -27,12 +28,12 @@ public:
     bool exists(File file) const;
 
     // The movement. `change` is handed the dictionary just read; when there is none and the writer then writes
-    // nothing, it is not called and nothing is posted. `afterWrite` runs between the write and the notification.
-    // Returns whether `change` was called.
+    // nothing, or when reading failed, it is not called and nothing is posted. `afterWrite` runs between the write and
+    // the notification. Returns whether `change` was called.
     bool change(const Writer& writer, const std::function<void(Dictionary&)>& change,
                 const std::function<void()>& afterWrite = {});
 
-    // Replaces a file whole: no marker entry is added, nothing is posted.
+    // Replaces a file whole and keeps what it held: no marker entry is added, nothing is posted.
     void replace(File file, const Dictionary& dictionary);
 
     // First use: an app rules file with the marker entry alone. One that is there is left as it is, readable or not.
@@ -42,7 +43,8 @@ public:
     bool isDisabled() const;
     void setDisabled(bool disabled);
 
-    // Both rule files become the marker entry alone, app rules first; `afterWrite` runs before the notification.
+    // Both rule files become the marker entry alone, app rules first, and what they held is kept; `afterWrite` runs
+    // before the notification.
     void deleteAllRulesAndSettings(const std::function<void()>& afterWrite = {});
 
     // The application is terminating: posts reload-both.

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string_view>
+#include <system_error>
 
 #include "store/Buffer.h"
 
@@ -17,5 +18,10 @@ std::optional<Buffer> readFile(const std::filesystem::path& path);
 
 // The same, but of a file whose beginning (4 KB, or all of it) is not wanted no more than that is read.
 std::optional<Buffer> readFile(const std::filesystem::path& path, bool (*isWanted)(std::string_view beginning));
+
+// The same, and why there is nothing: `failed` is set when the system would not let the file be read, so that nothing
+// is known of what it holds. It is clear when there is no such file, and when the file is not one to be read.
+std::optional<Buffer> readFile(const std::filesystem::path& path, bool (*isWanted)(std::string_view beginning),
+                               std::error_code& failed);
 
 }  // namespace store

@@ -40,14 +40,6 @@ std::error_code error(std::errc code) {
     return std::make_error_code(code);
 }
 
-std::string temporaryName(const std::string& fileName) {
-    unsigned char random[temporaryLetterCount];
-    std::string name = "." + fileName.substr(0, longestKeptName) + std::string(temporaryInfix);
-    if (getrandom(random, sizeof random, 0) != sizeof random) return {};
-    for (unsigned char byte : random) name.push_back(temporaryLetters[byte % temporaryLetters.size()]);
-    return name;
-}
-
 // The file that a path means once symbolic links at its end are followed. Nothing when they go round in circles.
 std::optional<std::filesystem::path> resolved(std::filesystem::path path) {
     for (int links = 0; links < mostLinks; ++links) {
@@ -199,6 +191,14 @@ std::error_code replaceFile(const std::filesystem::path& path, const std::functi
     std::optional<std::filesystem::path> target = resolved(path);
     if (!target) return error(std::errc::too_many_symbolic_link_levels);
     return Replacement(*target).run(write);
+}
+
+std::string temporaryName(std::string_view fileName) {
+    unsigned char random[temporaryLetterCount];
+    std::string name = "." + std::string(fileName.substr(0, longestKeptName)) + std::string(temporaryInfix);
+    if (getrandom(random, sizeof random, 0) != sizeof random) return {};
+    for (unsigned char byte : random) name.push_back(temporaryLetters[byte % temporaryLetters.size()]);
+    return name;
 }
 
 bool isTemporaryName(std::string_view name) {

@@ -11,7 +11,12 @@
 namespace store {
 
 std::optional<Dictionary> readDictionary(const std::filesystem::path& path) {
-    std::optional<Buffer> file = readFile(path, mayBePropertyList);
+    std::error_code ignored;
+    return readDictionary(path, ignored);
+}
+
+std::optional<Dictionary> readDictionary(const std::filesystem::path& path, std::error_code& failed) {
+    std::optional<Buffer> file = readFile(path, mayBePropertyList, failed);
     if (!file) return std::nullopt;
     ReadResult result = readPropertyList(*file);
     if (auto* dictionary = std::get_if<Dictionary>(&result)) return std::move(*dictionary);

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <system_error>
 
 #include "store/PropertyList.h"
 
@@ -10,6 +11,9 @@ namespace store {
 // A property-list file, read and written whole. A missing file, one that cannot be read and one that holds anything but
 // a dictionary read as no dictionary.
 std::optional<Dictionary> readDictionary(const std::filesystem::path& path);
+
+// The same; `failed` is set when there may well be a dictionary that could only not be read this time.
+std::optional<Dictionary> readDictionary(const std::filesystem::path& path, std::error_code& failed);
 
 // Replaces or creates the file in one step; see replaceFile(). Returns whether that went well; if not, an old file is
 // as it was.

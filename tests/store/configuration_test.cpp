@@ -178,6 +178,97 @@ TEST_F(ConfigurationStoreTest, CarriesWholeFilesInAFile) {
     EXPECT_FALSE(writeDictionary(root / "missing/export.plist", exported));
 }
 
+TEST_F(ConfigurationStoreTest, KeepsWhatItDoesNotBuildOn) {
+    auto flag = [&] { store.change(writers::guiFlag, [](Dictionary& d) { d.set("changed", Value(true)); }); };
+    auto globalSwitch = [&] { store.change(writers::globalSwitch, [](Dictionary& d) { d.set("log", Value(true)); }); };
+    auto list = [&] { store.change(writers::listImport, [](Dictionary& d) { d.set("globalDeny", Value(Array())); }); };
+    auto deleteAll = [&] { store.deleteAllRulesAndSettings(); };
+    auto import = [&] {
+        for (File file : {File::appRules, File::globalRules, File::guiSettings})
+            store.replace(file, dictionaryOf(text("<key>imported</key><true/>")));
+    };
+    const std::string readable = text("<key>a</key><string>mine</string>");
+    const std::string damaged = "<dict><key>cut sh";
+    struct Row {
+        const char* what;
+        std::function<void()> act;
+        File file;
+        std::string before;
+        const char* keptAs;  // none: nothing is kept
+    };
+    const Row table[] = {
+        {"flag", flag, File::guiSettings, readable, none},
+        {"flag, damaged", flag, File::guiSettings, damaged, ".damaged"},
+        {"flag, empty", flag, File::guiSettings, "", ".damaged"},
+        {"global switch", globalSwitch, File::globalRules, readable, none},
+        {"global switch, damaged", globalSwitch, File::globalRules, damaged, ".damaged"},
+        {"list import, damaged", list, File::globalRules, damaged, none},
+        {"delete all", deleteAll, File::appRules, readable, ".previous"},
+        {"delete all, damaged", deleteAll, File::globalRules, damaged, ".damaged"},
+        {"import", import, File::guiSettings, readable, ".previous"},
+        {"import, damaged", import, File::appRules, damaged, ".damaged"},
+    };
+    for (const Row& row : table) {
+        SCOPED_TRACE(row.what);
+        std::filesystem::remove_all(preferences(""));
+        std::filesystem::create_directory(preferences(""));
+        const std::filesystem::path path = store.path(row.file);
+        put(path, row.before);
+        row.act();
+        std::set<std::string> kept;
+        for (const std::string& name : namesIn(preferences("")))
+            if (name.starts_with(path.filename().string()) && name != path.filename()) kept.insert(name);
+        EXPECT_EQ(kept, row.keptAs ? std::set{path.filename().string() + row.keptAs} : std::set<std::string>());
+        if (row.keptAs) {
+            EXPECT_EQ(contentOf(path.string() + row.keptAs), row.before);
+        }
+    }
+}
+
+TEST_F(ConfigurationStoreTest, KeepsOneGenerationInItsOwnFolder) {
+    const std::filesystem::path path = store.path(File::appRules);
+    const std::filesystem::path previous = path.string() + ".previous";
+    auto replaceBy = [&](const char* name) {
+        store.replace(File::appRules, dictionaryOf(text("<key>" + std::string(name) + "</key><true/>")));
+    };
+    put(root / "stranger", "a stranger's");
+    std::filesystem::create_symlink(root / "stranger", previous);
+    replaceBy("first");
+    EXPECT_TRUE(std::filesystem::is_symlink(previous)) << "there was nothing to keep";
+    for (const char* next : {"second", "third"}) {
+        const std::string before = contentOf(path);
+        replaceBy(next);
+        EXPECT_FALSE(std::filesystem::is_symlink(previous));
+        EXPECT_EQ(contentOf(previous), before);
+        EXPECT_EQ(statusOf(previous).st_nlink, 1u);
+    }
+    EXPECT_EQ(contentOf(root / "stranger"), "a stranger's");
+
+    // What is kept is the file itself already, after a replacement that came no further.
+    std::filesystem::remove(previous);
+    std::filesystem::create_hard_link(path, previous);
+    replaceBy("fourth");
+    EXPECT_NE(contentOf(path), contentOf(previous));
+
+    // Nothing is kept in place of a folder, and the file is replaced all the same.
+    std::filesystem::remove(previous);
+    std::filesystem::create_directory(previous);
+    replaceBy("fifth");
+    EXPECT_TRUE(holdsExactly(File::appRules, "<key>fifth</key><true/>"));
+
+    // Where the file is a link, it is what the link leads to that is kept, beside the link.
+    std::filesystem::remove(previous);
+    std::filesystem::create_directory(root / "elsewhere");
+    std::filesystem::rename(path, root / "elsewhere/rules");
+    std::filesystem::create_symlink(root / "elsewhere/rules", path);
+    const std::string before = contentOf(path);
+    replaceBy("sixth");
+    EXPECT_EQ(contentOf(previous), before);
+    EXPECT_EQ(namesIn(root / "elsewhere"), std::set<std::string>{"rules"});
+    EXPECT_EQ(namesIn(preferences("")), (std::set<std::string>{"Vxm", path.filename(), previous.filename()}));
+    EXPECT_TRUE(std::filesystem::is_empty(store.exportDirectory())) << "the export screen lists what is in there";
+}
+
 TEST_F(ConfigurationStoreTest, SweepsLeftoversWhenItStarts) {
     put(preferences(".com.Urmeld.FirewallRules2.plist.vxm-abcdefghijkl"), "half");
     put(store.exportDirectory() / ".VxmSettings.plist.vxm-abcdefghijkl", "half");
