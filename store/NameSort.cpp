@@ -19,6 +19,8 @@ struct Keyed {
 };
 
 constexpr std::size_t step = sizeof Keyed::part;
+// Up to here, comparing names with each other is less work than making what keys are made from.
+constexpr std::size_t fewNames = 1000;
 
 class NameSorter {
 public:
@@ -143,7 +145,12 @@ private:
 
 void sortByName(std::vector<std::uint32_t>& things, const std::function<std::string_view(std::uint32_t)>& nameOf,
                 const NameOrder& order) {
-    NameSorter(things, nameOf, order).sort();
+    if (things.size() > fewNames) {
+        NameSorter(things, nameOf, order).sort();
+    } else {
+        std::stable_sort(things.begin(), things.end(),
+                         [&](std::uint32_t a, std::uint32_t b) { return order.compare(nameOf(a), nameOf(b)) < 0; });
+    }
 }
 
 }  // namespace store

@@ -17,6 +17,9 @@ constexpr int smallBodyHeight = 420;
 constexpr int tallScreenGain = 88;
 constexpr double tallScreenHeight = 568;
 
+constexpr QStringView condensedBold = u"HelveticaNeue-CondensedBold";
+constexpr QStringView light = u"HelveticaNeue-Light";
+
 bool isTallPhone(const QString& model, QSize screen) {
     const bool isPhone = model == u"iPhone" || model == u"iPod";
     return isPhone && std::fabs(double(screen.height()) - tallScreenHeight) < std::numeric_limits<double>::epsilon();
@@ -39,7 +42,7 @@ constexpr std::array fontNames{
     FontName{u"Helvetica", u"Helvetica", u"Regular", QFont::Normal, QFont::Unstretched},
 };
 
-const FontName& lookUp(const QString& name) {
+const FontName& lookUp(QStringView name) {
     for (const FontName& known : fontNames) {
         if (name == QStringView(known.name)) return known;
     }
@@ -51,57 +54,38 @@ const FontName& lookUp(const QString& name) {
 Chrome::Chrome(bool hasHelveticaNeue, const QString& model, QSize screen)
     : hasHelveticaNeue_(hasHelveticaNeue),
       bodyHeight_(smallBodyHeight + (isTallPhone(model, screen) ? tallScreenGain : 0)),
-      windowSize_(screen.width(), std::max(screen.height() - statusBarHeight, barHeight + smallBodyHeight)) {}
-
-QFont Chrome::barTitle() const {
-    return fontWithName(
-        hasHelveticaNeue_ ? QStringLiteral("HelveticaNeue-CondensedBold") : QStringLiteral("Helvetica-Bold"), 20);
-}
-
-QFont Chrome::rowTitle() const {
-    return hasHelveticaNeue_ ? fontWithName(QStringLiteral("HelveticaNeue-CondensedBold"), 15)
-                             : fontWithName(QStringLiteral("Helvetica-Bold"), 14);
-}
-
-QFont Chrome::rowUnderText() const {
-    return fontWithName(hasHelveticaNeue_ ? QStringLiteral("HelveticaNeue-Light") : QStringLiteral("Helvetica"), 13);
-}
-
-QFont Chrome::bigText() const {
-    return fontWithName(QStringLiteral("HelveticaNeue-CondensedBold"), 30);
-}
-
-QFont Chrome::smallText() const {
-    return fontWithName(QStringLiteral("HelveticaNeue-Light"), 15);
-}
-
-QFont Chrome::button() const {
-    return fontWithName(hasHelveticaNeue_ ? QStringLiteral("HelveticaNeue") : QStringLiteral("Helvetica"), 15);
-}
-
-QFont Chrome::helpText() const {
-    return hasHelveticaNeue_ ? fontWithName(QStringLiteral("HelveticaNeue-Light"), 13)
-                             : fontWithName(QStringLiteral("Helvetica"), 12);
-}
-
-QFont fontWithName(const QString& name, int points) {
-    QFont font;
-    if (QFontDatabase::hasFamily(name)) {
-        font.setFamilies({name});
+      windowSize_(screen.width(), std::max(screen.height() - statusBarHeight, barHeight + smallBodyHeight)),
+      bigText_(fontWithName(condensedBold, 30)),
+      smallText_(fontWithName(light, 15)) {
+    if (hasHelveticaNeue) {
+        barTitle_ = fontWithName(condensedBold, 20);
+        rowTitle_ = fontWithName(condensedBold, 15);
+        rowUnderText_ = fontWithName(light, 13);
+        button_ = fontWithName(u"HelveticaNeue", 15);
+        helpText_ = fontWithName(light, 13);
     } else {
-        const FontName& known = lookUp(name);
-        // Liberation Sans has the metrics of the family that the names ask for; the package list installs it.
-        font.setFamilies({QStringView(known.family).toString(), QStringLiteral("Liberation Sans")});
-        font.setWeight(known.weight);
-        font.setStretch(known.stretch);
+        barTitle_ = fontWithName(u"Helvetica-Bold", 20);
+        rowTitle_ = fontWithName(u"Helvetica-Bold", 14);
+        rowUnderText_ = fontWithName(u"Helvetica", 13);
+        button_ = fontWithName(u"Helvetica", 15);
+        helpText_ = fontWithName(u"Helvetica", 12);
     }
+}
+
+QFont fontWithName(QStringView name, int points) {
+    const FontName& known = lookUp(name);
+    QFont font;
+    // Liberation Sans has the metrics of the family that the names ask for; the package list installs it.
+    font.setFamilies({name.toString(), QStringView(known.family).toString(), QStringLiteral("Liberation Sans")});
+    font.setWeight(known.weight);
+    font.setStretch(known.stretch);
     // The phone's points are the screen's device-independent pixels, whatever the desktop's font size.
     font.setPixelSize(points);
     return font;
 }
 
-bool isFontInstalled(const QString& name) {
-    if (QFontDatabase::hasFamily(name)) return true;
+bool isFontInstalled(QStringView name) {
+    if (QFontDatabase::hasFamily(name.toString())) return true;
     const FontName& known = lookUp(name);
     return name == QStringView(known.name) &&
            QFontDatabase::styles(QStringView(known.family).toString()).contains(QStringView(known.style));

@@ -24,26 +24,33 @@ public:
     QSize windowSize() const { return windowSize_; }
 
     // The fonts of the views, by their role; sizes in points.
-    QFont barTitle() const;      // condensed bold 20
-    QFont rowTitle() const;      // condensed bold 15, or bold 14
-    QFont rowUnderText() const;  // light 13
-    QFont bigText() const;       // condensed bold 30
-    QFont smallText() const;     // light 15
-    QFont button() const;        // regular 15
-    QFont helpText() const;      // light 13, or regular 12
+    const QFont& barTitle() const { return barTitle_; }          // condensed bold 20
+    const QFont& rowTitle() const { return rowTitle_; }          // condensed bold 15, or bold 14
+    const QFont& rowUnderText() const { return rowUnderText_; }  // light 13
+    const QFont& bigText() const { return bigText_; }            // condensed bold 30
+    const QFont& smallText() const { return smallText_; }        // light 15
+    const QFont& button() const { return button_; }              // regular 15
+    const QFont& helpText() const { return helpText_; }          // light 13, or regular 12
 
 private:
     bool hasHelveticaNeue_;
     int bodyHeight_;
     QSize windowSize_;
+    QFont barTitle_;
+    QFont rowTitle_;
+    QFont rowUnderText_;
+    QFont bigText_;
+    QFont smallText_;
+    QFont button_;
+    QFont helpText_;
 };
 
 // A font by the platform's name for it ("Helvetica-Bold", "HelveticaNeue-Light"), in points, or the nearest one of a
 // family with the same metrics.
-QFont fontWithName(const QString& name, int points);
+QFont fontWithName(QStringView name, int points);
 
 // Whether a font of exactly this name is installed.
-bool isFontInstalled(const QString& name);
+bool isFontInstalled(QStringView name);
 
 // The rectangle with each of its four values rounded to the nearest whole point, halves away from zero.
 QRect makeRoundedRect(float x, float y, float width, float height);

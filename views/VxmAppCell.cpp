@@ -32,6 +32,7 @@ VxmAppCell::VxmAppCell(const Chrome& chrome, const QString& reuseIdentifier)
 
 void VxmAppCell::setTitleLabelText(const QString& text) {
     titleLabel_->setText(text);
+    titleSize_ = sizeWithFont(text, titleLabel_->font());
     layoutSubviews();
     updateAccessibleName();
 }
@@ -39,6 +40,7 @@ void VxmAppCell::setTitleLabelText(const QString& text) {
 void VxmAppCell::setUnderTextLabelText(const std::optional<QString>& text) {
     underTextLabel_->setVisible(text.has_value());
     underTextLabel_->setText(text.value_or(QString()));
+    underTextSize_ = sizeWithFont(underTextLabel_->text(), underTextLabel_->font());
     layoutSubviews();
     updateAccessibleName();
 }
@@ -46,12 +48,10 @@ void VxmAppCell::setUnderTextLabelText(const std::optional<QString>& text) {
 void VxmAppCell::layoutSubviews() {
     TableViewCell::layoutSubviews();
     const float height = float(contentView()->height());
-    const QSizeF title = sizeWithFont(titleLabel_->text(), titleLabel_->font());
-    titleLabel_->setGeometry(makeRoundedRect(textX, (height - float(title.height()) - titleRise) / 2,
-                                             float(title.width()), float(title.height())));
-    const QSizeF under = sizeWithFont(underTextLabel_->text(), underTextLabel_->font());
-    underTextLabel_->setGeometry(makeRoundedRect(textX, (height - float(under.height())) / 2 + underTextDrop,
-                                                 float(under.width()), float(under.height())));
+    titleLabel_->setGeometry(makeRoundedRect(textX, (height - float(titleSize_.height()) - titleRise) / 2,
+                                             float(titleSize_.width()), float(titleSize_.height())));
+    underTextLabel_->setGeometry(makeRoundedRect(textX, (height - float(underTextSize_.height())) / 2 + underTextDrop,
+                                                 float(underTextSize_.width()), float(underTextSize_.height())));
     const QSize icon = appImageView_->size();
     appImageView_->move(iconCentreX - icon.width() / 2, int(height - float(icon.height())) / 2);
 }

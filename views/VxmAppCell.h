@@ -35,6 +35,8 @@ private:
     QLabel* titleLabel_;
     QLabel* underTextLabel_;
     IconView* appImageView_;
+    QSizeF titleSize_;  // as measured in their fonts
+    QSizeF underTextSize_;
 };
 
 }  // namespace views

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <algorithm>
+#include <future>
 #include <mutex>
 #include <utility>
 
@@ -42,6 +43,8 @@ struct DesktopApplicationList::Private {
     enum class Outcome { kept, known, outdated };
     using IconKey = std::pair<QString, int>;  // identifier, points
 
+    void beginReading();
+    void takeWhatWasRead();
     std::shared_ptr<const DesktopCatalog> refresh();
     Source readSource(const QString& identifier);
     void forgetStaleIcons();
@@ -56,14 +59,21 @@ struct DesktopApplicationList::Private {
     double scale;
     fs::path root;
 
+    std::once_flag firstUse{};
     mutable std::mutex lock{};  // guards all below
     std::shared_ptr<const DesktopCatalog> catalog{};
     std::shared_ptr<const IconTheme> theme{};
     QHash<IconKey, Icon> icons{};
+
+    // The first reading of the catalog, which begins before anybody asks: an app that is starting has other things to
+    // do meanwhile. What changes until it is used is noticed like any later change. Last, so that it ends first.
+    std::future<std::shared_ptr<const DesktopCatalog>> firstReading{};
 };
 
 DesktopApplicationList::DesktopApplicationList(std::vector<fs::path> dataDirectories, double scale, fs::path root)
-    : d_(new Private{.dataDirectories = std::move(dataDirectories), .scale = scale, .root = std::move(root)}) {}
+    : d_(new Private{.dataDirectories = std::move(dataDirectories), .scale = scale, .root = std::move(root)}) {
+    d_->beginReading();
+}
 
 DesktopApplicationList::~DesktopApplicationList() = default;
 
@@ -127,14 +137,26 @@ QImage DesktopApplicationList::copyIconOfSize(int points, const QString& identif
     }
 }
 
+void DesktopApplicationList::Private::beginReading() {
+    firstReading = std::async(std::launch::async, [directories = dataDirectories] {
+        return std::make_shared<const DesktopCatalog>(readDesktopCatalog(directories, DesktopCatalog()));
+    });
+}
+
+void DesktopApplicationList::Private::takeWhatWasRead() {
+    const auto read = firstReading.get();
+    const std::lock_guard guard(lock);
+    catalog = read;
+}
+
 std::shared_ptr<const DesktopCatalog> DesktopApplicationList::Private::refresh() {
+    std::call_once(firstUse, [this] { takeWhatWasRead(); });
     std::unique_lock guard(lock);
     const auto knownCatalog = catalog;
     const auto knownTheme = theme;
     guard.unlock();
 
-    auto freshCatalog = std::make_shared<const DesktopCatalog>(
-        readDesktopCatalog(dataDirectories, knownCatalog ? *knownCatalog : DesktopCatalog()));
+    auto freshCatalog = std::make_shared<const DesktopCatalog>(readDesktopCatalog(dataDirectories, *knownCatalog));
     const bool themeHasChanged = knownTheme && knownTheme->hasChangedOnDisk();
 
     guard.lock();
@@ -162,25 +184,22 @@ void DesktopApplicationList::Private::forgetStaleIcons() {
 }
 
 DesktopApplicationList::Private::Source DesktopApplicationList::Private::source(const QString& identifier) const {
-    return {catalog ? catalog->value(identifier) : nullptr, theme};
+    return {catalog->value(identifier), theme};
 }
 
 // What the identifier's icon is made from now; reads what has not been read yet.
 DesktopApplicationList::Private::Source DesktopApplicationList::Private::readSource(const QString& identifier) {
+    std::call_once(firstUse, [this] { takeWhatWasRead(); });
     std::unique_lock guard(lock);
-    const bool needsCatalog = !catalog;
     const bool needsTheme = !theme;
     guard.unlock();
 
-    std::shared_ptr<const DesktopCatalog> freshCatalog;
     std::shared_ptr<const IconTheme> freshTheme;
-    if (needsCatalog) freshCatalog = std::make_shared<const DesktopCatalog>(readDesktopCatalog(dataDirectories, {}));
     if (needsTheme)
         freshTheme = std::make_shared<const IconTheme>(
             dataDirectories, QStringList{IconTheme::preferredTheme(root), QStringLiteral("Adwaita")});
 
     guard.lock();
-    if (!catalog) catalog = freshCatalog;
     if (!theme) theme = freshTheme;
     return source(identifier);
 }

@@ -56,6 +56,7 @@ protected:
             const auto icon = directory_.writeSvg(std::to_string(app) + ".svg", "lime");
             directory_.writeEntry("app" + std::to_string(app) + ".desktop", "Name=App\nIcon=" + icon.string() + "\n");
         }
+        list_.applicationsFilteredUsingPredicate({});
         queue_.emplace(list_);
     }
 
