@@ -17,6 +17,20 @@ std::string of(std::size_t size) {
     return countText(size) + " rules";
 }
 
+// The list in the order of the file that a person brought: once the app has written it, it is sorted.
+Figures useUnsortedList(DeviceFolder& device, const std::filesystem::path& unsorted) {
+    std::filesystem::copy_file(unsorted, device.globalRules(), std::filesystem::copy_options::overwrite_existing);
+    settleDisk();
+    return runWorker({"rules", device.root()});
+}
+
+// A copy of the rules to begin with, beside the device's own folders.
+std::filesystem::path keepUnsorted(DeviceFolder& device) {
+    std::filesystem::path kept = device.root() / "unsorted.plist";
+    std::filesystem::copy_file(device.globalRules(), kept);
+    return kept;
+}
+
 constexpr const char* copyPeer = "cp + fsync of the file";
 
 }  // namespace
@@ -46,6 +60,7 @@ Rows measureRuleList(const Conditions& conditions) {
     const std::vector<std::string> texts = hosts(conditions.size);
     device.putRules(texts);
     const std::filesystem::path file = device.globalRules();
+    const std::filesystem::path unsorted = keepUnsorted(device);
     const std::filesystem::path lines = conditions.folder / "hosts";
     writeLines(lines, texts);
     const Figures figures = medianOfRounds({[&] {
@@ -111,15 +126,17 @@ Rows measureGrowth(const Conditions& conditions) {
     DeviceFolder small(conditions.folder / "small");
     large.putRules(hosts(conditions.size));
     small.putRules(hosts(conditions.size / times));
-    const auto measure = [](const DeviceFolder& device, const std::string& size) {
+    const auto measure = [](DeviceFolder& device, const std::filesystem::path& unsorted, const std::string& size) {
         Figures figures;
-        for (const char* worker : {"switch", "rules"}) {
-            for (const auto& [name, figure] : runWorker({worker, device.root()})) figures[size + name] = figure;
+        for (const Figures& some : {runWorker({"switch", device.root()}), useUnsortedList(device, unsorted)}) {
+            for (const auto& [name, figure] : some) figures[size + name] = figure;
         }
         return figures;
     };
-    const Figures figures =
-        medianOfRounds({[&] { return measure(large, "large "); }, [&] { return measure(small, "small "); }});
+    const std::filesystem::path largeFile = keepUnsorted(large);
+    const std::filesystem::path smallFile = keepUnsorted(small);
+    const Figures figures = medianOfRounds(
+        {[&] { return measure(large, largeFile, "large "); }, [&] { return measure(small, smallFile, "small "); }});
     Rows rows;
     for (const std::string name : {"switch", "open", "keystroke1", "add", "delete", "edit"}) {
         rows.push_back({name + ", time per rule, " + of(conditions.size), "the same, " + of(conditions.size / times),

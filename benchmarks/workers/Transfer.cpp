@@ -1,6 +1,8 @@
 // Whole lists and whole configurations on their way in and out.
 #include <QAbstractButton>
+#include <algorithm>
 
+#include "benchmarks/Peers.h"
 #include "benchmarks/workers/App.h"
 #include "benchmarks/workers/Events.h"
 #include "benchmarks/workers/Workers.h"
@@ -14,6 +16,13 @@ constexpr int importRow = 1;
 constexpr int importButton = 1;
 constexpr int yesButton = 1;
 constexpr int exportSection = 6;
+
+// Files on their way have other names until they are whole.
+bool isExported(App& app) {
+    const std::filesystem::directory_iterator files(app.device().files().exportDirectory());
+    return std::any_of(begin(files), end(files),
+                       [](const auto& file) { return file.path().filename().string().starts_with("VxmSettings-"); });
+}
 
 }  // namespace
 
@@ -34,10 +43,10 @@ Figures exportAndImportSettings(const Arguments& arguments) {
     app.tapRow(exportSection, 0);
     app.clock().settle();
     Figures figures;
-    const std::filesystem::path folder = app.device().files().exportDirectory();
     QAbstractButton* exportButton = app.button(QStringLiteral("Export"));
-    figures["export"] =
-        app.clock().until([&] { return !std::filesystem::is_empty(folder); }, [&] { tap(*exportButton); });
+    app.clock().settle();
+    settleDisk();
+    figures["export"] = app.clock().until([&] { return isExported(app); }, [&] { tap(*exportButton); });
     app.clock().settle();
     app.tapRow(0, 0);
     // The last of the files that an import replaces.
