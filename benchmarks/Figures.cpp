@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "benchmarks/Machine.h"
+
 namespace bench {
 
 double median(std::vector<double> values) {
@@ -15,6 +17,7 @@ Figures medianOfRounds(const std::vector<Work>& works, int rounds) {
     std::map<std::string, std::vector<double>> measured;
     for (int round = 0; round < rounds; ++round) {
         for (const Work& work : works) {
+            settleMachine();
             for (const auto& [name, figure] : work()) measured[name].push_back(figure);
         }
     }

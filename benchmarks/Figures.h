@@ -15,8 +15,8 @@ inline constexpr int fewestRounds = 5;
 
 double median(std::vector<double> values);
 
-// Does the works in turn, round after round, so that whatever else the machine is doing strikes all of them alike.
-// The median of every figure.
+// Does the works in turn, round after round, so that whatever else the machine is doing strikes all of them alike, and
+// settles the machine before each. The median of every figure.
 Figures medianOfRounds(const std::vector<Work>& works, int rounds = fewestRounds);
 
 double secondsOf(const std::function<void()>& work);

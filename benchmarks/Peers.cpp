@@ -13,23 +13,18 @@ namespace bench {
 
 namespace {
 
-void sync(const std::filesystem::path& file) {
+void syncFile(const std::filesystem::path& file) {
     const store::Descriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC));
     if (fsync(descriptor.number()) != 0) throw std::runtime_error("fsync of " + file.string() + " failed");
 }
 
 }  // namespace
 
-void settleDisk() {
-    ::sync();
-}
-
 double copyAndSync(const std::filesystem::path& file) {
     const std::filesystem::path copy = file.string() + ".copy";
-    settleDisk();
     const double seconds = secondsOf([&] {
         run({"cp", file, copy});
-        sync(copy);
+        syncFile(copy);
     });
     std::filesystem::remove(copy);
     return seconds;

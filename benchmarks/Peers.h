@@ -5,9 +5,6 @@
 
 namespace bench {
 
-// Everything written before is on the disk afterwards, so that nobody's time goes into writing it.
-void settleDisk();
-
 // Seconds of other programs at the nearest work that they know. None of them leaves anything behind.
 double copyAndSync(const std::filesystem::path& file);
 double sortLines(const std::filesystem::path& file);

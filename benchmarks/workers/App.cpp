@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "app/Run.h"
-#include "benchmarks/Peers.h"
+#include "benchmarks/Machine.h"
 #include "benchmarks/workers/Events.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/FixedNetwork.h"
@@ -111,7 +111,7 @@ void App::openSettings() {
 
 double App::untilReplaced(const std::filesystem::path& file, const std::function<void()>& event) {
     clock_.settle();
-    settleDisk();
+    settleMachine();
     const ino_t before = identity(file);
     return clock_.until([&] { return identity(file) != before; }, event);
 }

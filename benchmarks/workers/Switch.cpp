@@ -6,7 +6,6 @@
 
 #include "benchmarks/DeviceFolder.h"
 #include "benchmarks/Memory.h"
-#include "benchmarks/Peers.h"
 #include "benchmarks/workers/Workers.h"
 #include "store/Schema.h"
 
@@ -38,7 +37,6 @@ void turnLogOnWithLibplist(const std::filesystem::path& file, const std::filesys
 
 Figures changeSwitch(const Arguments& arguments) {
     DeviceFolder device(arguments.at(0));
-    settleDisk();
     const double seconds = secondsOf([&] {
         device.files().change(store::writers::globalSwitch,
                               [](store::Dictionary& rules) { rules.set(store::keys::log, store::Value(true)); });
@@ -49,7 +47,6 @@ Figures changeSwitch(const Arguments& arguments) {
 Figures changeWithLibplist(const Arguments& arguments) {
     const std::filesystem::path file = arguments.at(0);
     const std::filesystem::path result = file.string() + ".libplist";
-    settleDisk();
     const double seconds = secondsOf([&] { turnLogOnWithLibplist(file, result); });
     std::filesystem::remove(result);
     return {{"libplist", seconds}};

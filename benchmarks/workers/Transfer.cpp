@@ -2,7 +2,7 @@
 #include <QAbstractButton>
 #include <algorithm>
 
-#include "benchmarks/Peers.h"
+#include "benchmarks/Machine.h"
 #include "benchmarks/workers/App.h"
 #include "benchmarks/workers/Events.h"
 #include "benchmarks/workers/Workers.h"
@@ -45,7 +45,7 @@ Figures exportAndImportSettings(const Arguments& arguments) {
     Figures figures;
     QAbstractButton* exportButton = app.button(QStringLiteral("Export"));
     app.clock().settle();
-    settleDisk();
+    settleMachine();
     figures["export"] = app.clock().until([&] { return isExported(app); }, [&] { tap(*exportButton); });
     app.clock().settle();
     app.tapRow(0, 0);
