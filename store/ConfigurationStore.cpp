@@ -39,10 +39,9 @@ bool isMissing(const std::filesystem::path& path) {
     return std::filesystem::status(path, ignored).type() == std::filesystem::file_type::not_found;
 }
 
+// What could not be read is not known to be good, and must not take the place of what is.
 void keepReplaced(const std::filesystem::path& path) {
-    std::error_code failed;
-    const bool isDamaged = !readDictionary(path, failed) && !failed;
-    setAside(path, isDamaged ? damagedSuffix : previousSuffix);
+    setAside(path, readDictionary(path) ? previousSuffix : damagedSuffix);
 }
 
 void addMarker(Dictionary& dictionary) {

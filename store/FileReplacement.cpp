@@ -14,7 +14,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "store/Descriptor.h"
 #include "store/Sink.h"
@@ -160,21 +159,26 @@ private:
 
     // As far as they may be read and set: some belong to the system.
     void copyAttributes() {
-        std::vector<char> names(
-            attributeSize([&](char* to, std::size_t size) { return llistxattr(target_.c_str(), to, size); }));
-        ssize_t used = llistxattr(target_.c_str(), names.data(), names.size());
-        for (const char* name = names.data(); used > 0 && name < names.data() + used; name += std::strlen(name) + 1) {
-            std::vector<char> value(
-                attributeSize([&](char* to, std::size_t size) { return lgetxattr(target_.c_str(), name, to, size); }));
-            ssize_t size = lgetxattr(target_.c_str(), name, value.data(), value.size());
-            if (size >= 0) fsetxattr(file_.number(), name, value.data(), static_cast<std::size_t>(size), 0);
+        const std::string names =
+            attribute([&](char* to, std::size_t size) { return llistxattr(target_.c_str(), to, size); }).value_or("");
+        for (std::size_t at = 0; at < names.size(); at += std::strlen(names.c_str() + at) + 1) {
+            const char* name = names.c_str() + at;
+            const auto value =
+                attribute([&](char* to, std::size_t size) { return lgetxattr(target_.c_str(), name, to, size); });
+            if (value) fsetxattr(file_.number(), name, value->data(), value->size(), 0);
         }
     }
 
+    // What is asked for first for its size, then for itself. Nothing when either fails.
     template <class Get>
-    static std::size_t attributeSize(Get get) {
-        ssize_t size = get(nullptr, 0);
-        return size > 0 ? static_cast<std::size_t>(size) : 0;
+    static std::optional<std::string> attribute(Get get) {
+        const ssize_t size = get(nullptr, 0);
+        if (size <= 0) return size == 0 ? std::optional<std::string>("") : std::nullopt;
+        std::string value(static_cast<std::size_t>(size), '\0');
+        const ssize_t used = get(value.data(), value.size());
+        if (used < 0) return std::nullopt;
+        value.resize(static_cast<std::size_t>(used));
+        return value;
     }
 
     std::filesystem::path target_;

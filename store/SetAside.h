@@ -7,7 +7,7 @@ namespace store {
 
 // A file that is about to be replaced whole, by something that was not made from it, is kept under a second name: its
 // own with one of these behind it.
-inline constexpr std::string_view damagedSuffix = ".damaged";    // what could not be understood
+inline constexpr std::string_view damagedSuffix = ".damaged";    // what was no dictionary, or could not be read
 inline constexpr std::string_view previousSuffix = ".previous";  // what was there before
 
 // Keeps the regular file that the path leads to under the path with the suffix, in the same folder; one that was kept

@@ -1,0 +1,170 @@
+#include "store/faults/SystemCalls.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+
+namespace faults {
+
+namespace {
+
+Fault waiting;
+int atCall = 0;
+bool isArmed = false;
+Seen seen;
+
+void die() {
+    syscall(SYS_kill, getpid(), SIGKILL);
+}
+
+// Counts a call; the fault, when it is this call's turn.
+Effect next() {
+    if (!isArmed) return Effect::nothing;
+    ++seen.calls;
+    const bool lasts = waiting.effect == Effect::failsFromNow && seen.calls > atCall;
+    return seen.calls == atCall || lasts ? waiting.effect : Effect::nothing;
+}
+
+bool fails(Effect effect) {
+    if (effect == Effect::kills) die();
+    if (effect != Effect::fails && effect != Effect::failsFromNow) return false;
+    seen.fault = true;
+    errno = waiting.error;
+    return true;
+}
+
+template <class... Arguments>
+long call(long number, Arguments... arguments) {
+    return fails(next()) ? -1 : syscall(number, arguments...);
+}
+
+// A call that may do part of its work: `run` does it for a number of bytes.
+template <class Run>
+ssize_t callFor(std::size_t size, Run run) {
+    const Effect effect = next();
+    const bool isShort = effect == Effect::isShort && size > 1;
+    if (isShort) seen.fault = true;
+    if (effect == Effect::kills) run(size / 2);
+    return fails(effect) ? -1 : run(isShort ? size / 2 : size);
+}
+
+}  // namespace
+
+void arm(Fault fault, int at) {
+    waiting = fault;
+    atCall = at;
+    seen = {};
+    isArmed = true;
+}
+
+Seen disarm() {
+    isArmed = false;
+    return seen;
+}
+
+}  // namespace faults
+
+using faults::call;
+using faults::callFor;
+
+extern "C" {
+
+int openat(int folder, const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = flags & O_CREAT ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return int(call(SYS_openat, folder, path, flags, mode));
+}
+int open(const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = flags & O_CREAT ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return int(call(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+ssize_t read(int file, void* to, size_t size) {
+    return callFor(size, [&](size_t part) { return syscall(SYS_read, file, to, part); });
+}
+ssize_t write(int file, const void* from, size_t size) {
+    return callFor(size, [&](size_t part) { return syscall(SYS_write, file, from, part); });
+}
+ssize_t getrandom(void* to, size_t size, unsigned flags) {
+    return callFor(size, [&](size_t part) { return syscall(SYS_getrandom, to, part, flags); });
+}
+// What fails to be closed properly is closed nevertheless.
+int close(int file) {
+    const bool fails = faults::fails(faults::next());
+    const int error = errno;
+    const int result = int(syscall(SYS_close, file));
+    if (fails) errno = error;
+    return fails ? -1 : result;
+}
+int fsync(int) {
+    return faults::fails(faults::next()) ? -1 : 0;
+}
+int sync_file_range(int, off64_t, off64_t, unsigned) {
+    return faults::fails(faults::next()) ? -1 : 0;
+}
+int rename(const char* from, const char* to) noexcept {
+    return int(call(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
+    return int(call(SYS_renameat2, fromFolder, from, toFolder, to, 0));
+}
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
+    return int(call(SYS_linkat, fromFolder, from, toFolder, to, flags));
+}
+int unlinkat(int folder, const char* path, int flags) noexcept {
+    return int(call(SYS_unlinkat, folder, path, flags));
+}
+int unlink(const char* path) noexcept {
+    return int(call(SYS_unlinkat, AT_FDCWD, path, 0));
+}
+int remove(const char* path) noexcept {
+    const int result = int(call(SYS_unlinkat, AT_FDCWD, path, 0));
+    return result != 0 && errno == EISDIR ? int(call(SYS_unlinkat, AT_FDCWD, path, AT_REMOVEDIR)) : result;
+}
+int fchmod(int file, mode_t mode) noexcept {
+    return int(call(SYS_fchmod, file, mode));
+}
+int fchown(int file, uid_t owner, gid_t group) noexcept {
+    return int(call(SYS_fchown, file, owner, group));
+}
+int flock(int file, int operation) noexcept {
+    return int(call(SYS_flock, file, operation));
+}
+int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept {
+    return int(call(SYS_newfstatat, folder, path, status, flags));
+}
+int stat(const char* path, struct stat* status) noexcept {
+    return int(call(SYS_newfstatat, AT_FDCWD, path, status, 0));
+}
+int lstat(const char* path, struct stat* status) noexcept {
+    return int(call(SYS_newfstatat, AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW));
+}
+int fstat(int file, struct stat* status) noexcept {
+    return int(call(SYS_fstat, file, status));
+}
+ssize_t readlink(const char* path, char* to, size_t size) noexcept {
+    return call(SYS_readlinkat, AT_FDCWD, path, to, size);
+}
+ssize_t llistxattr(const char* path, char* to, size_t size) noexcept {
+    return call(SYS_llistxattr, path, to, size);
+}
+ssize_t lgetxattr(const char* path, const char* name, void* to, size_t size) noexcept {
+    return call(SYS_lgetxattr, path, name, to, size);
+}
+int fsetxattr(int file, const char* name, const void* value, size_t size, int flags) noexcept {
+    return int(call(SYS_fsetxattr, file, name, value, size, flags));
+}
+}
