@@ -17,13 +17,20 @@ struct RuleList::Private {
     RuleStorage storage;
     std::vector<Number> rows;          // the entries as they are shown
     std::optional<RuleOrder> order;    // in which the rows are known to be
-    std::optional<SearchBlock> block;  // of the rows; made by the first search since they changed
+    std::optional<SearchBlock> block;  // of the entries by number; made by the first search since a text changed
 
     std::string_view rule(std::size_t row) const { return storage.rule(rows[row]); }
 
-    void changed(std::optional<RuleOrder> newOrder) {
+    void textChanged(std::optional<RuleOrder> newOrder) {
         order = newOrder;
         block.reset();
+    }
+
+    const std::vector<Number>& numbersMatching(std::string_view text) {
+        if (!block)
+            block.emplace(storage.size(), storage.textSize(),
+                          [this](std::size_t each) { return storage.rule(static_cast<Number>(each)); });
+        return block->search(text);
     }
 
     // Equal entries keep their order.
@@ -89,7 +96,7 @@ std::optional<Date> RuleList::date(std::size_t position) const {
 
 void RuleList::sort(RuleOrder by, const NameOrder& order) {
     d_->alphabeticOrDateSort(by, order);
-    d_->changed(by);
+    d_->order = by;
 }
 
 std::size_t RuleList::add(std::string_view rule, Date date, RuleOrder by, const NameOrder& order) {
@@ -98,18 +105,17 @@ std::size_t RuleList::add(std::string_view rule, Date date, RuleOrder by, const 
     auto place = d_->firstBehind(added, by, order);
     auto position = static_cast<std::size_t>(place - d_->rows.begin());
     d_->rows.insert(place, added);
-    d_->changed(by);
+    d_->textChanged(by);
     return position;
 }
 
 void RuleList::replace(std::size_t position, std::string_view rule, Date date) {
     d_->storage.replace(d_->rows[position], rule, date);
-    d_->changed(std::nullopt);
+    d_->textChanged(std::nullopt);
 }
 
 void RuleList::remove(std::size_t position) {
     d_->rows.erase(d_->rows.begin() + static_cast<std::ptrdiff_t>(position));
-    d_->changed(d_->order);
 }
 
 std::vector<std::size_t> RuleList::removeEqual(std::size_t position) {
@@ -118,7 +124,6 @@ std::vector<std::size_t> RuleList::removeEqual(std::size_t position) {
     for (std::size_t row = 0; row < d_->rows.size(); ++row)
         if (d_->storage.areEqual(d_->rows[row], removed)) positions.push_back(row);
     std::erase_if(d_->rows, [&](Number number) { return d_->storage.areEqual(number, removed); });
-    d_->changed(d_->order);
     return positions;
 }
 
@@ -127,8 +132,15 @@ void RuleList::clear() {
 }
 
 std::vector<std::uint32_t> RuleList::search(std::string_view text) const {
-    if (!d_->block) d_->block.emplace(d_->rows.size(), [this](std::size_t row) { return d_->rule(row); });
-    return d_->block->search(text);
+    std::vector<std::uint32_t> positions;
+    const std::vector<Number>& numbers = d_->numbersMatching(text);
+    if (numbers.empty()) return positions;
+    std::vector<bool> isMatch(d_->storage.size());
+    for (Number number : numbers) isMatch[number] = true;
+    positions.reserve(numbers.size());
+    for (std::uint32_t row = 0; row < d_->rows.size(); ++row)
+        if (isMatch[d_->rows[row]]) positions.push_back(row);
+    return positions;
 }
 
 Value RuleList::value() const {

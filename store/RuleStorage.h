@@ -26,6 +26,8 @@ public:
     static RuleStorage read(const Slice& array);
 
     std::size_t size() const { return entries_.size(); }
+    // Bytes of all texts.
+    std::size_t textSize() const { return pool_.size(); }
     std::string_view rule(Number number) const;
     std::optional<Date> date(Number number) const;
     // Later dates are larger; no date is smaller than any.

@@ -4,6 +4,8 @@
 #include <unicode/ustring.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "store/IcuText.h"
@@ -12,15 +14,36 @@ namespace store {
 
 namespace {
 
+constexpr std::size_t wordSize = sizeof(std::uint64_t);
+constexpr std::uint64_t everyByte = 0x0101010101010101;
+constexpr std::uint64_t highBits = 0x80 * everyByte;
+
+// Up to eight characters as one number, the missing ones as NULs.
+std::uint64_t wordAt(std::string_view text, std::size_t at) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data() + at, std::min(wordSize, text.size() - at));
+    return word;
+}
+
+// Eight ASCII characters at once. A sum's high bit tells whether a character is at or above a letter: none carries over
+// into its neighbour.
+std::uint64_t loweredWord(std::uint64_t word) {
+    const std::uint64_t fromA = word + (0x80 - 'A') * everyByte;
+    const std::uint64_t behindZ = word + (0x80 - 'Z' - 1) * everyByte;
+    return word | ((fromA & ~behindZ & highBits) >> 2);
+}
+
 bool isAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+    std::uint64_t all = 0;
+    for (std::size_t at = 0; at < text.size(); at += wordSize) all |= wordAt(text, at);
+    return (all & highBits) == 0;
 }
 
 void appendLoweredAscii(std::string_view text, std::string& block) {
-    std::size_t size = block.size();
-    block.append(text);
-    for (char* c = block.data() + size; c < block.data() + block.size(); ++c)
-        if (*c >= 'A' && *c <= 'Z') *c = static_cast<char>(*c - 'A' + 'a');
+    for (std::size_t at = 0; at < text.size(); at += wordSize) {
+        const std::uint64_t word = loweredWord(wordAt(text, at));
+        block.append(reinterpret_cast<const char*>(&word), std::min(wordSize, text.size() - at));
+    }
 }
 
 std::string loweredAscii(std::string_view text) {

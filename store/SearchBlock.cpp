@@ -15,11 +15,13 @@ constexpr char separator = '\xFF';
 
 }  // namespace
 
-SearchBlock::SearchBlock(std::size_t count, const std::function<std::string_view(std::size_t)>& textOf) {
+SearchBlock::SearchBlock(std::size_t count, std::size_t size,
+                         const std::function<std::string_view(std::size_t)>& textOf) {
+    block_.reserve(size + count);
     begins_.reserve(count + 1);
     begins_.push_back(0);
-    for (std::size_t row = 0; row < count; ++row) {
-        appendLoweredForSearch(textOf(row), block_);
+    for (std::size_t number = 0; number < count; ++number) {
+        appendLoweredForSearch(textOf(number), block_);
         block_.push_back(separator);
         begins_.push_back(block_.size());
     }
@@ -29,7 +31,7 @@ const std::vector<std::uint32_t>& SearchBlock::search(std::string_view text) {
     std::string lowered = loweredForSearch(text);
     bool goesOn = !lastText_.empty() && lowered.starts_with(lastText_);
     if (goesOn)
-        std::erase_if(lastAnswer_, [&](std::uint32_t row) { return !matches(row, lowered); });
+        std::erase_if(lastAnswer_, [&](std::uint32_t number) { return !matches(number, lowered); });
     else
         lastAnswer_ = searchAll(lowered);
     lastText_ = std::move(lowered);
@@ -37,22 +39,23 @@ const std::vector<std::uint32_t>& SearchBlock::search(std::string_view text) {
 }
 
 std::vector<std::uint32_t> SearchBlock::searchAll(std::string_view lowered) const {
-    std::vector<std::uint32_t> rows;
-    if (lowered.empty()) return rows;
+    std::vector<std::uint32_t> numbers;
+    if (lowered.empty()) return numbers;
     const char* from = block_.data();
     const char* end = from + block_.size();
-    std::size_t row = 0;
+    std::size_t number = 0;
     while (const void* found = memmem(from, static_cast<std::size_t>(end - from), lowered.data(), lowered.size())) {
         auto at = static_cast<std::size_t>(static_cast<const char*>(found) - block_.data());
-        while (begins_[row + 1] <= at) ++row;
-        rows.push_back(static_cast<std::uint32_t>(row));
-        from = block_.data() + begins_[row + 1];
+        while (begins_[number + 1] <= at) ++number;
+        numbers.push_back(static_cast<std::uint32_t>(number));
+        from = block_.data() + begins_[number + 1];
     }
-    return rows;
+    return numbers;
 }
 
-bool SearchBlock::matches(std::uint32_t row, std::string_view lowered) const {
-    return memmem(block_.data() + begins_[row], begins_[row + 1] - begins_[row], lowered.data(), lowered.size());
+bool SearchBlock::matches(std::uint32_t number, std::string_view lowered) const {
+    return memmem(block_.data() + begins_[number], begins_[number + 1] - begins_[number], lowered.data(),
+                  lowered.size());
 }
 
 }  // namespace store

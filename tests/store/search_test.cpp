@@ -39,7 +39,7 @@ TEST(Search, MatchesWithoutRegardToCase) {
     };
     for (const Row& row : table) {
         EXPECT_EQ(SearchText(row.text).matches(row.field), row.matches) << row.text << " in " << row.field;
-        SearchBlock block(1, [&](std::size_t) { return row.field; });
+        SearchBlock block(1, 0, [&](std::size_t) { return row.field; });
         EXPECT_EQ(block.search(row.text).size(), row.matches) << row.text << " in " << row.field;
     }
 }
@@ -53,11 +53,18 @@ TEST(Search, LowersTextOfAnyLength) {
     EXPECT_EQ(lowercase(dotted), lowered);
     EXPECT_EQ(lowercase("A\xFF"), "a\uFFFD");
     EXPECT_EQ(lowercase(""), "");
+
+    std::string ascii, plainlyLowered;
+    for (char c = 1; c != '\x7F'; ++c) {
+        ascii.push_back(c);
+        plainlyLowered.push_back(c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c);
+        EXPECT_EQ(loweredForSearch(ascii), plainlyLowered);
+    }
 }
 
 TEST(Search, KeepsTextsApart) {
     const std::string fields[] = {"ab", "cd", "", "abcd"};
-    SearchBlock block(4, [&](std::size_t row) -> std::string_view { return fields[row]; });
+    SearchBlock block(4, 0, [&](std::size_t row) -> std::string_view { return fields[row]; });
     EXPECT_EQ(block.search("bc"), std::vector<std::uint32_t>{3});
     EXPECT_EQ(block.search("b"), (std::vector<std::uint32_t>{0, 3}));
     EXPECT_EQ(block.search("ba"), std::vector<std::uint32_t>());
