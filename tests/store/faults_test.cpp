@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -146,6 +147,17 @@ public:
         process.goOn();
     }
 
+    // What becomes of the change when calls of one number fail, one after the other: whether it was made.
+    std::vector<bool> isMadeWhenFails(long number) {
+        std::vector<bool> made;
+        for (int call = 1; call <= calls_; ++call) {
+            startAnew();
+            OtherProcess process(root_.path(), change_, {Effect::fails, EIO}, call);
+            if (process.madeTheChange().value().faultAt == number) made.push_back(contents() == after_);
+        }
+        return made;
+    }
+
     // Returns at how many calls the fault happened.
     int meet(Fault fault) {
         int points = 0;
@@ -175,7 +187,7 @@ private:
         expectMarked(found, next);
         for (const auto& folder : {next.exportDirectory().parent_path(), next.exportDirectory()})
             for (const std::string& name : namesIn(folder)) EXPECT_FALSE(isTemporaryName(name)) << name;
-        return !seen || seen->fault;
+        return !seen || seen->faultAt != 0;
     }
 
     void expectEntire(const Contents& found) const {
@@ -211,6 +223,22 @@ private:
     Contents after_;
     int calls_ = 0;
 };
+
+// A disk that could not take the new file is believed, even when all its bytes seem to be there.
+TEST(Faults, StopAChangeBeforeTheFileIsInPlace) {
+    ChangeUnderFaults switching(everyChange().front());
+    struct Row {
+        long call;
+        std::vector<bool> isMade;
+    };
+    const Row table[] = {
+        {SYS_write, {false}},
+        {SYS_fsync, {false, true}},        // the file, the folder
+        {SYS_close, {true, false, true}},  // of the old file, of the new one, of the folder
+        {SYS_renameat2, {false}},
+    };
+    for (const Row& row : table) EXPECT_EQ(switching.isMadeWhenFails(row.call), row.isMade) << row.call;
+}
 
 void meetAll(const std::vector<Fault>& faults, bool withManyRules) {
     int points = 0;

@@ -34,27 +34,27 @@ Effect next() {
     return seen.calls == atCall || lasts ? waiting.effect : Effect::nothing;
 }
 
-bool fails(Effect effect) {
+bool fails(Effect effect, long number) {
     if (effect == Effect::kills) die();
     if (effect != Effect::fails && effect != Effect::failsFromNow) return false;
-    seen.fault = true;
+    if (seen.faultAt == 0) seen.faultAt = number;
     errno = waiting.error;
     return true;
 }
 
 template <class... Arguments>
 long call(long number, Arguments... arguments) {
-    return fails(next()) ? -1 : syscall(number, arguments...);
+    return fails(next(), number) ? -1 : syscall(number, arguments...);
 }
 
 // A call that may do part of its work: `run` does it for a number of bytes.
 template <class Run>
-ssize_t callFor(std::size_t size, Run run) {
+ssize_t callFor(long number, std::size_t size, Run run) {
     const Effect effect = next();
     const bool isShort = effect == Effect::isShort && size > 1;
-    if (isShort) seen.fault = true;
+    if (isShort) seen.faultAt = number;
     if (effect == Effect::kills) run(size / 2);
-    return fails(effect) ? -1 : run(isShort ? size / 2 : size);
+    return fails(effect, number) ? -1 : run(isShort ? size / 2 : size);
 }
 
 }  // namespace
@@ -93,27 +93,27 @@ int open(const char* path, int flags, ...) {
     return int(call(SYS_openat, AT_FDCWD, path, flags, mode));
 }
 ssize_t read(int file, void* to, size_t size) {
-    return callFor(size, [&](size_t part) { return syscall(SYS_read, file, to, part); });
+    return callFor(SYS_read, size, [&](size_t part) { return syscall(SYS_read, file, to, part); });
 }
 ssize_t write(int file, const void* from, size_t size) {
-    return callFor(size, [&](size_t part) { return syscall(SYS_write, file, from, part); });
+    return callFor(SYS_write, size, [&](size_t part) { return syscall(SYS_write, file, from, part); });
 }
 ssize_t getrandom(void* to, size_t size, unsigned flags) {
-    return callFor(size, [&](size_t part) { return syscall(SYS_getrandom, to, part, flags); });
+    return callFor(SYS_getrandom, size, [&](size_t part) { return syscall(SYS_getrandom, to, part, flags); });
 }
 // What fails to be closed properly is closed nevertheless.
 int close(int file) {
-    const bool fails = faults::fails(faults::next());
+    const bool fails = faults::fails(faults::next(), SYS_close);
     const int error = errno;
     const int result = int(syscall(SYS_close, file));
     if (fails) errno = error;
     return fails ? -1 : result;
 }
 int fsync(int) {
-    return faults::fails(faults::next()) ? -1 : 0;
+    return faults::fails(faults::next(), SYS_fsync) ? -1 : 0;
 }
 int sync_file_range(int, off64_t, off64_t, unsigned) {
-    return faults::fails(faults::next()) ? -1 : 0;
+    return faults::fails(faults::next(), SYS_sync_file_range) ? -1 : 0;
 }
 int rename(const char* from, const char* to) noexcept {
     return int(call(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));

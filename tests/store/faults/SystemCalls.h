@@ -23,7 +23,7 @@ void arm(Fault fault, int atCall);
 
 struct Seen {
     int calls = 0;
-    bool fault = false;  // whether it happened
+    long faultAt = 0;  // the number that the system has for the call that failed or was cut short; 0: none
 };
 Seen disarm();
 
