@@ -1,15 +1,16 @@
 #pragma once
 
-#include <QColor>
+#include "platform/ui/Palette.h"
 
 namespace views::palette {
 
-// Every colour of the app.
-inline const QColor bar{245, 245, 245};
-inline const QColor ink{98, 111, 111};           // texts
-inline const QColor faintInk{134, 142, 142};     // the rule cell's small label
-inline const QColor quiet{161, 176, 176};        // titles, footer bands, idle icons
-inline const QColor accent{55, 171, 200};        // switches that are on, the one button that matters
-inline const QColor panelShadow{170, 170, 170};  // the platform's light grey
+// The controls' colours are the app's.
+using platform::palette::accent;  // switches that are on, the one button that matters
+using platform::palette::bar;
+using platform::palette::ink;    // texts
+using platform::palette::quiet;  // titles, footer bands, idle icons
+
+inline constexpr QColor faintInk{134, 142, 142};     // the rule cell's small label
+inline constexpr QColor panelShadow{170, 170, 170};  // the platform's light grey
 
 }  // namespace views::palette
