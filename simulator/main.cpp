@@ -55,7 +55,7 @@ std::unique_ptr<platform::Network> makeNetwork(simulator::Network network) {
 
 int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notifyCenter, QApplication& application) {
     platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(options.device),
-                                                  application.devicePixelRatio());
+                                                  application.devicePixelRatio(), options.device);
     const std::unique_ptr<platform::Network> network = makeNetwork(options.network);
     platform::Device device;
     device.root = options.device;
