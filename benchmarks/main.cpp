@@ -1,4 +1,8 @@
 // Measures the app against other programs at the same work, and says where it falls short of its goals.
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -9,6 +13,7 @@
 #include "benchmarks/Table.h"
 #include "benchmarks/rows/Subjects.h"
 #include "benchmarks/workers/Worker.h"
+#include "store/Descriptor.h"
 
 namespace {
 
@@ -33,6 +38,15 @@ void settleEnvironment() {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     setenv("LC_ALL", "C.UTF-8", 1);
     setenv("QT_LOGGING_RULES", "default.warning=false", 1);
+}
+
+// Two that measure at once would measure each other, in the same folder.
+store::Descriptor waitForTurn(const fs::path& lockFile) {
+    store::Descriptor lock(open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644));
+    if (flock(lock.number(), LOCK_EX | LOCK_NB) == 0) return lock;
+    std::cerr << "waiting for another measurement to end\n";
+    flock(lock.number(), LOCK_EX);
+    return lock;
 }
 
 bench::Rows measure(const bench::Subject& subject, const bench::Conditions& conditions) {
@@ -77,6 +91,7 @@ int main(int argc, char** argv) {
     }
 
     const fs::path build = bench::programFolder().parent_path();
+    const store::Descriptor turn = waitForTurn(build / "bench.lock");
     const bench::Rows rows = measureAll(options, build / "bench-device");
     bench::printTable(std::cout, rows);
     std::ofstream json(build / "bench.json");
