@@ -18,13 +18,6 @@ constexpr std::size_t wordSize = sizeof(std::uint64_t);
 constexpr std::uint64_t everyByte = 0x0101010101010101;
 constexpr std::uint64_t highBits = 0x80 * everyByte;
 
-// Up to eight characters as one number, the missing ones as NULs.
-std::uint64_t wordAt(std::string_view text, std::size_t at) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, text.data() + at, std::min(wordSize, text.size() - at));
-    return word;
-}
-
 // Eight ASCII characters at once. A sum's high bit tells whether a character is at or above a letter: none carries over
 // into its neighbour.
 std::uint64_t loweredWord(std::uint64_t word) {
@@ -33,17 +26,36 @@ std::uint64_t loweredWord(std::uint64_t word) {
     return word | ((fromA & ~behindZ & highBits) >> 2);
 }
 
+// Hands out a text as numbers of eight characters; what is left at the end is filled up with NULs.
+template <typename Char, typename Visit>
+void visitWords(Char* text, std::size_t size, Visit visit) {
+    std::uint64_t word;
+    for (; size >= wordSize; text += wordSize, size -= wordSize) {
+        std::memcpy(&word, text, wordSize);
+        visit(word, text, wordSize);
+    }
+    if (size == 0) return;
+    word = 0;
+    std::memcpy(&word, text, size);
+    visit(word, text, size);
+}
+
 bool isAscii(std::string_view text) {
     std::uint64_t all = 0;
-    for (std::size_t at = 0; at < text.size(); at += wordSize) all |= wordAt(text, at);
+    visitWords(text.data(), text.size(), [&](std::uint64_t word, const char*, std::size_t) { all |= word; });
     return (all & highBits) == 0;
 }
 
 void appendLoweredAscii(std::string_view text, std::string& block) {
-    for (std::size_t at = 0; at < text.size(); at += wordSize) {
-        const std::uint64_t word = loweredWord(wordAt(text, at));
-        block.append(reinterpret_cast<const char*>(&word), std::min(wordSize, text.size() - at));
-    }
+    const std::size_t begin = block.size();
+    block.append(text);
+    visitWords(block.data() + begin, text.size(), [](std::uint64_t word, char* to, std::size_t size) {
+        word = loweredWord(word);
+        if (size == wordSize)
+            std::memcpy(to, &word, wordSize);
+        else
+            std::memcpy(to, &word, size);
+    });
 }
 
 std::string loweredAscii(std::string_view text) {

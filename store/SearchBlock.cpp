@@ -23,7 +23,7 @@ SearchBlock::SearchBlock(std::size_t count, std::size_t size,
     for (std::size_t number = 0; number < count; ++number) {
         appendLoweredForSearch(textOf(number), block_);
         block_.push_back(separator);
-        begins_.push_back(block_.size());
+        begins_.push_back(static_cast<std::uint32_t>(block_.size()));
     }
 }
 

@@ -25,7 +25,7 @@ private:
     bool matches(std::uint32_t number, std::string_view lowered) const;
 
     std::string block_;
-    std::vector<std::size_t> begins_;  // of each text in the block, and where the next one would be
+    std::vector<std::uint32_t> begins_;  // of each text in the block, and where the next one would be
     std::string lastText_;
     std::vector<std::uint32_t> lastAnswer_;
 };
