@@ -143,7 +143,7 @@ Rows measureGrowth(const Conditions& conditions) {
     const Figures figures = medianOfRounds(
         {[&] { return measure(large, largeFile, "large "); }, [&] { return measure(small, smallFile, "small "); }});
     Rows rows;
-    for (const std::string name : {"switch", "open", "keystroke1", "add", "delete", "edit"}) {
+    for (const std::string name : {"switch", "open", "keystroke1", "keystroke2", "add", "delete", "edit"}) {
         rows.push_back({name + ", time per rule, " + of(conditions.size), "the same, " + of(conditions.size / times),
                         Unit::seconds, figures.at("large " + name) / static_cast<double>(conditions.size),
                         figures.at("small " + name) / static_cast<double>(conditions.size / times), atMost(1.3)});
