@@ -1,9 +1,8 @@
 #include <QApplication>
-#include <QDesktopServices>
 #include <QScreen>
-#include <QUrl>
 
 #include "app/Run.h"
+#include "platform/system/DesktopAddress.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
 #include "platform/system/HostNetwork.h"
@@ -23,20 +22,20 @@ QSize deviceScreen(const QScreen& real) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories("/"));
     app::prepare();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vexmor"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.urmeld.Vexmor"));
 
     platform::SystemNotifyCenter notifyCenter;
-    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories("/"),
-                                                  application.devicePixelRatio());
+    applications.setScale(application.devicePixelRatio());
     platform::HostNetwork network;
     platform::Device device;
     device.notifyCenter = &notifyCenter;
     device.applicationList = &applications;
     device.network = &network;
-    device.openURL = [](const QUrl& address) { QDesktopServices::openUrl(address); };
+    device.openURL = platform::openOnDesktop;
     device.screen = deviceScreen(*QGuiApplication::primaryScreen());
     return app::run(application, device);
 }

@@ -10,12 +10,12 @@
 
 int main(int argc, char** argv) {
     if (argc != 3) return 2;
+    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(argv[2]), argv[2]);
     app::prepare();
     QApplication application(argc, argv);
     const bench::FirstFrame firstFrame("views::VxmAppCell", argv[1]);
     platform::SystemNotifyCenter notifyCenter;
-    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(argv[2]),
-                                                  application.devicePixelRatio(), argv[2]);
+    applications.setScale(application.devicePixelRatio());
     platform::HostNetwork network;
     platform::Device device;
     device.root = argv[2];

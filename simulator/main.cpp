@@ -53,9 +53,12 @@ std::unique_ptr<platform::Network> makeNetwork(simulator::Network network) {
     return std::make_unique<platform::HostNetwork>();
 }
 
-int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notifyCenter, QApplication& application) {
+int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notifyCenter, int& argc, char** argv) {
     platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(options.device),
-                                                  application.devicePixelRatio(), options.device);
+                                                  options.device);
+    app::prepare();
+    QApplication application(argc, argv);
+    applications.setScale(application.devicePixelRatio());
     const std::unique_ptr<platform::Network> network = makeNetwork(options.network);
     platform::Device device;
     device.root = options.device;
@@ -84,7 +87,5 @@ int main(int argc, char** argv) {
     simulator::PrintingNotifyCenter notifyCenter(systemCenter);
     if (const auto problem = prepare(options.device, notifyCenter)) return refuse(*problem);
 
-    app::prepare();
-    QApplication application(argc, argv);
-    return runOn(options, notifyCenter, application);
+    return runOn(options, notifyCenter, argc, argv);
 }

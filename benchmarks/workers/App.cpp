@@ -3,10 +3,10 @@
 #include <sys/stat.h>
 
 #include <QAbstractButton>
+#include <QElapsedTimer>
 #include <stdexcept>
 
 #include "app/Run.h"
-#include "benchmarks/Machine.h"
 #include "benchmarks/workers/Events.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/FixedNetwork.h"
@@ -51,9 +51,9 @@ App::App(const std::string& deviceFolder)
     : folder_(deviceFolder),
       application_(argumentCount(), arguments()),
       applications_(std::make_unique<platform::DesktopApplicationList>(
-          platform::DesktopApplicationList::dataDirectories(deviceFolder), application_.devicePixelRatio(),
-          deviceFolder)),
+          platform::DesktopApplicationList::dataDirectories(deviceFolder), deviceFolder)),
       network_(std::make_unique<platform::FixedNetwork>(platform::FixedNetwork::Kind::wifi)) {
+    applications_->setScale(application_.devicePixelRatio());
     platform::AnimationClock::setInstant(true);
     device_.root = deviceFolder;
     device_.notifyCenter = &notifyCenter_;
@@ -93,6 +93,22 @@ void App::tapRow(int section, int row) {
     tap(*shown->viewport(), shown->rectForRow({section, row}).center());
 }
 
+void App::flick(int direction) {
+    constexpr int stepPoints = 25;
+    constexpr int steps = 6;
+    QWidget& viewport = *table()->viewport();
+    QPoint finger(160, direction < 0 ? 300 : 120);
+    press(viewport, finger);
+    for (int step = 0; step < steps; ++step) {
+        QElapsedTimer timer;
+        timer.start();
+        clock_.framesUntil([&] { return timer.elapsed() >= 10; });
+        finger.ry() += direction * stepPoints;
+        moveTo(viewport, finger);
+    }
+    release(viewport, finger);
+}
+
 void App::answer(int button) {
     const auto alerts = platform::AlertView::shownIn(window());
     if (alerts.isEmpty()) throw std::runtime_error("nobody asked");
@@ -111,7 +127,6 @@ void App::openSettings() {
 
 double App::untilReplaced(const std::filesystem::path& file, const std::function<void()>& event) {
     clock_.settle();
-    settleMachine();
     const ino_t before = identity(file);
     return clock_.until([&] { return identity(file) != before; }, event);
 }

@@ -13,7 +13,7 @@ class QAbstractButton;
 
 namespace platform {
 class AlertView;
-class ApplicationList;
+class DesktopApplicationList;
 class FixedNetwork;
 class TableView;
 class ViewController;
@@ -38,6 +38,8 @@ public:
     QAbstractButton* button(const QString& name) const;
 
     void tapRow(int section, int row);
+    // Throws the table's rows up (-1) or down (1) with a finger.
+    void flick(int direction);
     // Answers the alert on top.
     void answer(int button);
 
@@ -53,7 +55,7 @@ private:
     QApplication application_;
     FrameClock clock_;
     SilentNotifyCenter notifyCenter_;
-    std::unique_ptr<platform::ApplicationList> applications_;
+    std::unique_ptr<platform::DesktopApplicationList> applications_;
     std::unique_ptr<platform::FixedNetwork> network_;
     platform::Device device_;
     std::unique_ptr<app::VxmAppDelegate> delegate_;

@@ -23,6 +23,7 @@ FrameClock::FrameClock() {
 }
 
 bool FrameClock::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == disregarded_) return false;
     hadEvents_ = true;
     if (event->type() != QEvent::Paint || !watched->isWidgetType()) return false;
     hasPainted_ = true;

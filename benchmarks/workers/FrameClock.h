@@ -24,6 +24,8 @@ public:
     std::vector<double> framesUntil(const std::function<bool()>& isDone);
     // Until nothing has happened for a moment.
     void settle();
+    // What happens to this object counts as nothing.
+    void disregard(const QObject& object) { disregarded_ = &object; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -33,6 +35,7 @@ private:
     double step();
 
     IsShown isShown_;
+    const QObject* disregarded_ = nullptr;
     bool hadEvents_ = false;
     bool hasPainted_ = false;
     bool hasShown_ = false;

@@ -56,8 +56,8 @@ struct DesktopApplicationList::Private {
     fs::path absoluteIconFile(const fs::path& path) const;
 
     std::vector<fs::path> dataDirectories;
-    double scale;
     fs::path root;
+    double scale = 1;
 
     std::once_flag firstUse{};
     mutable std::mutex lock{};  // guards all below
@@ -70,12 +70,16 @@ struct DesktopApplicationList::Private {
     std::future<std::shared_ptr<const DesktopCatalog>> firstReading{};
 };
 
-DesktopApplicationList::DesktopApplicationList(std::vector<fs::path> dataDirectories, double scale, fs::path root)
-    : d_(new Private{.dataDirectories = std::move(dataDirectories), .scale = scale, .root = std::move(root)}) {
+DesktopApplicationList::DesktopApplicationList(std::vector<fs::path> dataDirectories, fs::path root)
+    : d_(new Private{.dataDirectories = std::move(dataDirectories), .root = std::move(root)}) {
     d_->beginReading();
 }
 
 DesktopApplicationList::~DesktopApplicationList() = default;
+
+void DesktopApplicationList::setScale(double scale) {
+    d_->scale = scale;
+}
 
 std::vector<fs::path> DesktopApplicationList::dataDirectories(const fs::path& root) {
     std::vector<fs::path> directories;

@@ -22,11 +22,15 @@ namespace platform {
 class DesktopApplicationList : public ApplicationList {
     Q_OBJECT
 public:
-    // `dataDirectories` in order of precedence; `scale` is the screen's device pixels per point. An absolute path that
-    // an entry names as its icon, and the desktop's settings, lie below `root`.
-    DesktopApplicationList(std::vector<std::filesystem::path> dataDirectories, double scale,
-                           std::filesystem::path root = "/");
+    // `dataDirectories` in order of precedence. An absolute path that an entry names as its icon, and the desktop's
+    // settings, lie below `root`. Begins to read the entries on a thread of its own, so make it before anything that
+    // takes its time, the application object included.
+    explicit DesktopApplicationList(std::vector<std::filesystem::path> dataDirectories,
+                                    std::filesystem::path root = "/");
     ~DesktopApplicationList() override;
+
+    // The screen's device pixels per point, to be said before the first icon is asked for; otherwise 1.
+    void setScale(double scale);
 
     // The data directories below a file system root. For "/" those of the environment (XDG Base Directory
     // Specification 0.8: XDG_DATA_HOME, XDG_DATA_DIRS), Flatpak's and Snap's exports included; for any other root its

@@ -13,7 +13,7 @@ public:
 
     explicit FixedNetwork(Kind kind, QObject* parent = nullptr);
 
-    std::optional<std::uint32_t> flagsForAddress(const QHostAddress& address) override;
+    std::optional<std::uint32_t> flagsForAddress(const HostAddress& address) override;
     void resolveHostName(const QString& name, QObject& receiver, Resolved resolved) override;
 
 private:

@@ -1,22 +1,44 @@
 #include "platform/system/HostNetwork.h"
 
-#include <QHostInfo>
 #include <QMetaMethod>
 #include <QPointer>
+#include <mutex>
 #include <utility>
 
+#include "platform/system/HostLookup.h"
 #include "platform/system/RouteMonitor.h"
 #include "platform/system/Routes.h"
 
 namespace platform {
 
-HostNetwork::HostNetwork(QObject* parent) : Network(parent) {}
+// Where other threads leave what the main thread is to do, as long as there is somebody to do it.
+class Mailbox {
+public:
+    explicit Mailbox(QObject& owner) : owner_(&owner) {}
 
-HostNetwork::~HostNetwork() = default;
+    void post(std::function<void()> work) {
+        const std::lock_guard guard(lock_);
+        if (owner_) QMetaObject::invokeMethod(owner_, std::move(work), Qt::QueuedConnection);
+    }
+    void close() {
+        const std::lock_guard guard(lock_);
+        owner_ = nullptr;
+    }
 
-std::optional<std::uint32_t> HostNetwork::flagsForAddress(const QHostAddress& address) {
+private:
+    std::mutex lock_;
+    QObject* owner_;
+};
+
+HostNetwork::HostNetwork(QObject* parent) : Network(parent), mailbox_(std::make_shared<Mailbox>(*this)) {}
+
+HostNetwork::~HostNetwork() {
+    mailbox_->close();
+}
+
+std::optional<std::uint32_t> HostNetwork::flagsForAddress(const HostAddress& address) {
     using enum RouteAnswer::Kind;
-    const RouteAnswer answer = address == QHostAddress::AnyIPv4 ? defaultRoute() : routeTo(address);
+    const RouteAnswer answer = address == HostAddress::anyIPv4() ? defaultRoute() : routeTo(address);
     if (answer.kind == unknown) return {};
     if (answer.kind == noRoute) return 0;
     std::uint32_t flags = reachability::reachable;
@@ -28,11 +50,13 @@ std::optional<std::uint32_t> HostNetwork::flagsForAddress(const QHostAddress& ad
 }
 
 void HostNetwork::resolveHostName(const QString& name, QObject& receiver, Resolved resolved) {
-    // Bound to this object, not to the receiver: a lookup whose context goes away is never freed.
-    QHostInfo::lookupHost(name, this,
-                          [receiver = QPointer(&receiver), resolved = std::move(resolved)](const QHostInfo& host) {
-                              if (receiver) resolved(host.addresses());
-                          });
+    // Only the main thread may look at a QPointer; the other one but hands it on.
+    auto tell = [receiver = QPointer(&receiver), resolved = std::move(resolved)](const QList<HostAddress>& addresses) {
+        if (receiver) resolved(addresses);
+    };
+    lookUpHost(name, [mailbox = mailbox_, tell = std::move(tell)](const QList<HostAddress>& addresses) {
+        mailbox->post([tell, addresses] { tell(addresses); });
+    });
 }
 
 void HostNetwork::connectNotify(const QMetaMethod& signal) {

@@ -7,6 +7,7 @@
 namespace platform {
 
 class RouteMonitor;
+class Mailbox;
 
 // The network of the machine, as the kernel's routing tables have it: a route means reachable, a route without a
 // gateway direct, a cellular device the cellular network. A route over a link that is down leads nowhere. The internet
@@ -17,7 +18,7 @@ public:
     explicit HostNetwork(QObject* parent = nullptr);
     ~HostNetwork() override;
 
-    std::optional<std::uint32_t> flagsForAddress(const QHostAddress& address) override;
+    std::optional<std::uint32_t> flagsForAddress(const HostAddress& address) override;
     void resolveHostName(const QString& name, QObject& receiver, Resolved resolved) override;
 
 protected:
@@ -25,6 +26,7 @@ protected:
 
 private:
     std::unique_ptr<RouteMonitor> monitor_;  // once somebody has connected to changed()
+    std::shared_ptr<Mailbox> mailbox_;
 };
 
 }  // namespace platform

@@ -26,6 +26,8 @@ public:
     int integer(const char* group, const char* key, int otherwise) const;
 
 private:
+    bool has(const char* group, const char* key) const;
+
     struct Release {
         void operator()(_GKeyFile* file) const;
     };

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QHostAddress>
 #include <QList>
 #include <QObject>
 #include <cstdint>
 #include <functional>
 #include <optional>
+
+#include "platform/system/HostAddress.h"
 
 namespace platform {
 
@@ -30,9 +31,9 @@ public:
 
     // Bits of `reachability`, none of them when nothing leads to the address; nothing when it cannot be told. The
     // address 0.0.0.0 stands for the internet in general. Answers at once.
-    virtual std::optional<std::uint32_t> flagsForAddress(const QHostAddress& address) = 0;
+    virtual std::optional<std::uint32_t> flagsForAddress(const HostAddress& address) = 0;
 
-    using Resolved = std::function<void(const QList<QHostAddress>& addresses)>;
+    using Resolved = std::function<void(const QList<HostAddress>& addresses)>;
 
     // Looks the name up in the background and then calls `resolved`, with no address when there is none; not when
     // `receiver` is gone by then. Never calls before it returns.

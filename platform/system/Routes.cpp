@@ -4,7 +4,6 @@
 #include <linux/if_arp.h>
 #include <linux/rtnetlink.h>
 
-#include <QtEndian>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -120,23 +119,14 @@ RouteAnswer ask(Request& request, Accepts accepts) {
 
 }  // namespace
 
-RouteAnswer routeTo(const QHostAddress& address) {
+RouteAnswer routeTo(const HostAddress& address) {
     // Answered by one message, without a last one that says so; hence the wish for an acknowledgement.
     Request request(RTM_GETROUTE, NLM_F_ACK);
     auto& header = request.add<rtmsg>();
     header.rtm_flags = RTM_F_FIB_MATCH;  // the entry itself, not only where it leads
-    bool isIPv4 = false;
-    const quint32 plain = address.toIPv4Address(&isIPv4);
-    if (isIPv4) {
-        header.rtm_family = AF_INET;
-        header.rtm_dst_len = 32;
-        mnl_attr_put_u32(&request.header(), RTA_DST, qToBigEndian(plain));
-    } else {
-        const Q_IPV6ADDR bytes = address.toIPv6Address();
-        header.rtm_family = AF_INET6;
-        header.rtm_dst_len = 128;
-        mnl_attr_put(&request.header(), RTA_DST, sizeof(bytes.c), bytes.c);
-    }
+    header.rtm_family = address.isIPv4() ? AF_INET : AF_INET6;
+    header.rtm_dst_len = static_cast<unsigned char>(address.size() * 8);
+    mnl_attr_put(&request.header(), RTA_DST, address.size(), address.bytes());
     return ask(request, [](const Route&) { return true; });
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QHostAddress>
+#include "platform/system/HostAddress.h"
 
 namespace platform {
 
@@ -17,7 +17,7 @@ struct RouteAnswer {
 };
 
 // The route that packets to the address take now. The kernel answers at once. Any thread.
-RouteAnswer routeTo(const QHostAddress& address);
+RouteAnswer routeTo(const HostAddress& address);
 
 // The preferred default route: of IPv4, or of IPv6 when that has none.
 RouteAnswer defaultRoute();

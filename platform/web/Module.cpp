@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QLoggingCategory>
 #include <QQuickWindow>
 #include <utility>
@@ -6,11 +7,19 @@
 
 namespace {
 
+// Left to itself the engine keeps its pages from screen readers. It asks for its options once, as it starts.
+void letAssistanceIn() {
+    if (!QAccessible::isActive()) return;
+    constexpr auto options = "QTWEBENGINE_CHROMIUM_FLAGS";
+    qputenv(options, qgetenv(options) + " --force-renderer-accessibility");
+}
+
 // Pages of text need no graphics card: drawn in software they look the same on every machine, and the window keeps its
 // surface when the first page is shown in it. The engine reports at length, and as a warning, that it found no card.
 platform::EngineView* makeFirstView(QWidget* parent) {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext=false\ndefault.warning=false"));
+    letAssistanceIn();
     auto* view = new platform::EngineView(parent);
     QLoggingCategory::setFilterRules({});
     return view;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "store/FileReplacement.h"
+#include "store/Temporaries.h"
 
 namespace screens {
 

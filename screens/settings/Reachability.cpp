@@ -8,7 +8,7 @@ namespace screens {
 
 namespace flag = platform::reachability;
 
-Reachability::Reachability(platform::Network& network, QList<QHostAddress> addresses, QString hostName)
+Reachability::Reachability(platform::Network& network, QList<platform::HostAddress> addresses, QString hostName)
     : network_(network), hostName_(std::move(hostName)), addresses_(std::move(addresses)) {
     if (!hostName_.isEmpty()) resolveHostName();
 }
@@ -19,24 +19,24 @@ Reachability::~Reachability() {
 
 std::unique_ptr<Reachability> Reachability::reachabilityWithHostName(platform::Network& network,
                                                                      const QString& hostName) {
-    const QHostAddress address(hostName);
+    const platform::HostAddress address(hostName);
     if (!address.isNull()) return reachabilityWithAddress(network, address);
     if (hostName.isEmpty()) return nullptr;
     return std::unique_ptr<Reachability>(new Reachability(network, {}, hostName));
 }
 
 std::unique_ptr<Reachability> Reachability::reachabilityWithAddress(platform::Network& network,
-                                                                    const QHostAddress& address) {
+                                                                    const platform::HostAddress& address) {
     if (address.isNull()) return nullptr;
     return std::unique_ptr<Reachability>(new Reachability(network, {address}));
 }
 
 std::unique_ptr<Reachability> Reachability::reachabilityForInternetConnection(platform::Network& network) {
-    return reachabilityWithAddress(network, QHostAddress(QHostAddress::AnyIPv4));
+    return reachabilityWithAddress(network, platform::HostAddress::anyIPv4());
 }
 
 std::unique_ptr<Reachability> Reachability::reachabilityForLocalWiFi(platform::Network& network) {
-    auto reachability = reachabilityWithAddress(network, QHostAddress(QStringLiteral("169.254.0.0")));
+    auto reachability = reachabilityWithAddress(network, platform::HostAddress(QStringLiteral("169.254.0.0")));
     reachability->localWiFiRef_ = true;
     return reachability;
 }
@@ -66,7 +66,7 @@ NetworkStatus Reachability::networkStatusForFlags(std::uint32_t flags) {
 // Of a host with several addresses, those of the first one that can be reached.
 std::optional<std::uint32_t> Reachability::flags() const {
     std::optional<std::uint32_t> known;
-    for (const QHostAddress& address : addresses_) {
+    for (const platform::HostAddress& address : addresses_) {
         known = network_.flagsForAddress(address);
         if (known && (*known & flag::reachable)) break;
     }
@@ -74,7 +74,7 @@ std::optional<std::uint32_t> Reachability::flags() const {
 }
 
 void Reachability::resolveHostName() {
-    network_.resolveHostName(hostName_, *this, [this](const QList<QHostAddress>& addresses) {
+    network_.resolveHostName(hostName_, *this, [this](const QList<platform::HostAddress>& addresses) {
         addresses_ = addresses;
         tellIfChanged();
     });

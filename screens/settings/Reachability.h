@@ -1,11 +1,13 @@
 #pragma once
 
-#include <QHostAddress>
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <cstdint>
 #include <memory>
 #include <optional>
+
+#include "platform/system/HostAddress.h"
 
 namespace platform {
 class Network;
@@ -26,7 +28,7 @@ public:
     // Null for an empty name or a null address. `network` outlives the object.
     static std::unique_ptr<Reachability> reachabilityWithHostName(platform::Network& network, const QString& hostName);
     static std::unique_ptr<Reachability> reachabilityWithAddress(platform::Network& network,
-                                                                 const QHostAddress& address);
+                                                                 const platform::HostAddress& address);
     static std::unique_ptr<Reachability> reachabilityForInternetConnection(platform::Network& network);
     // Of the local link: ReachableViaWiFi or NotReachable.
     static std::unique_ptr<Reachability> reachabilityForLocalWiFi(platform::Network& network);
@@ -48,15 +50,15 @@ Q_SIGNALS:
     void kNetworkReachabilityChangedNotification(screens::Reachability* reachability);
 
 private:
-    Reachability(platform::Network& network, QList<QHostAddress> addresses, QString hostName = {});
+    Reachability(platform::Network& network, QList<platform::HostAddress> addresses, QString hostName = {});
     std::optional<std::uint32_t> flags() const;
     void resolveHostName();
     void networkHasChanged();
     void tellIfChanged();
 
     platform::Network& network_;
-    QString hostName_;               // empty for an address
-    QList<QHostAddress> addresses_;  // of a host: what the last look-up found
+    QString hostName_;                        // empty for an address
+    QList<platform::HostAddress> addresses_;  // of a host: what the last look-up found
     bool localWiFiRef_ = false;
     QMetaObject::Connection notifier_;
     std::optional<std::uint32_t> toldFlags_;  // while the notifier runs

@@ -67,7 +67,7 @@ protected:
 
     static constexpr int apps = 20;
     DataDirectory directory_;
-    GatedList list_{{directory_.path()}, 1};
+    GatedList list_{{directory_.path()}};
     std::optional<IconQueue> queue_;
 };
 

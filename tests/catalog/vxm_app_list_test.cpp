@@ -26,7 +26,7 @@ TEST(VxmAppList, AnswersWithAndWithoutIdentifiers) {
     DataDirectory directory;
     for (const char* id : {"com.apple.stocks", "org.example.Mixed", "org.example.I", "plain"})
         directory.writeEntry(std::string(id) + ".desktop", "Name=Name of " + std::string(id) + "\n");
-    platform::DesktopApplicationList list({directory.path()}, 1);
+    platform::DesktopApplicationList list({directory.path()});
 
     const QString stocks = QStringLiteral("com.apple.stocks"), mixed = QStringLiteral("org.example.Mixed"),
                   i = QStringLiteral("org.example.I"), plain = QStringLiteral("plain");

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 namespace {
 
 QHash<QString, QString> listOf(std::vector<fs::path> directories) {
-    return DesktopApplicationList(std::move(directories), 1).applicationsFilteredUsingPredicate({});
+    return DesktopApplicationList(std::move(directories)).applicationsFilteredUsingPredicate({});
 }
 
 class Environment {  // a variable set for a scope
@@ -117,7 +117,7 @@ TEST(DesktopApplicationList, AQuerySeesWhatIsInstalledNow) {
     DataDirectory directory;
     const auto changed = directory.writeEntry("changed.desktop", "Name=Before\n");
     const auto removed = directory.writeEntry("removed.desktop", "Name=Removed\n");
-    DesktopApplicationList list({directory.path()}, 1);
+    DesktopApplicationList list({directory.path()});
     EXPECT_EQ(list.applicationsFilteredUsingPredicate({}).size(), 2);
 
     directory.writeEntry("changed.desktop", "Name=Afterwards\n");

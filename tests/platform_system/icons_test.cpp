@@ -78,7 +78,8 @@ TEST(Icons, AreFoundByNameSizeAndScale) {
     for (const Case& item : cases) {
         SCOPED_TRACE(item.icon + " at " + std::to_string(item.scale));
         directory.writeEntry("app.desktop", "Name=App\nIcon=" + item.icon + "\n");
-        DesktopApplicationList list({directory.path(), other.path()}, item.scale);
+        DesktopApplicationList list({directory.path(), other.path()});
+        list.setScale(item.scale);
         const QImage icon = list.iconOfSize(points, QStringLiteral("app"));
         EXPECT_EQ(icon.isNull(), !item.found);
         if (!item.found) continue;
@@ -97,7 +98,7 @@ TEST(Icons, AreFoundInHicolorWithoutAnIndex) {
     directory.writePng("icons/hicolor/48x48/apps/drawn.png", 48, Qt::red);
     for (const char* icon : {"sized", "scaled", "drawn"}) {
         directory.writeEntry("app.desktop", "Name=App\nIcon=" + std::string(icon) + "\n");
-        DesktopApplicationList list({directory.path()}, 1);
+        DesktopApplicationList list({directory.path()});
         EXPECT_EQ(middle(list.iconOfSize(points, QStringLiteral("app"))), QColor(0, 255, 0)) << icon;
     }
 }
@@ -112,7 +113,7 @@ TEST(Icons, AbsolutePathsLieBelowTheRoot) {
                                                   {outside.string(), false}};
     for (const auto& [icon, found] : cases) {
         device.writeEntry("app.desktop", "Name=App\nIcon=" + icon + "\n");
-        DesktopApplicationList list({device.path()}, 1, device.path());
+        DesktopApplicationList list({device.path()}, device.path());
         EXPECT_EQ(list.iconOfSize(points, QStringLiteral("app")).isNull(), !found) << icon;
     }
 }
@@ -124,7 +125,7 @@ TEST(Icons, KeepTheirShape) {
     const auto file = directory.write("wide.png", "");
     wide.save(QString::fromStdString(file.string()), "PNG");
     directory.writeEntry("wide.desktop", "Name=Wide\nIcon=" + file.string() + "\n");
-    const QImage icon = DesktopApplicationList({directory.path()}, 1).iconOfSize(points, QStringLiteral("wide"));
+    const QImage icon = DesktopApplicationList({directory.path()}).iconOfSize(points, QStringLiteral("wide"));
     ASSERT_EQ(icon.size(), QSize(points, points));
     EXPECT_EQ(middle(icon), QColor(0, 255, 0));
     EXPECT_EQ(icon.pixelColor(0, points / 2), QColor(0, 255, 0));
@@ -179,7 +180,7 @@ TEST(Icons, WhatCannotBeLoadedIsRememberedUntilItChanges) {
         const auto app = QStringLiteral("app");
         item.spoil();
         directory.writeEntry("app.desktop", "Name=App\nIcon=" + item.icon + "\n");
-        DesktopApplicationList list({directory.path()}, 1);
+        DesktopApplicationList list({directory.path()});
         const Announcements announcements(list);
         list.applicationsFilteredUsingPredicate({});
         EXPECT_FALSE(list.iconFailed(points, app)) << "not tried yet";
@@ -203,7 +204,7 @@ TEST(Icons, AReplacedPictureIsLoadedAgain) {
     directory.writeTheme();
     directory.writePng("icons/hicolor/32/apps/app.png", 32, Qt::red);
     directory.writeEntry("app.desktop", "Name=App\nIcon=app\n");
-    DesktopApplicationList list({directory.path()}, 1);
+    DesktopApplicationList list({directory.path()});
     const auto app = QStringLiteral("app");
     EXPECT_EQ(middle(list.iconOfSize(points, app)), QColor(255, 0, 0));
     directory.writePng("icons/hicolor/32/apps/app.png", 31, Qt::green);
@@ -215,7 +216,8 @@ TEST(Icons, AReplacedPictureIsLoadedAgain) {
 
 TEST(Icons, OnlyTheGenericIconNeedsNoApplication) {
     DataDirectory directory;
-    DesktopApplicationList list({directory.path()}, 2);
+    DesktopApplicationList list({directory.path()});
+    list.setScale(2);
     const QImage generic = list.iconOfSize(points, QStringLiteral("com.apple.WebSheet"));
     EXPECT_EQ(generic.size(), QSize(58, 58));
     EXPECT_EQ(generic.devicePixelRatio(), 2);
@@ -237,7 +239,7 @@ TEST(Icons, AreLoadedOnSeveralThreads) {
     };
     const auto identifier = [](int app) { return QStringLiteral("app%1").arg(app); };
     writeApps("red");
-    DesktopApplicationList list({directory.path()}, 1);
+    DesktopApplicationList list({directory.path()});
     const Announcements announcements(list);
     const auto loadAllOnFourThreads = [&] {
         const auto start = std::make_shared<std::latch>(4);  // the threads outlive this function

@@ -107,7 +107,7 @@ TEST_F(HostNetworkTest, FlagsFollowTheRoutes) {
         ASSERT_TRUE(ownNetwork.ip(item.commands));
         HostNetwork network;
         for (const auto& [address, flags] : item.flags) {
-            const QHostAddress destination(QString::fromUtf8(address));
+            const platform::HostAddress destination(QString::fromUtf8(address));
             // The kernel notices in its own time that the other end of a link has gone down.
             static_cast<void>(QTest::qWaitFor(
                 [&, wanted = flags] { return network.flagsForAddress(destination) == wanted; }, patience));
@@ -142,7 +142,7 @@ TEST_F(HostNetworkTest, TellsOfChanges) {
 TEST_F(HostNetworkTest, ResolvesNamesLater) {
     HostNetwork network;
     QObject receiver;
-    std::optional<QList<QHostAddress>> found, missing;
+    std::optional<QList<platform::HostAddress>> found, missing;
     network.resolveHostName(QStringLiteral("localhost"), receiver, [&](const auto& addresses) { found = addresses; });
     network.resolveHostName(QStringLiteral("nobody.invalid"), receiver,
                             [&](const auto& addresses) { missing = addresses; });
@@ -153,6 +153,8 @@ TEST_F(HostNetworkTest, ResolvesNamesLater) {
     EXPECT_FALSE(found || missing);
     ASSERT_TRUE(QTest::qWaitFor([&] { return found && missing; }, 60'000));
     ASSERT_FALSE(found->isEmpty());
-    EXPECT_TRUE(found->first().isLoopback());
+    for (const platform::HostAddress& address : *found)
+        EXPECT_TRUE(address == platform::HostAddress(QStringLiteral("127.0.0.1")) ||
+                    address == platform::HostAddress(QStringLiteral("::1")));
     EXPECT_TRUE(missing->isEmpty());
 }

@@ -73,7 +73,7 @@ TEST(Reachability, OfAFixedNetwork) {
 TEST(Reachability, OfNothingIsNull) {
     FixedNetwork network(FixedNetwork::Kind::wifi);
     EXPECT_EQ(Reachability::reachabilityWithHostName(network, QString()), nullptr);
-    EXPECT_EQ(Reachability::reachabilityWithAddress(network, QHostAddress()), nullptr);
+    EXPECT_EQ(Reachability::reachabilityWithAddress(network, platform::HostAddress()), nullptr);
     const auto literal = Reachability::reachabilityWithHostName(network, QStringLiteral("192.0.2.7"));
     EXPECT_EQ(literal->currentReachabilityStatus(), ReachableViaWiFi) << "an address needs no looking up";
 }
