@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QTimer>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
@@ -20,7 +19,7 @@ bool FirstFrame::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Paint && !isPainted_ && watched->inherits(className_)) {
         isPainted_ = true;
         // The frame is complete when the event that paints all of it has been dealt with.
-        QTimer::singleShot(0, this, &FirstFrame::report);
+        QMetaObject::invokeMethod(this, &FirstFrame::report, Qt::QueuedConnection);
     }
     return false;
 }

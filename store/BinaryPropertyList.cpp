@@ -5,13 +5,15 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <optional>
+#include <stack>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "store/BufferSink.h"
 #include "store/PropertyList.h"
-#include "store/Sink.h"
 #include "store/Utf.h"
 #include "store/XmlWriter.h"
 
@@ -24,7 +26,7 @@ constexpr std::size_t trailerSize = 32;
 constexpr std::size_t leastLimit = std::size_t{1} << 20;
 constexpr std::size_t growth = 6;
 // Tabs beyond this depth would be most of the text.
-constexpr std::size_t deepestIndentation = 16;
+constexpr std::size_t deepestIndentation = 8;
 
 // Dates count from here.
 constexpr Date epoch = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
@@ -51,16 +53,16 @@ public:
     std::variant<Buffer, BinaryFailure> run() {
         if (!readTrailer() || !writeAll()) return *failure_;
         writer_.flush();
-        return Buffer::adopt(text_.take());
+        return text_.take();
     }
 
 private:
-    // A container whose elements are being written.
+    // A container whose elements are being written. There may be as many as there are objects, so it is small.
     struct Container {
-        std::size_t object;
-        std::size_t references;  // the byte where they begin: an array's elements, a dictionary's keys, then values
-        std::size_t count;
-        std::size_t next = 0;
+        std::uint32_t object;
+        std::uint32_t references;  // the byte where they begin: an array's elements, a dictionary's keys, then values
+        std::uint32_t count;
+        std::uint32_t next = 0;
         bool isDictionary;
     };
 
@@ -85,6 +87,7 @@ private:
 
     bool readTrailer() {
         if (bytes_.size() < magic.size() + trailerSize) return fail(ReadFailure::unexpectedEnd, bytes_.size());
+        if (bytes_.size() > std::numeric_limits<std::uint32_t>::max()) return fail(ReadFailure::tooLarge, 0);
         objectsEnd_ = bytes_.size() - trailerSize;
         std::size_t at = objectsEnd_ + 6;
         offsetSize_ = number(at, 1);
@@ -108,7 +111,7 @@ private:
     bool writeAll() {
         if (!writeObject(top_)) return false;
         while (!open_.empty()) {
-            Container& container = open_.back();
+            Container& container = open_.top();
             if (container.next == container.count) {
                 closeContainer();
                 continue;
@@ -118,7 +121,7 @@ private:
             if (container.isDictionary && !writeKey(key)) return false;
             std::optional<std::size_t> object = reference(value);
             if (!object || !writeObject(*object)) return false;
-            if (text_.text().size() > limit_) return fail(ReadFailure::tooLarge, value);
+            if (text_.size() > limit_) return fail(ReadFailure::tooLarge, value);
         }
         return true;
     }
@@ -182,7 +185,8 @@ private:
             case kindAscii:
             case kindUtf16: {
                 std::optional<std::string> text = string(*found);
-                return text && write(Value(*text));
+                if (text) writer_.string(*text);
+                return text.has_value();
             }
             default:
                 return writeScalar(*found);
@@ -197,16 +201,17 @@ private:
         if (head.count == 0) return write(isDictionary ? Value(Dictionary()) : Value(Array()));
         writer_.line(isDictionary ? "<dict>" : "<array>");
         isOpen_[object] = true;
-        open_.push_back({object, head.content, head.count, 0, isDictionary});
+        auto small = [](std::size_t number) { return static_cast<std::uint32_t>(number); };
+        open_.push({small(object), small(head.content), small(head.count), 0, isDictionary});
         if (open_.size() <= deepestIndentation) writer_.indent();
         return true;
     }
 
     void closeContainer() {
         if (open_.size() <= deepestIndentation) writer_.outdent();
-        writer_.line(open_.back().isDictionary ? "</dict>" : "</array>");
-        isOpen_[open_.back().object] = false;
-        open_.pop_back();
+        writer_.line(open_.top().isDictionary ? "</dict>" : "</array>");
+        isOpen_[open_.top().object] = false;
+        open_.pop();
     }
 
     std::optional<std::string> string(const Head& head) {
@@ -229,8 +234,8 @@ private:
 
     bool writeScalar(const Head& head) {
         std::size_t at = head.content;
-        std::size_t size = head.kind == kindData ? head.count : std::size_t{1} << head.count;
         bool isFixed = head.kind == kindInteger || head.kind == kindReal || head.kind == kindDate;
+        std::size_t size = isFixed ? std::size_t{1} << head.count : head.count;
         if ((isFixed || head.kind == kindData) && !fits(at, size, 1)) return fail(ReadFailure::badOffset, at - 1);
         if (head.kind == kindSingle && (head.count == 8 || head.count == 9)) return write(Value(head.count == 9));
         if (head.kind == kindInteger && size <= 8) return write(Value(static_cast<std::int64_t>(number(at, size))));
@@ -271,7 +276,7 @@ private:
     }
 
     std::string_view bytes_;
-    StringSink text_;
+    BufferSink text_;
     XmlWriter writer_;
     std::size_t objectsEnd_ = 0;
     std::size_t table_ = 0;
@@ -281,7 +286,7 @@ private:
     std::size_t top_ = 0;
     std::size_t limit_ = 0;
     std::vector<bool> isOpen_;  // for each object, whether it is a container that is being written
-    std::vector<Container> open_;
+    std::stack<Container> open_;
     std::optional<BinaryFailure> failure_;
 };
 

@@ -1,13 +1,14 @@
 #include "store/ConfigurationStore.h"
 
+#include <future>
 #include <utility>
-#include <variant>
 
 #include "store/FileReading.h"
 #include "store/FileReplacement.h"
 #include "store/PropertyListFile.h"
 #include "store/Schema.h"
-#include "store/SetAside.h"
+#include "store/SecondName.h"
+#include "store/Temporaries.h"
 
 namespace store {
 
@@ -39,9 +40,10 @@ bool isMissing(const std::filesystem::path& path) {
     return std::filesystem::status(path, ignored).type() == std::filesystem::file_type::not_found;
 }
 
-// What could not be read is not known to be good, and must not take the place of what is.
-void keepReplaced(const std::filesystem::path& path) {
-    setAside(path, readDictionary(path) ? previousSuffix : damagedSuffix);
+// Where the path is a link, a killed writer has left its file where the link leads; other files there are not ours.
+void removeStaleTemporariesBesideTarget(const std::filesystem::path& path) {
+    const std::optional<std::filesystem::path> target = withoutLinks(path);
+    if (target && *target != path) removeStaleTemporaries(target->parent_path(), target->filename().string());
 }
 
 void addMarker(Dictionary& dictionary) {
@@ -60,6 +62,8 @@ ConfigurationStore::ConfigurationStore(std::filesystem::path root, NotifyCenter&
     : root_(std::move(root)), notifyCenter_(notifyCenter) {
     removeStaleTemporaries(root_ / preferences);
     removeStaleTemporaries(exportDirectory());
+    for (File file : {File::appRules, File::globalRules, File::guiSettings})
+        removeStaleTemporariesBesideTarget(path(file));
 }
 
 std::optional<Dictionary> ConfigurationStore::read(File file) const {
@@ -74,22 +78,26 @@ bool ConfigurationStore::change(const Writer& writer, const std::function<void(D
                                 const std::function<void()>& afterWrite) {
     std::error_code failed;
     std::optional<Dictionary> dictionary = readDictionary(path(writer.file), failed);
-    if (!dictionary) {
+    const bool startsEmpty = !dictionary;
+    if (startsEmpty) {
         if (failed || writer.whenMissing == WhenMissing::writeNothing) return false;
-        setAside(path(writer.file), damagedSuffix);
         dictionary.emplace();
     }
     change(*dictionary);
     if (writer.marker == Marker::add) addMarker(*dictionary);
-    writeDictionary(path(writer.file), *dictionary);
+    writeDictionary(path(writer.file), *dictionary,
+                    startsEmpty ? KeptSuffix([] { return damagedSuffix; }) : KeptSuffix());
     if (afterWrite) afterWrite();
     if (!writer.notification.empty()) notifyCenter_.post(writer.notification);
     return true;
 }
 
 void ConfigurationStore::replace(File file, const Dictionary& dictionary) {
-    keepReplaced(path(file));
-    writeDictionary(path(file), dictionary);
+    const std::filesystem::path replaced = path(file);
+    // What could not be read is not known to be good, and must not take the place of what is. That takes its time, and
+    // so does writing.
+    std::future<bool> isGood = std::async([&] { return readDictionary(replaced).has_value(); });
+    writeDictionary(replaced, dictionary, [&] { return isGood.get() ? previousSuffix : damagedSuffix; });
 }
 
 void ConfigurationStore::createAppRulesFileIfMissing() {
@@ -101,12 +109,10 @@ bool ConfigurationStore::isDisabled() const {
 }
 
 void ConfigurationStore::setDisabled(bool disabled) {
-    std::filesystem::path marker = root_ / preferences / disabledMarker;
-    std::error_code ignored;
-    if (disabled)
-        replaceFile(marker, [](Sink&) {});
-    else
-        std::filesystem::remove(marker, ignored);
+    const std::filesystem::path marker = root_ / preferences / disabledMarker;
+    // One that is there is left alone: it might be a link to somebody's file.
+    if (disabled && !isThere(marker)) replaceFile(marker, [](Sink&) {});
+    if (!disabled) removeFile(marker);
     notifyCenter_.post(reloadBoth);
 }
 

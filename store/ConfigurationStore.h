@@ -16,8 +16,8 @@ class NotifyCenter;
 // writers' table, which settles the file, what happens when there is none, the marker entry and the notification.
 //
 // A file that is missing, or is no property-list dictionary, reads as no dictionary. A file that is replaced by
-// something not made from it is kept beside it, see SetAside.h. Failures are silent: a write that fails leaves the old
-// file as it was, and a file that the system would not let be read is not changed. Main thread only.
+// something not made from it is kept beside it, see SecondName.h. Failures are silent: a write that fails leaves the
+// old file as it was, and a file that the system would not let be read is not changed. Main thread only.
 class ConfigurationStore {
 public:
     // `root` is the file system's root as the app sees it. `notifyCenter` outlives the store. Removes what an earlier

@@ -1,32 +1,26 @@
 #include "store/FileReplacement.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "store/Descriptor.h"
+#include "store/SecondName.h"
 #include "store/Sink.h"
+#include "store/Temporaries.h"
 
 namespace store {
 
 namespace {
 
-// Temporary files are called ".<file>.vxm-<letters>".
-constexpr std::string_view temporaryInfix = ".vxm-";
-constexpr std::string_view temporaryLetters = "abcdefghijklmnopqrstuvwxyz012345";
-constexpr std::size_t temporaryLetterCount = 12;
-constexpr std::size_t longestKeptName = 200;
 constexpr int mostLinks = 40;
 constexpr std::size_t largestWrite = std::size_t{8} << 20;
 constexpr mode_t newFileMode = 0644;
@@ -39,15 +33,13 @@ std::error_code error(std::errc code) {
     return std::make_error_code(code);
 }
 
-// The file that a path means once symbolic links at its end are followed. Nothing when they go round in circles.
-std::optional<std::filesystem::path> resolved(std::filesystem::path path) {
-    for (int links = 0; links < mostLinks; ++links) {
-        std::error_code noLink;
-        std::filesystem::path target = std::filesystem::read_symlink(path, noLink);
-        if (noLink) return path;
-        path = path.parent_path() / target;
-    }
-    return std::nullopt;
+std::filesystem::path folderOf(const std::filesystem::path& path) {
+    return path.has_parent_path() ? path.parent_path() : ".";
+}
+
+// Some file systems know no such thing for directories.
+std::error_code bringToDisk(const Descriptor& directory) {
+    return fsync(directory.number()) == 0 || errno == EINVAL ? std::error_code() : lastError();
 }
 
 class FileSink : public Sink {
@@ -91,14 +83,14 @@ public:
     explicit Replacement(const std::filesystem::path& target)
         : target_(target),
           name_(target.filename()),
-          directory_(open(target.has_parent_path() ? target.parent_path().c_str() : ".",
-                          O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+          directory_(open(folderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
 
     ~Replacement() {
         if (!temporary_.empty()) unlinkat(directory_.number(), temporary_.c_str(), 0);
     }
 
-    std::error_code run(const std::function<void(Sink&)>& write) {
+    // `keepAs` gives an empty path where what is replaced is not kept.
+    std::error_code run(const std::function<void(Sink&)>& write, const std::function<std::filesystem::path()>& keepAs) {
         if (!directory_.isOpen()) return lastError();
         if (std::error_code failed = lookAtTarget()) return failed;
         if (std::error_code failed = createTemporary()) return failed;
@@ -106,13 +98,12 @@ public:
         write(sink);
         if (sink.error()) return sink.error();
         if (std::error_code failed = dressLikeTarget()) return failed;
+        // Closing is checked, but what nobody holds the lock of is swept away: that goes on until the file is in its
+        // place.
+        const Descriptor lock(fcntl(file_.number(), F_DUPFD_CLOEXEC, 0));
         if (fsync(file_.number()) != 0 || !file_.close()) return lastError();
-        if (renameat(directory_.number(), temporary_.c_str(), directory_.number(), name_.c_str()) != 0)
-            return lastError();
-        temporary_.clear();
-        // Some file systems know no such thing for directories.
-        if (fsync(directory_.number()) != 0 && errno != EINVAL) return lastError();
-        return {};
+        if (std::error_code failed = putInPlace(keepAs())) return failed;
+        return bringToDisk(directory_);
     }
 
 private:
@@ -157,6 +148,26 @@ private:
         return {};
     }
 
+    // At every instant the name leads to the one file or to the other, whole.
+    std::error_code putInPlace(const std::filesystem::path& keepAs) {
+        const bool isToBeKept = !keepAs.empty() && replaced_;
+        if (isToBeKept && !giveSecondName(target_, keepAs) && changePlaces()) {
+            // What is called temporary now is the old file; where its new name is not to be had, it goes.
+            const bool isKept = renameat(directory_.number(), temporary_.c_str(), AT_FDCWD, keepAs.c_str()) == 0;
+            if (isKept) temporary_.clear();
+            return {};
+        }
+        if (renameat(directory_.number(), temporary_.c_str(), directory_.number(), name_.c_str()) != 0)
+            return lastError();
+        temporary_.clear();
+        return {};
+    }
+
+    bool changePlaces() {
+        return renameat2(directory_.number(), temporary_.c_str(), directory_.number(), name_.c_str(),
+                         RENAME_EXCHANGE) == 0;
+    }
+
     // As far as they may be read and set: some belong to the system.
     void copyAttributes() {
         const std::string names =
@@ -191,39 +202,31 @@ private:
 
 }  // namespace
 
-std::error_code replaceFile(const std::filesystem::path& path, const std::function<void(Sink&)>& write) {
-    std::optional<std::filesystem::path> target = resolved(path);
-    if (!target) return error(std::errc::too_many_symbolic_link_levels);
-    return Replacement(*target).run(write);
-}
-
-std::string temporaryName(std::string_view fileName) {
-    unsigned char random[temporaryLetterCount];
-    std::string name = "." + std::string(fileName.substr(0, longestKeptName)) + std::string(temporaryInfix);
-    if (getrandom(random, sizeof random, 0) != sizeof random) return {};
-    for (unsigned char byte : random) name.push_back(temporaryLetters[byte % temporaryLetters.size()]);
-    return name;
-}
-
-bool isTemporaryName(std::string_view name) {
-    std::size_t ending = temporaryInfix.size() + temporaryLetterCount;
-    if (!name.starts_with('.') || name.size() <= ending) return false;
-    std::string_view infix = name.substr(name.size() - ending, temporaryInfix.size());
-    std::string_view letters = name.substr(name.size() - temporaryLetterCount);
-    return infix == temporaryInfix && letters.find_first_not_of(temporaryLetters) == std::string_view::npos;
-}
-
-void removeStaleTemporaries(const std::filesystem::path& directory) {
-    std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(directory.c_str()), closedir);
-    if (!entries) return;
-    int number = dirfd(entries.get());
-    while (dirent* entry = readdir(entries.get())) {
-        if (!isTemporaryName(entry->d_name)) continue;
-        Descriptor file(openat(number, entry->d_name, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
-        struct stat status {};
-        bool isFile = file.isOpen() && fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode);
-        if (isFile && flock(file.number(), LOCK_EX | LOCK_NB) == 0) unlinkat(number, entry->d_name, 0);
+std::optional<std::filesystem::path> withoutLinks(std::filesystem::path path) {
+    for (int links = 0; links < mostLinks; ++links) {
+        std::error_code noLink;
+        std::filesystem::path target = std::filesystem::read_symlink(path, noLink);
+        if (noLink) return path;
+        path = path.parent_path() / target;
     }
+    return std::nullopt;
+}
+
+std::error_code replaceFile(const std::filesystem::path& path, const std::function<void(Sink&)>& write,
+                            const KeptSuffix& keptSuffix) {
+    const std::optional<std::filesystem::path> target = withoutLinks(path);
+    if (!target) return error(std::errc::too_many_symbolic_link_levels);
+    return Replacement(*target).run(write, [&]() -> std::filesystem::path {
+        if (!keptSuffix) return {};
+        return path.string() + std::string(keptSuffix());
+    });
+}
+
+std::error_code removeFile(const std::filesystem::path& path) {
+    std::error_code failed;
+    if (!std::filesystem::remove(path, failed)) return failed;
+    const Descriptor directory(open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return directory.isOpen() ? bringToDisk(directory) : lastError();
 }
 
 }  // namespace store

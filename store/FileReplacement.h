@@ -2,13 +2,16 @@
 
 #include <filesystem>
 #include <functional>
-#include <string>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
 namespace store {
 
 class Sink;
+
+// The suffix under which a file that is replaced is kept; asked once the new file is complete. Empty: it is not kept.
+using KeptSuffix = std::function<std::string_view()>;
 
 // Replaces a file in one step, or creates it: whoever opens it, at any time and after any crash, finds the old content
 // whole or the new content whole. The new file lies beside the old one until it is complete and on the disk.
@@ -20,16 +23,19 @@ class Sink;
 //
 // On an error the old file is untouched and nothing is left beside it. (Only an error of the very last step, when the
 // directory cannot be brought to the disk, means that the new file is there but might not outlive a power cut.)
-std::error_code replaceFile(const std::filesystem::path& path, const std::function<void(Sink&)>& write);
+//
+// With a suffix, the file that is replaced is kept under the path with the suffix, beside the link where the path is
+// one; one that was kept there before is replaced in one step. Where the system allows it the old file gets that as its
+// second name, so that nothing is copied; where it refuses, as it does with another person's file, the two files change
+// places first, and a process that is killed just then has kept nothing. Where neither can be done (there is no file;
+// the path is a link into another file system) nothing is kept.
+std::error_code replaceFile(const std::filesystem::path& path, const std::function<void(Sink&)>& write,
+                            const KeptSuffix& keptSuffix = {});
 
-// A name, not to be guessed, for a file on its way to another name in the same folder. Empty when the system gives no
-// random numbers.
-std::string temporaryName(std::string_view fileName);
+// Removes a file, or a link; after a power cut it stays removed. There being none is no error.
+std::error_code removeFile(const std::filesystem::path& path);
 
-// Whether a file is called as one is that is on its way to its place, or was left behind there.
-bool isTemporaryName(std::string_view name);
-
-// Removes what replacements that were killed have left in a directory; those still at work are left alone.
-void removeStaleTemporaries(const std::filesystem::path& directory);
+// The file that a path means once symbolic links at its end are followed. Nothing when they go round in circles.
+std::optional<std::filesystem::path> withoutLinks(std::filesystem::path path);
 
 }  // namespace store

@@ -1,11 +1,18 @@
 #include "store/NameSort.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+#include <functional>
+#include <future>
+#include <span>
 #include <string>
+#include <thread>
 #include <utility>
 
+#include "store/AsciiOrder.h"
 #include "store/Ordering.h"
+#include "store/Parts.h"
 
 namespace store {
 
@@ -19,6 +26,11 @@ struct Keyed {
 };
 
 constexpr std::size_t step = sizeof Keyed::part;
+// So many keys further on are fetched from memory while one is looked at.
+constexpr std::ptrdiff_t lookAhead = 16;
+// From so many things on, a second processor ends sooner than it begins.
+constexpr std::size_t worthwhile = 50'000;
+constexpr std::size_t worthwhileOthers = 1000;
 // Up to here, comparing names with each other is less work than making what keys are made from.
 constexpr std::size_t fewNames = 1000;
 
@@ -42,53 +54,90 @@ private:
     // Names of ASCII characters get keys that cost next to nothing, the others real sort keys. The two kinds of key
     // cannot be compared with each other, so each is sorted for itself.
     void makeKeys() {
-        ascii_.reserve(things_.size());
+        ascii_.resize(things_.size());
+        std::size_t size = 0;
         for (std::uint32_t place = 0; place < things_.size(); ++place) {
-            std::string_view name = nameOf_(things_[place]);
-            std::size_t offset = asciiKeys_.size();
-            if (order_.appendAsciiKey(name, asciiKeys_)) {
-                asciiKeys_.push_back('\0');
-                ascii_.push_back({0, static_cast<std::uint32_t>(offset), place});
-            } else {
-                others_.push_back({0, static_cast<std::uint32_t>(otherKeys_.size()), place});
-                otherKeys_.append(order_.sortKey(name));
-                otherKeys_.push_back('\0');
-            }
+            ascii_[place] = {0, static_cast<std::uint32_t>(size), place};
+            size += nameOf_(things_[place]).size() + 1;
         }
+        asciiKeys_.resize(size + step);
+        const AsciiOrder* ascii = order_.asciiOrder();
+        inParts(ascii_.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
+            for (Keyed& keyed : std::span(ascii_).subspan(begin, end - begin))
+                keyed.part = ascii && ascii->writeKey(nameOf(keyed), asciiKeys_.data() + keyed.offset);
+        });
+        const auto others = std::stable_partition(ascii_.begin(), ascii_.end(), [](const Keyed& k) { return k.part; });
+        others_.assign(others, ascii_.end());
+        ascii_.erase(others, ascii_.end());
+        makeOtherKeys();
     }
 
-    static void sortKeys(std::vector<Keyed>& things, std::string& keys) {
-        keys.append(step, '\0');
+    void makeOtherKeys() {
+        std::vector<std::string> keys(others_.size());
+        inParts(keys.size(), worthwhileOthers, [&](std::size_t begin, std::size_t end) {
+            for (std::size_t each = begin; each < end; ++each) keys[each] = order_.sortKey(nameOf(others_[each]));
+        });
+        for (std::size_t each = 0; each < keys.size(); ++each) {
+            others_[each].offset = static_cast<std::uint32_t>(otherKeys_.size());
+            otherKeys_.append(keys[each]).push_back('\0');
+        }
+        otherKeys_.append(step, '\0');
+    }
+
+    static void sortKeys(std::vector<Keyed>& things, const std::string& keys) {
         auto isBefore = [&](const Keyed& a, const Keyed& b) {
             return std::strcmp(keys.data() + a.offset, keys.data() + b.offset) < 0;
         };
         // Lists are mostly read in the order in which they were last shown.
-        if (!std::is_sorted(things.begin(), things.end(), isBefore)) sortByEightBytes(things, keys);
+        if (std::is_sorted(things.begin(), things.end(), isBefore)) return;
+        loadParts(things, keys, 0);
+        sortInParts(things, keys, std::max(1u, std::thread::hardware_concurrency()));
     }
 
-    // Things that share the first eight bytes of their keys are sorted by the next eight, and so on: every key is
-    // looked at a few times only, in memory far away, and comparing needs none of it.
-    static void sortByEightBytes(std::vector<Keyed>& things, const std::string& keys) {
+    // Splits things between processors: on one side of the middle all have smaller first parts.
+    static void sortInParts(std::span<Keyed> things, const std::string& keys, unsigned processors) {
+        if (processors < 2 || things.size() < worthwhile) return sortByEightBytes(things, keys);
+        const auto middle = things.begin() + static_cast<std::ptrdiff_t>(things.size() / 2);
+        std::nth_element(things.begin(), middle, things.end(), comesBefore);
+        const auto larger = std::partition(things.begin(), middle,
+                                           [part = middle->part](const Keyed& keyed) { return keyed.part < part; });
+        std::future<void> smaller =
+            std::async(sortInParts, std::span(things.begin(), larger), std::cref(keys), processors / 2);
+        sortInParts({larger, things.end()}, keys, processors - processors / 2);
+        smaller.get();
+    }
+
+    // Things with equal parts are in the order of their places.
+    static bool comesBefore(const Keyed& a, const Keyed& b) {
+        return a.part != b.part ? a.part < b.part : a.place < b.place;
+    }
+
+    static void loadParts(std::span<Keyed> things, const std::string& keys, std::size_t depth) {
+        const char* from = keys.data() + depth;
+        for (auto keyed = things.begin(); keyed != things.end(); ++keyed) {
+            if (things.end() - keyed > lookAhead) __builtin_prefetch(from + keyed[lookAhead].offset);
+            keyed->part = eightBytes(from + keyed->offset);
+        }
+    }
+
+    // Things that share the first eight bytes of their keys, which are at hand, are sorted by the next eight, and so
+    // on: every key is looked at a few times only, in memory far away, and comparing needs none of it.
+    static void sortByEightBytes(std::span<Keyed> things, const std::string& keys) {
         struct Alike {
-            std::size_t begin, end, depth;
+            std::span<Keyed> things;
+            std::size_t depth;
         };
-        std::vector<Alike> left{{0, things.size(), 0}};
+        std::vector<Alike> left{{things, 0}};
         while (!left.empty()) {
-            Alike alike = left.back();
+            const Alike alike = left.back();
             left.pop_back();
-            auto begin = things.begin() + static_cast<std::ptrdiff_t>(alike.begin);
-            auto end = things.begin() + static_cast<std::ptrdiff_t>(alike.end);
-            for (auto keyed = begin; keyed != end; ++keyed)
-                keyed->part = eightBytes(keys.data() + keyed->offset + alike.depth);
-            std::sort(begin, end, [](const Keyed& a, const Keyed& b) {
-                return a.part != b.part ? a.part < b.part : a.place < b.place;
-            });
-            for (auto first = begin; first != end;) {
-                auto last = std::find_if(first, end, [&](const Keyed& keyed) { return keyed.part != first->part; });
+            if (alike.depth > 0) loadParts(alike.things, keys, alike.depth);
+            std::sort(alike.things.begin(), alike.things.end(), comesBefore);
+            for (auto first = alike.things.begin(); first != alike.things.end();) {
+                auto last = std::find_if(first, alike.things.end(),
+                                         [&](const Keyed& keyed) { return keyed.part != first->part; });
                 bool goesOn = first->part & 0xFF;
-                if (goesOn && last - first > 1)
-                    left.push_back({static_cast<std::size_t>(first - things.begin()),
-                                    static_cast<std::size_t>(last - things.begin()), alike.depth + step});
+                if (goesOn && last - first > 1) left.push_back({{first, last}, alike.depth + step});
                 first = last;
             }
         }
@@ -96,10 +145,13 @@ private:
 
     // As a number that compares as the bytes do; nothing behind the key's end takes part.
     static std::uint64_t eightBytes(const char* key) {
-        std::uint64_t part = 0;
-        for (int shift = 56; shift >= 0 && *key; shift -= 8, ++key)
-            part |= std::uint64_t{static_cast<unsigned char>(*key)} << shift;
-        return part;
+        static_assert(std::endian::native == std::endian::little);
+        constexpr std::uint64_t everyByte = 0x0101010101010101;
+        std::uint64_t word;
+        std::memcpy(&word, key, sizeof word);
+        const std::uint64_t ends = (word - everyByte) & ~word & (0x80 * everyByte);
+        const std::uint64_t beforeEnd = (ends & -ends) - 1;  // without an end, every bit
+        return __builtin_bswap64(word & beforeEnd);
     }
 
     // Both kinds in one order. As a rule there are few of the second kind: what lies between two of them is found in
@@ -128,13 +180,16 @@ private:
     }
 
     bool isBeforeByName(const Keyed& a, const Keyed& b) const {
-        int order = order_.compare(nameOf_(things_[a.place]), nameOf_(things_[b.place]));
+        int order = order_.compare(nameOf(a), nameOf(b));
         return order != 0 ? order < 0 : a.place < b.place;
     }
+
+    std::string_view nameOf(const Keyed& keyed) const { return nameOf_(things_[keyed.place]); }
 
     std::vector<std::uint32_t>& things_;
     const std::function<std::string_view(std::uint32_t)>& nameOf_;
     const NameOrder& order_;
+    // Keys end with a 0, and behind the last there is something to read.
     std::string asciiKeys_;
     std::string otherKeys_;
     std::vector<Keyed> ascii_;

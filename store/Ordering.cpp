@@ -88,22 +88,9 @@ std::string NameOrder::sortKey(std::string_view name) const {
     }
 }
 
-bool NameOrder::appendAsciiKey(std::string_view name, std::string& key) const {
+const AsciiOrder* NameOrder::asciiOrder() const {
     const std::optional<AsciiOrder>& order = d_->asciiOrder();
-    if (!order) return false;
-    std::size_t size = key.size();
-    key.resize(size + name.size());
-    char* end = key.data() + size;
-    for (char c : name) {
-        if (static_cast<signed char>(c) < 0) {
-            key.resize(size);
-            return false;
-        }
-        *end = static_cast<char>((*order)[static_cast<unsigned char>(c)]);
-        end += *end != 0;
-    }
-    key.resize(static_cast<std::size_t>(end - key.data()));
-    return true;
+    return order ? &*order : nullptr;
 }
 
 void alphabeticAppInfoSort(std::vector<AppInfo>& apps, const NameOrder& order) {

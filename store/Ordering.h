@@ -8,8 +8,11 @@
 
 namespace store {
 
+struct AsciiOrder;
+
 // The order of the user's names: ascending, ignoring letter case, by the rules of a locale (Unicode Collation
-// Algorithm at secondary strength, through ICU). Strings are UTF-8. One object per thread.
+// Algorithm at secondary strength, through ICU). Strings are UTF-8. The first call of any function prepares the object;
+// from then on several threads may call it at once.
 class NameOrder {
 public:
     // `locale` is an ICU or POSIX locale name ("de_DE"); empty stands for the user's own (LC_ALL, LC_COLLATE, LANG).
@@ -24,9 +27,8 @@ public:
     // Bytes that compare by memcmp as the names do; made once per name when many are sorted.
     std::string sortKey(std::string_view name) const;
 
-    // A much cheaper key, for names of ASCII characters where the locale compares these one by one: appends bytes, none
-    // of them 0, by which such names compare with one another. Otherwise appends nothing and returns false.
-    bool appendAsciiKey(std::string_view name, std::string& key) const;
+    // Gives much cheaper keys to names of ASCII characters; nullptr where the locale does more with these.
+    const AsciiOrder* asciiOrder() const;
 
 private:
     struct Private;

@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "store/Buffer.h"
+#include "store/BufferSink.h"
 #include "store/Scalars.h"
-#include "store/Sink.h"
 #include "store/XmlScanner.h"
 #include "store/XmlWriter.h"
 
@@ -23,6 +22,12 @@ std::string textOf(const Slice& slice) {
     return text.decoded();
 }
 
+Kind kindOf(const Slice& slice) {
+    Tag tag{};
+    readTagName(slice.begin + 1, tag);
+    return kindOf(tag);
+}
+
 bool truthOf(const Slice& slice) {
     XmlScanner scanner(slice);
     scanner.next();
@@ -30,7 +35,7 @@ bool truthOf(const Slice& slice) {
 }
 
 Value elementAt(const Slice& container, XmlScanner& scanner, Event event) {
-    Slice element{container.text, scanner.tagBegin(), nullptr, kindOf(scanner.tag())};
+    Slice element{container.text, scanner.tagBegin(), nullptr};
     scanner.skipElement(event);
     element.end = scanner.position();
     return Value(std::move(element));
@@ -69,6 +74,31 @@ bool beginsLikeTruth(std::string_view text) {
     return !text.empty() && std::string_view("TtYy123456789").find(text.front()) != std::string_view::npos;
 }
 
+using Container = std::variant<std::unique_ptr<const Array>, std::unique_ptr<const Dictionary>>;
+
+// Ends containers one after the other, not one inside the other: they may be nested deeper than the stack is.
+void endContainer(Container ended) {
+    thread_local std::vector<Container>* waiting = nullptr;
+    if (waiting) {
+        waiting->push_back(std::move(ended));
+        return;
+    }
+    std::vector<Container> all;
+    waiting = &all;
+    all.push_back(std::move(ended));
+    while (!all.empty()) {
+        const Container next = std::move(all.back());
+        all.pop_back();
+    }
+    waiting = nullptr;
+}
+
+template <class Built>
+std::shared_ptr<const Built> shared(Built container) {
+    return {new Built(std::move(container)),
+            [](const Built* built) { endContainer(std::unique_ptr<const Built>(built)); }};
+}
+
 }  // namespace
 
 Value::Value(std::string_view text) : content_(std::string(text)) {}
@@ -77,8 +107,8 @@ Value::Value(Date date) : content_(date) {}
 Value::Value(std::int64_t integer) : content_(integer) {}
 Value::Value(double real) : content_(real) {}
 Value::Value(std::vector<std::byte> data) : content_(std::make_shared<const std::vector<std::byte>>(std::move(data))) {}
-Value::Value(Array array) : content_(std::make_shared<const Array>(std::move(array))) {}
-Value::Value(Dictionary dictionary) : content_(std::make_shared<const Dictionary>(std::move(dictionary))) {}
+Value::Value(Array array) : content_(shared(std::move(array))) {}
+Value::Value(Dictionary dictionary) : content_(shared(std::move(dictionary))) {}
 Value::Value(std::shared_ptr<const ArraySource> source) : content_(std::move(source)) {}
 Value::Value(Slice slice) : content_(std::move(slice)) {}
 
@@ -86,7 +116,7 @@ Kind Value::kind() const {
     static constexpr Kind kinds[] = {Kind::string, Kind::string, Kind::boolean, Kind::date,       Kind::integer,
                                      Kind::real,   Kind::data,   Kind::array,   Kind::dictionary, Kind::array};
     auto* slice = std::get_if<Slice>(&content_);
-    return slice ? slice->kind : kinds[content_.index()];
+    return slice ? kindOf(*slice) : kinds[content_.index()];
 }
 
 std::optional<std::string> Value::string() const {
@@ -146,12 +176,12 @@ bool Value::boolValue() const {
 
 Slice sliceOf(const Value& value) {
     if (auto* slice = std::get_if<Slice>(&value.content_)) return *slice;
-    StringSink sink;
+    BufferSink sink;
     XmlWriter writer(sink);
     writer.value(value);
     writer.flush();
-    Buffer text = Buffer::adopt(sink.take());
-    return {text.bytes, text.bytes.get(), text.bytes.get() + text.size, value.kind()};
+    const Buffer text = sink.take();
+    return {text.bytes, text.bytes.get(), text.bytes.get() + text.size};
 }
 
 const Value* Dictionary::find(std::string_view key) const {

@@ -42,12 +42,12 @@ public:
     virtual void writeElements(XmlWriter& writer) const = 0;
 };
 
-// Part of a text that was read and checked; keeps the text alive.
+// Part of a text that was read and checked: an element. Keeps the text alive. Large dictionaries hold little else, so
+// it is small: what kind of element it is stands in the text.
 struct Slice {
     std::shared_ptr<const char[]> text;
     const char* begin = nullptr;  // at the element's opening tag
     const char* end = nullptr;    // behind its closing tag
-    Kind kind = Kind::string;
 };
 
 class Value {

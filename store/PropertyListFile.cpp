@@ -18,13 +18,14 @@ std::optional<Dictionary> readDictionary(const std::filesystem::path& path) {
 std::optional<Dictionary> readDictionary(const std::filesystem::path& path, std::error_code& failed) {
     std::optional<Buffer> file = readFile(path, mayBePropertyList, failed);
     if (!file) return std::nullopt;
-    ReadResult result = readPropertyList(*file);
+    ReadResult result = readPropertyList(*std::move(file));
     if (auto* dictionary = std::get_if<Dictionary>(&result)) return std::move(*dictionary);
     return std::nullopt;
 }
 
-bool writeDictionary(const std::filesystem::path& path, const Dictionary& dictionary) {
-    return !replaceFile(path, [&](Sink& sink) { XmlWriter(sink).document(dictionary); });
+bool writeDictionary(const std::filesystem::path& path, const Dictionary& dictionary, const KeptSuffix& keptSuffix) {
+    return !replaceFile(
+        path, [&](Sink& sink) { XmlWriter(sink).document(dictionary); }, keptSuffix);
 }
 
 }  // namespace store

@@ -4,6 +4,7 @@
 #include <optional>
 #include <system_error>
 
+#include "store/FileReplacement.h"
 #include "store/PropertyList.h"
 
 namespace store {
@@ -15,8 +16,9 @@ std::optional<Dictionary> readDictionary(const std::filesystem::path& path);
 // The same; `failed` is set when there may well be a dictionary that could only not be read this time.
 std::optional<Dictionary> readDictionary(const std::filesystem::path& path, std::error_code& failed);
 
-// Replaces or creates the file in one step; see replaceFile(). Returns whether that went well; if not, an old file is
-// as it was.
-bool writeDictionary(const std::filesystem::path& path, const Dictionary& dictionary);
+// Replaces or creates the file in one step, and keeps what is replaced where there is a suffix for it; see
+// replaceFile(). Returns whether that went well; if not, an old file is as it was.
+bool writeDictionary(const std::filesystem::path& path, const Dictionary& dictionary,
+                     const KeptSuffix& keptSuffix = {});
 
 }  // namespace store

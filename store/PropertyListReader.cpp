@@ -31,15 +31,17 @@ ReadResult readText(const Buffer& text) {
     return errorAt(failure.reason, text.view(), static_cast<std::size_t>(failure.at - text.bytes.get()));
 }
 
-ReadResult readUtf16(std::string_view bytes, ByteOrder order) {
+ReadResult readUtf16(Buffer file, ByteOrder order) {
     std::size_t malformedAt = 0;
-    auto text = utf8FromUtf16(bytes, order, malformedAt);
+    auto text = utf8FromUtf16(file.view(), order, malformedAt);
+    file = {};
     if (text) return readText(Buffer::adopt(std::move(*text)));
     return ReadError{ReadFailure::badEncoding, describe(ReadFailure::badEncoding), malformedAt};
 }
 
-ReadResult readBinary(std::string_view bytes) {
-    auto result = xmlFromBinary(bytes);
+ReadResult readBinary(Buffer file) {
+    auto result = xmlFromBinary(file.view());
+    file = {};
     if (auto* text = std::get_if<Buffer>(&result)) return readText(*text);
     BinaryFailure failure = std::get<BinaryFailure>(result);
     return ReadError{failure.reason, describe(failure.reason), failure.byte};
@@ -47,11 +49,11 @@ ReadResult readBinary(std::string_view bytes) {
 
 }  // namespace
 
-ReadResult readPropertyList(const Buffer& file) {
+ReadResult readPropertyList(Buffer file) {
     std::string_view bytes = file.view();
-    if (isBinaryPropertyList(bytes)) return readBinary(bytes);
-    if (bytes.starts_with("\xFE\xFF")) return readUtf16(bytes, ByteOrder::big);
-    if (bytes.starts_with("\xFF\xFE")) return readUtf16(bytes, ByteOrder::little);
+    if (isBinaryPropertyList(bytes)) return readBinary(std::move(file));
+    if (bytes.starts_with("\xFE\xFF")) return readUtf16(std::move(file), ByteOrder::big);
+    if (bytes.starts_with("\xFF\xFE")) return readUtf16(std::move(file), ByteOrder::little);
     return readText(file);
 }
 

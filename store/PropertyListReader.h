@@ -24,8 +24,9 @@ struct ReadError {
 using ReadResult = std::variant<Dictionary, ReadError>;
 
 // A property list's outermost dictionary, from XML (see XmlReader.h for what is accepted) in UTF-8, or in UTF-16 with a
-// byte-order mark, or from the binary form. A file that is wrong anywhere gives nothing but the error.
-ReadResult readPropertyList(const Buffer& file);
+// byte-order mark, or from the binary form. A file that is wrong anywhere gives nothing but the error. A file that is
+// handed over is kept no longer than it is needed.
+ReadResult readPropertyList(Buffer file);
 
 // Whether a file that begins like this can be a property list: a quick no for what is something else altogether.
 bool mayBePropertyList(std::string_view beginning);

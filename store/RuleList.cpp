@@ -6,8 +6,8 @@
 
 #include "store/NameSort.h"
 #include "store/Ordering.h"
+#include "store/RuleSearch.h"
 #include "store/RuleStorage.h"
-#include "store/SearchBlock.h"
 
 namespace store {
 
@@ -15,22 +15,21 @@ using Number = RuleStorage::Number;
 
 struct RuleList::Private {
     RuleStorage storage;
-    std::vector<Number> rows;          // the entries as they are shown
-    std::optional<RuleOrder> order;    // in which the rows are known to be
-    std::optional<SearchBlock> block;  // of the entries by number; made by the first search since a text changed
+    std::vector<Number> rows;              // the entries as they are shown
+    std::optional<RuleOrder> order;        // in which the rows are known to be
+    std::optional<RuleSearch> ruleSearch;  // made by the first search since a text changed
 
     std::string_view rule(std::size_t row) const { return storage.rule(rows[row]); }
 
     void textChanged(std::optional<RuleOrder> newOrder) {
         order = newOrder;
-        block.reset();
+        ruleSearch.reset();
     }
 
-    const std::vector<Number>& numbersMatching(std::string_view text) {
-        if (!block)
-            block.emplace(storage.size(), storage.textSize(),
-                          [this](std::size_t each) { return storage.rule(static_cast<Number>(each)); });
-        return block->search(text);
+    // By number, 1 for an entry that matches.
+    std::vector<std::uint8_t> matches(std::string_view text) {
+        if (!ruleSearch) ruleSearch.emplace(storage);
+        return ruleSearch->search(text);
     }
 
     // Equal entries keep their order.
@@ -132,14 +131,15 @@ void RuleList::clear() {
 }
 
 std::vector<std::uint32_t> RuleList::search(std::string_view text) const {
-    std::vector<std::uint32_t> positions;
-    const std::vector<Number>& numbers = d_->numbersMatching(text);
-    if (numbers.empty()) return positions;
-    std::vector<bool> isMatch(d_->storage.size());
-    for (Number number : numbers) isMatch[number] = true;
-    positions.reserve(numbers.size());
-    for (std::uint32_t row = 0; row < d_->rows.size(); ++row)
-        if (isMatch[d_->rows[row]]) positions.push_back(row);
+    const std::vector<std::uint8_t> matches = d_->matches(text);
+    // Every row is put down, and stays when it matches: which do cannot be foretold, as a branch would have to.
+    std::vector<std::uint32_t> positions(d_->rows.size() + 1);
+    std::size_t count = 0;
+    for (std::uint32_t row = 0; row < d_->rows.size(); ++row) {
+        positions[count] = row;
+        count += matches[d_->rows[row]];
+    }
+    positions.resize(count);
     return positions;
 }
 

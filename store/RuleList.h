@@ -49,8 +49,7 @@ public:
     std::vector<std::size_t> removeEqual(std::size_t position);
     void clear();
 
-    // Positions of the entries that match, in list order. Asking again with a text that goes on where the last one
-    // ended looks through the last answer only.
+    // Positions of the entries that match, in list order.
     std::vector<std::uint32_t> search(std::string_view text) const;
 
     // The whole list in its present order, to be stored in a file. The value refers to this list: write it before

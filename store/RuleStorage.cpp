@@ -8,11 +8,6 @@
 
 namespace store {
 
-std::string_view RuleStorage::rule(Number number) const {
-    const Entry& entry = entries_[number];
-    return {pool_.data() + entry.offset, entry.size};
-}
-
 std::optional<Date> RuleStorage::date(Number number) const {
     std::int64_t seconds = entries_[number].date;
     if (seconds == noDate) return std::nullopt;

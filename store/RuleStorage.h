@@ -26,9 +26,12 @@ public:
     static RuleStorage read(const Slice& array);
 
     std::size_t size() const { return entries_.size(); }
-    // Bytes of all texts.
-    std::size_t textSize() const { return pool_.size(); }
-    std::string_view rule(Number number) const;
+    // All texts, those of the rules among them.
+    std::string_view pool() const { return pool_; }
+    std::string_view rule(Number number) const {
+        const Entry& entry = entries_[number];
+        return {pool_.data() + entry.offset, entry.size};
+    }
     std::optional<Date> date(Number number) const;
     // Later dates are larger; no date is smaller than any.
     std::int64_t dateOrder(Number number) const { return entries_[number].date; }

@@ -26,42 +26,26 @@ std::uint64_t loweredWord(std::uint64_t word) {
     return word | ((fromA & ~behindZ & highBits) >> 2);
 }
 
-// Hands out a text as numbers of eight characters; what is left at the end is filled up with NULs.
-template <typename Char, typename Visit>
-void visitWords(Char* text, std::size_t size, Visit visit) {
-    std::uint64_t word;
-    for (; size >= wordSize; text += wordSize, size -= wordSize) {
-        std::memcpy(&word, text, wordSize);
-        visit(word, text, wordSize);
-    }
-    if (size == 0) return;
-    word = 0;
-    std::memcpy(&word, text, size);
-    visit(word, text, size);
-}
-
-bool isAscii(std::string_view text) {
+// Lowers ASCII letters where they stand. Returns false when there is other text, which then means nothing any more.
+bool lowerAscii(char* text, std::size_t size) {
     std::uint64_t all = 0;
-    visitWords(text.data(), text.size(), [&](std::uint64_t word, const char*, std::size_t) { all |= word; });
-    return (all & highBits) == 0;
-}
-
-void appendLoweredAscii(std::string_view text, std::string& block) {
-    const std::size_t begin = block.size();
-    block.append(text);
-    visitWords(block.data() + begin, text.size(), [](std::uint64_t word, char* to, std::size_t size) {
+    auto lowerWord = [&all](char* at) {
+        std::uint64_t word;
+        std::memcpy(&word, at, wordSize);
+        all |= word;
         word = loweredWord(word);
-        if (size == wordSize)
-            std::memcpy(to, &word, wordSize);
-        else
-            std::memcpy(to, &word, size);
-    });
-}
-
-std::string loweredAscii(std::string_view text) {
-    std::string lowered;
-    appendLoweredAscii(text, lowered);
-    return lowered;
+        std::memcpy(at, &word, wordSize);
+    };
+    if (size >= wordSize) {
+        for (std::size_t at = 0; at + wordSize <= size; at += wordSize) lowerWord(text + at);
+        lowerWord(text + size - wordSize);  // some characters twice, which changes nothing
+    } else {
+        char word[wordSize] = {};
+        std::copy_n(text, size, word);
+        lowerWord(word);
+        std::copy_n(word, size, text);
+    }
+    return (all & highBits) == 0;
 }
 
 std::u16string lowered(const std::u16string& text) {
@@ -89,10 +73,11 @@ bool SearchText::matches(std::string_view field) const {
 }
 
 void appendLoweredForSearch(std::string_view text, std::string& block) {
-    if (isAscii(text))
-        appendLoweredAscii(text, block);
-    else
-        block.append(utf8(composed(lowered(utf16(text)))));
+    const std::size_t begin = block.size();
+    block.append(text);
+    if (lowerAscii(block.data() + begin, text.size())) return;
+    block.resize(begin);
+    block.append(utf8(composed(lowered(utf16(text)))));
 }
 
 std::string loweredForSearch(std::string_view text) {
@@ -102,7 +87,8 @@ std::string loweredForSearch(std::string_view text) {
 }
 
 std::string lowercase(std::string_view text) {
-    return isAscii(text) ? loweredAscii(text) : utf8(lowered(utf16(text)));
+    std::string lower(text);
+    return lowerAscii(lower.data(), lower.size()) ? lower : utf8(lowered(utf16(text)));
 }
 
 }  // namespace store

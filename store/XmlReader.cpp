@@ -117,10 +117,7 @@ private:
         if (wantsKey != (tag == Tag::key))
             return fail(wantsKey ? ReadFailure::valueWithoutKey : ReadFailure::keyWithoutValue, scanner_.tagBegin());
         if (wantsKey) return readKey(event);
-        if (inDictionary_.size() == 1) {
-            value_.begin = scanner_.tagBegin();
-            value_.kind = kindOf(tag);
-        }
+        if (inDictionary_.size() == 1) value_.begin = scanner_.tagBegin();
         if (tag == Tag::dict && !inDictionary_.back() && takesEntriesWhole_ && skipRuleEntry()) return true;
         if (isContainer(tag) && event == Event::open) {
             inDictionary_.push_back(tag == Tag::dict);

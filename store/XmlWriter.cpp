@@ -54,7 +54,9 @@ XmlWriter::XmlWriter(Sink& sink) : sink_(sink), bytes_(std::make_unique_for_over
 
 void XmlWriter::document(const Dictionary& dictionary) {
     raw(header);
-    value(Value(dictionary));
+    std::vector<Container> open;
+    begin(Container(dictionary), open);
+    complete(open);
     raw(footer);
     flush();
 }
@@ -69,7 +71,7 @@ void XmlWriter::largeRaw(std::string_view text) {
 }
 
 void XmlWriter::tabs() {
-    for (std::size_t i = 0; i < depth_; ++i) raw("\t");
+    for (std::size_t i = 0; i < tabCount(); ++i) raw("\t");
 }
 
 void XmlWriter::line(std::string_view text) {
@@ -85,39 +87,53 @@ void XmlWriter::key(std::string_view text) {
     raw("</key>\n");
 }
 
-void XmlWriter::value(const Value& root) {
+void XmlWriter::string(std::string_view text) {
+    tabs();
+    raw("<string>");
+    escaped(text);
+    raw("</string>\n");
+}
+
+void XmlWriter::value(const Value& value) {
     std::vector<Container> open;
-    const Value* next = &root;
-    auto begin = [&](Container container) {
-        if (container.isComplete()) {
-            line("<" + std::string(container.tag()) + "/>");
-            return;
-        }
-        line("<" + std::string(container.tag()) + ">");
-        indent();
-        open.push_back(container);
-    };
-    for (;;) {
-        if (auto* array = std::get_if<std::shared_ptr<const Array>>(&next->content_))
-            begin(Container(**array));
-        else if (auto* dictionary = std::get_if<std::shared_ptr<const Dictionary>>(&next->content_))
-            begin(Container(**dictionary));
-        else
-            scalar(*next);
-        while (!open.empty() && open.back().isComplete()) {
-            outdent();
-            line("</" + std::string(open.back().tag()) + ">");
-            open.pop_back();
-        }
-        if (open.empty()) return;
+    begin(value, open);
+    complete(open);
+}
+
+void XmlWriter::begin(const Value& value, std::vector<Container>& open) {
+    if (auto* array = std::get_if<std::shared_ptr<const Array>>(&value.content_))
+        begin(Container(**array), open);
+    else if (auto* dictionary = std::get_if<std::shared_ptr<const Dictionary>>(&value.content_))
+        begin(Container(**dictionary), open);
+    else
+        scalar(value);
+}
+
+void XmlWriter::begin(const Container& container, std::vector<Container>& open) {
+    if (container.isComplete()) {
+        line("<" + std::string(container.tag()) + "/>");
+        return;
+    }
+    line("<" + std::string(container.tag()) + ">");
+    indent();
+    open.push_back(container);
+}
+
+// Everything that is still to be written of containers that lie in one another.
+void XmlWriter::complete(std::vector<Container>& open) {
+    while (!open.empty()) {
         Container& container = open.back();
-        if (container.array) {
-            next = &(*container.array)[container.index++];
-            continue;
+        if (container.isComplete()) {
+            outdent();
+            line("</" + std::string(container.tag()) + ">");
+            open.pop_back();
+        } else if (container.array) {
+            begin((*container.array)[container.index++], open);
+        } else {
+            const auto& [name, next] = *container.entry++;
+            key(name);
+            begin(next, open);
         }
-        key(container.entry->first);
-        next = &container.entry->second;
-        ++container.entry;
     }
 }
 
@@ -139,7 +155,7 @@ void XmlWriter::scalar(const Value& value) {
                        raw({slice.begin, static_cast<std::size_t>(slice.end - slice.begin)});
                        raw("\n");
                    },
-                   [&](const std::string& text) { element("string", [&] { escaped(text); }); },
+                   [&](const std::string& text) { string(text); },
                    [&](bool boolean) { line(boolean ? "<true/>" : "<false/>"); },
                    [&](Date when) { element("date", [&] { date(when); }); },
                    [&](std::int64_t integer) { element("integer", [&] { raw(std::to_string(integer)); }); },

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "store/PropertyList.h"
 
@@ -31,8 +32,10 @@ public:
     // Lines, with their indentation and end.
     void line(std::string_view text);
     void key(std::string_view text);
-    // The tabs before an element at the present depth.
-    std::string indentation() const { return std::string(depth_, '\t'); }
+    void string(std::string_view text);
+    // The tabs before an element at the present depth. From some depth on they would be most of the text: there are no
+    // more of them.
+    std::string indentation() const { return std::string(tabCount(), '\t'); }
 
     // How far to the right what comes next stands.
     void indent() { ++depth_; }
@@ -41,11 +44,16 @@ public:
 private:
     struct Container;
     static constexpr std::size_t capacity = 64 * 1024;
+    static constexpr std::size_t mostTabs = 64;
 
+    void begin(const Value& value, std::vector<Container>& open);
+    void begin(const Container& container, std::vector<Container>& open);
+    void complete(std::vector<Container>& open);
     void scalar(const Value& value);
     void data(const std::vector<std::byte>& data);
     void character(std::string_view& rest);
     void largeRaw(std::string_view text);
+    std::size_t tabCount() const { return depth_ < mostTabs ? depth_ : mostTabs; }
     void tabs();
 
     Sink& sink_;

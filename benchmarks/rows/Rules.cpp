@@ -90,6 +90,15 @@ Rows measureRuleList(const Conditions& conditions) {
             row("edit a rule", copyPeer, "edit", "copy", atMost(4))};
 }
 
+Rows measureUse(const Conditions& conditions) {
+    DeviceFolder device(conditions.folder);
+    device.putRules(hosts(conditions.size));
+    const Figures copied = medianOfRounds({[&] { return Figures{{"copy", copyAndSync(device.globalRules())}}; }});
+    const Figures used = runWorker({"use", device.root()});
+    return {{"longest absence in two minutes of use, " + of(conditions.size), copyPeer, Unit::seconds,
+             used.at("absence"), copied.at("copy"), atMost(4)}};
+}
+
 Rows measureImport(const Conditions& conditions) {
     DeviceFolder device(conditions.folder);
     device.putHostList(hosts(conditions.size));

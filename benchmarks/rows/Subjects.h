@@ -22,6 +22,7 @@ Rows measureChooser(const Conditions& conditions);
 Rows measureIcons(const Conditions& conditions);
 Rows measureSwitch(const Conditions& conditions);
 Rows measureRuleList(const Conditions& conditions);
+Rows measureUse(const Conditions& conditions);
 Rows measureSort(const Conditions& conditions);
 Rows measureImport(const Conditions& conditions);
 Rows measureExport(const Conditions& conditions);
@@ -39,7 +40,7 @@ inline constexpr std::array subjects{
     Subject{"start", measureStart},   Subject{"chooser", measureChooser}, Subject{"icons", measureIcons},
     Subject{"switch", measureSwitch}, Subject{"rules", measureRuleList},  Subject{"sort", measureSort},
     Subject{"import", measureImport}, Subject{"export", measureExport},   Subject{"scroll", measureScroll},
-    Subject{"log", measureLog},       Subject{"growth", measureGrowth},
+    Subject{"log", measureLog},       Subject{"growth", measureGrowth},   Subject{"use", measureUse},
 };
 
 }  // namespace bench

@@ -1,10 +1,14 @@
 #include <QAbstractButton>
+#include <QElapsedTimer>
 #include <QLineEdit>
 
+#include "benchmarks/Machine.h"
 #include "benchmarks/Memory.h"
 #include "benchmarks/workers/App.h"
 #include "benchmarks/workers/Events.h"
+#include "benchmarks/workers/Watchdog.h"
 #include "benchmarks/workers/Workers.h"
+#include "platform/ui/AnimationClock.h"
 #include "platform/ui/SearchDisplayController.h"
 #include "platform/ui/TableView.h"
 #include "platform/ui/ViewController.h"
@@ -62,6 +66,20 @@ double deleteRule(App& app) {
     return app.untilReplaced(app.device().globalRules(), [&] { tap(*deleteButton); });
 }
 
+void sortBy(App& app, const QString& button) {
+    tap(*app.button(button));
+    app.clock().settle();
+}
+
+void fling(App& app) {
+    platform::AnimationClock::setInstant(false);
+    for (const int direction : {-1, -1, 1}) {
+        app.flick(direction);
+        app.clock().settle();
+    }
+    platform::AnimationClock::setInstant(true);
+}
+
 double editRule(App& app) {
     constexpr platform::IndexPath row{ruleSection, 4};
     tap(*app.button(QStringLiteral("Edit")));
@@ -82,10 +100,33 @@ Figures useRuleList(const Arguments& arguments) {
     app.clock().settle();
     figures["resident"] = residentMemory();
     search(app, figures);
-    figures["add"] = addRule(app);
-    figures["delete"] = deleteRule(app);
-    figures["edit"] = editRule(app);
+    const std::array<std::pair<const char*, double (*)(App&)>, 3> changes{
+        {{"add", addRule}, {"delete", deleteRule}, {"edit", editRule}}};
+    for (const auto& [name, change] : changes) {
+        settleMachine();
+        figures[name] = change(app);
+    }
     return figures;
+}
+
+Figures watchTwoMinutesOfUse(const Arguments& arguments) {
+    constexpr qint64 milliseconds = 120'000;
+    App app(arguments.at(0));
+    app.openDenyList();
+    const Watchdog watchdog;
+    app.clock().disregard(watchdog);
+    Figures figures;
+    QElapsedTimer used;
+    for (used.start(); used.elapsed() < milliseconds;) {
+        search(app, figures);
+        fling(app);
+        sortBy(app, QStringLiteral("Sort by Date"));
+        fling(app);
+        sortBy(app, QStringLiteral("Sort by Name"));
+        addRule(app);
+        deleteRule(app);
+    }
+    return {{"absence", watchdog.longestAbsence()}};
 }
 
 }  // namespace bench

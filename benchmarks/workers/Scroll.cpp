@@ -38,7 +38,7 @@ public:
         std::vector<double> frames;
         for (int round = 0; round < rounds; ++round) {
             for (const int direction : {-1, 1}) {
-                flick(direction);
+                app_.flick(direction);
                 append(frames, framesWhileMoving());
             }
         }
@@ -73,22 +73,6 @@ private:
                 frames.push_back(app_.clock().untilPainted(inTable, [&] { scroll(at < steps); }));
         }
         return frames;
-    }
-
-    void flick(int direction) {
-        constexpr int stepPoints = 25;
-        constexpr int steps = 6;
-        QWidget& viewport = *table_.viewport();
-        QPoint finger(160, direction < 0 ? 300 : 120);
-        press(viewport, finger);
-        for (int step = 0; step < steps; ++step) {
-            QElapsedTimer timer;
-            timer.start();
-            app_.clock().framesUntil([&] { return timer.elapsed() >= 10; });
-            finger.ry() += direction * stepPoints;
-            moveTo(viewport, finger);
-        }
-        release(viewport, finger);
     }
 
     std::vector<double> framesWhileMoving() {

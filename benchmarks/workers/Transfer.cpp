@@ -34,6 +34,7 @@ Figures importHostList(const Arguments& arguments) {
     app.answer(importButton);
     app.clock().settle();
     app.tapRow(0, 0);
+    settleMachine();
     return {{"import", app.untilReplaced(app.device().globalRules(), [&] { app.answer(yesButton); })}};
 }
 
@@ -51,6 +52,7 @@ Figures exportAndImportSettings(const Arguments& arguments) {
     app.tapRow(0, 0);
     // The last of the files that an import replaces.
     const std::filesystem::path last = app.device().files().path(store::File::guiSettings);
+    settleMachine();
     figures["import"] = app.untilReplaced(last, [&] { app.answer(yesButton); });
     return figures;
 }

@@ -14,6 +14,8 @@ Figures changeSwitch(const Arguments& arguments);
 Figures changeWithLibplist(const Arguments& arguments);
 // Opens a rule list, searches it, changes it.
 Figures useRuleList(const Arguments& arguments);
+// The same for two minutes, and how long the main thread was away in them at most.
+Figures watchTwoMinutesOfUse(const Arguments& arguments);
 Figures importHostList(const Arguments& arguments);
 Figures exportAndImportSettings(const Arguments& arguments);
 // Scrolls a rule list in every way there is; the second argument is the screen's pixels per point.
@@ -25,15 +27,11 @@ Figures listWithGlib(const Arguments& arguments);
 Figures scrollUncachedIcons(const Arguments& arguments);
 
 inline constexpr std::array workers{
-    Worker{"switch", changeSwitch},
-    Worker{"libplist", changeWithLibplist},
-    Worker{"rules", useRuleList},
-    Worker{"import", importHostList},
-    Worker{"export", exportAndImportSettings},
-    Worker{"scroll", scrollRuleList},
-    Worker{"log", openLog},
-    Worker{"chooser", openChooser},
-    Worker{"glib", listWithGlib},
+    Worker{"switch", changeSwitch},       Worker{"libplist", changeWithLibplist},
+    Worker{"rules", useRuleList},         Worker{"use", watchTwoMinutesOfUse},
+    Worker{"import", importHostList},     Worker{"export", exportAndImportSettings},
+    Worker{"scroll", scrollRuleList},     Worker{"log", openLog},
+    Worker{"chooser", openChooser},       Worker{"glib", listWithGlib},
     Worker{"icons", scrollUncachedIcons},
 };
 

@@ -1,9 +1,11 @@
+#include <grp.h>
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "Child.h"
 #include "Files.h"
 #include "Values.h"
 #include "store/ConfigurationStore.h"
@@ -267,6 +269,74 @@ TEST_F(ConfigurationStoreTest, KeepsOneGenerationInItsOwnFolder) {
     EXPECT_EQ(namesIn(root / "elsewhere"), std::set<std::string>{"rules"});
     EXPECT_EQ(namesIn(preferences("")), (std::set<std::string>{"Vxm", path.filename(), previous.filename()}));
     EXPECT_TRUE(std::filesystem::is_empty(store.exportDirectory())) << "the export screen lists what is in there";
+}
+
+// Two people of one group share the folder, and the system refuses the one a second name for the other's file.
+TEST_F(ConfigurationStoreTest, KeepsTheFilesOfAnotherPerson) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can be two people";
+    constexpr uid_t owner = 1234;
+    constexpr uid_t other = 5678;
+    constexpr gid_t group = 4321;
+    const std::string readable = text("<key>mine</key><true/>");
+    struct Row {
+        const char* what;
+        std::string before;
+        mode_t mode;
+        const char* keptAs;
+    };
+    const Row table[] = {
+        {"readable", readable, 0644, ".previous"},
+        {"damaged", "<dict><key>cut sh", 0644, ".damaged"},
+        {"unreadable", readable, 0600, ".damaged"},
+    };
+    std::filesystem::permissions(root.path(), std::filesystem::perms(0755));
+    for (const Row& row : table) {
+        SCOPED_TRACE(row.what);
+        std::filesystem::remove_all(preferences(""));
+        std::filesystem::create_directory(preferences(""));
+        ASSERT_EQ(chown(preferences("").c_str(), owner, group) + chmod(preferences("").c_str(), 0775), 0);
+        const std::filesystem::path path = store.path(File::appRules);
+        const std::filesystem::path kept = path.string() + row.keptAs;
+        put(path, row.before);
+        put(kept, "an earlier generation");
+        for (const auto& each : {path, kept})
+            ASSERT_EQ(chown(each.c_str(), owner, group) + chmod(each.c_str(), row.mode), 0);
+        EXPECT_EQ(inChild([&] {
+                      if (setgroups(0, nullptr) != 0 || setgid(group) != 0 || setuid(other) != 0) return 1;
+                      store.replace(File::appRules, dictionaryOf(text("<key>imported</key><true/>")));
+                      return 0;
+                  }),
+                  0);
+        EXPECT_TRUE(holdsExactly(File::appRules, "<key>imported</key><true/>"));
+        EXPECT_EQ(contentOf(kept), row.before);
+        EXPECT_EQ(statusOf(kept).st_uid, owner);
+        EXPECT_EQ(statusOf(path).st_mode & 07777, row.mode);
+        EXPECT_EQ(namesIn(preferences("")), (std::set<std::string>{path.filename(), kept.filename()}));
+    }
+}
+
+TEST_F(ConfigurationStoreTest, LeavesWhatALinkInPlaceOfTheMarkerLeadsTo) {
+    put(root / "stranger", "a stranger's");
+    std::filesystem::create_symlink(root / "stranger", preferences("com.Urmeld.Firewall.disabled"));
+    store.setDisabled(true);
+    EXPECT_TRUE(store.isDisabled());
+    store.setDisabled(false);
+    EXPECT_FALSE(store.isDisabled());
+    EXPECT_EQ(contentOf(root / "stranger"), "a stranger's");
+}
+
+TEST_F(ConfigurationStoreTest, SweepsWhereItsLinksLead) {
+    constexpr const char* leftover = ".rules.vxm-abcdefghijkl";
+    constexpr const char* ofOthers = ".another.vxm-abcdefghijkl";
+    std::filesystem::create_directory(root / "elsewhere");
+    std::filesystem::create_symlink(root / "elsewhere/rules", store.path(File::appRules));
+    for (bool isThere : {false, true}) {
+        if (isThere) put(root / "elsewhere/rules", text(""));
+        for (const char* name : {leftover, ofOthers}) put((root / "elsewhere") / name, "half");
+        ConfigurationStore next(root.path(), center);
+        EXPECT_FALSE(namesIn(root / "elsewhere").contains(leftover));
+        EXPECT_TRUE(namesIn(root / "elsewhere").contains(ofOthers));
+    }
 }
 
 TEST_F(ConfigurationStoreTest, SweepsLeftoversWhenItStarts) {

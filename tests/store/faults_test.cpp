@@ -18,9 +18,9 @@
 #include "Files.h"
 #include "Values.h"
 #include "store/ConfigurationStore.h"
-#include "store/FileReplacement.h"
 #include "store/NotifyCenter.h"
-#include "store/SetAside.h"
+#include "store/SecondName.h"
+#include "store/Temporaries.h"
 #include "store/faults/Changes.h"
 #include "store/faults/SystemCalls.h"
 
@@ -97,7 +97,7 @@ public:
             ::close(permission_[1]);
             alarm(patience);
             NobodyListens nobody;
-            faults::arm(fault, atCall);
+            faults::arm(fault, atCall, change.before == Held::rulesOfOthers);
             ConfigurationStore store(root, nobody);
             change.make(store);
             const Seen seen = faults::disarm();
@@ -233,11 +233,17 @@ TEST(Faults, StopAChangeBeforeTheFileIsInPlace) {
     };
     const Row table[] = {
         {SYS_write, {false}},
-        {SYS_fsync, {false, true}},        // the file, the folder
-        {SYS_close, {true, false, true}},  // of the old file, of the new one, of the folder
+        {SYS_fsync, {false, true}},              // the file, the folder
+        {SYS_close, {true, false, true, true}},  // of the old file, of the new one, of its lock, of the folder
         {SYS_renameat2, {false}},
     };
     for (const Row& row : table) EXPECT_EQ(switching.isMadeWhenFails(row.call), row.isMade) << row.call;
+}
+
+// What was switched on again must not be found off after a power cut.
+TEST(Faults, DoNotKeepTheMarkerThatIsGone) {
+    ChangeUnderFaults switchingOn(everyChange().back());
+    EXPECT_EQ(switchingOn.isMadeWhenFails(SYS_fsync), std::vector<bool>{true});
 }
 
 void meetAll(const std::vector<Fault>& faults, bool withManyRules) {

@@ -4,15 +4,16 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <string>
 
+#include "Child.h"
 #include "Files.h"
 #include "store/FileReading.h"
 #include "store/Sink.h"
+#include "store/Temporaries.h"
 
 namespace store {
 namespace {
@@ -21,17 +22,6 @@ using Names = std::set<std::string>;
 
 std::error_code replaceWith(const std::filesystem::path& path, std::string_view content) {
     return replaceFile(path, [&](Sink& sink) { sink.write(content); });
-}
-
-// Runs something in a process of its own, since it changes what belongs to the whole process; returns its exit code, or
-// minus the signal that ended it.
-template <class Function>
-int inChild(Function function) {
-    pid_t child = fork();
-    if (child == 0) _exit(function());
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 TEST(FileReplacement, CreatesAFileThatEverybodyMayRead) {
@@ -153,6 +143,11 @@ TEST(FileReplacement, SweepsWhatAKilledWriterLeft) {
     EXPECT_EQ(result, -SIGKILL);
     EXPECT_EQ(contentOf(directory / "file"), "old");
     EXPECT_EQ(namesIn(directory.path()).size(), others.size() + 1);
+    removeStaleTemporaries(directory.path(), "another file");
+    EXPECT_EQ(namesIn(directory.path()).size(), others.size() + 1);
+    removeStaleTemporaries(directory.path(), "file");
+    EXPECT_EQ(namesIn(directory.path()), others);
+    put(directory / ".other.vxm-abcdefghijkl", "half");
     removeStaleTemporaries(directory.path());
     EXPECT_EQ(namesIn(directory.path()), others);
     removeStaleTemporaries(directory / "missing");

@@ -83,8 +83,7 @@ TEST(Ordering, SortsLikeTheCollatorInEveryLocale) {
                          [&](auto a, auto b) { return order.compare(names[a], names[b]) < 0; });
         sortByName(sorted, nameOf, order);
         EXPECT_EQ(sorted, expected) << ucol_getAvailable(i);
-        std::string key;
-        cheap += order.appendAsciiKey("a", key);
+        cheap += order.asciiOrder() != nullptr;
     }
     EXPECT_GT(cheap, 50);
 }

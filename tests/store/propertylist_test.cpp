@@ -368,9 +368,14 @@ TEST(PropertyListWriting, CopiesSlicesAsTheyStand) {
     EXPECT_NE(written(dictionary).find("<key>k</key>\n\t" + odd + "\n"), std::string::npos);
 }
 
+// And they end without using up the stack.
 TEST(PropertyListWriting, WritesBuiltValuesOfAnyDepth) {
     Value value(true);
-    for (int i = 0; i < 3000; ++i) value = Value(Array{value});
+    for (int i = 0; i < 1'000'000; ++i) {
+        Dictionary around;
+        around.set("k", value);
+        value = i % 2 ? Value(std::move(around)) : Value(Array{value});
+    }
     Dictionary dictionary;
     dictionary.set("deep", value);
     EXPECT_TRUE(std::holds_alternative<Dictionary>(readText(written(dictionary))));

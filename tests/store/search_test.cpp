@@ -4,10 +4,17 @@
 
 #include <string>
 
-#include "store/SearchBlock.h"
+#include "store/RuleSearch.h"
+#include "store/RuleStorage.h"
 
 namespace store {
 namespace {
+
+RuleStorage storageOf(const std::vector<std::string>& rules) {
+    RuleStorage storage;
+    for (const std::string& rule : rules) storage.add(rule, Date());
+    return storage;
+}
 
 TEST(Search, MatchesWithoutRegardToCase) {
     struct Row {
@@ -39,8 +46,9 @@ TEST(Search, MatchesWithoutRegardToCase) {
     };
     for (const Row& row : table) {
         EXPECT_EQ(SearchText(row.text).matches(row.field), row.matches) << row.text << " in " << row.field;
-        SearchBlock block(1, 0, [&](std::size_t) { return row.field; });
-        EXPECT_EQ(block.search(row.text).size(), row.matches) << row.text << " in " << row.field;
+        const RuleStorage storage = storageOf({row.field});
+        EXPECT_EQ(RuleSearch(storage).search(row.text), std::vector<std::uint8_t>(1, row.matches))
+            << row.text << " in " << row.field;
     }
 }
 
@@ -63,13 +71,36 @@ TEST(Search, LowersTextOfAnyLength) {
 }
 
 TEST(Search, KeepsTextsApart) {
-    const std::string fields[] = {"ab", "cd", "", "abcd"};
-    SearchBlock block(4, 0, [&](std::size_t row) -> std::string_view { return fields[row]; });
-    EXPECT_EQ(block.search("bc"), std::vector<std::uint32_t>{3});
-    EXPECT_EQ(block.search("b"), (std::vector<std::uint32_t>{0, 3}));
-    EXPECT_EQ(block.search("ba"), std::vector<std::uint32_t>());
-    EXPECT_EQ(block.search("cd"), (std::vector<std::uint32_t>{1, 3}));
-    EXPECT_EQ(block.search("\xFF").size(), 0u);
+    const RuleStorage storage = storageOf({"ab", "cd", "", "abcd"});
+    const RuleSearch search(storage);
+    using Matches = std::vector<std::uint8_t>;
+    EXPECT_EQ(search.search("bc"), (Matches{0, 0, 0, 1}));
+    EXPECT_EQ(search.search("b"), (Matches{1, 0, 0, 1}));
+    EXPECT_EQ(search.search("ba"), (Matches{0, 0, 0, 0}));
+    EXPECT_EQ(search.search("cd"), (Matches{0, 1, 0, 1}));
+}
+
+// Texts around the sizes in which a pool is looked at, with what is searched at their ends.
+TEST(Search, FindsAtEveryPlaceOfAnyLength) {
+    std::vector<std::string> rules;
+    for (const std::size_t size : {1, 3, 7, 8, 55, 56, 57, 63, 64, 65, 111, 112, 113, 4095, 4096, 4097, 9000}) {
+        for (const char* wanted : {"Q", "qX", "Qxy", "qxyZ", "qxyzW"}) {
+            const std::string_view text(wanted);
+            if (text.size() > size) continue;
+            const std::string others(size - text.size(), 'x');
+            rules.insert(rules.end(), {wanted + others, others + wanted, std::string(size, 'x') + "\u00E9"});
+            rules.push_back(others.substr(0, others.size() / 2) + wanted + others.substr(others.size() / 2));
+        }
+    }
+    const RuleStorage storage = storageOf(rules);
+    const RuleSearch search(storage);
+    const std::string longest = 'q' + std::string(70, 'x');
+    for (const std::string& wanted : {std::string("q"), std::string("QX"), std::string("qxy"), std::string("qxyz"),
+                                      std::string("qxYzw"), std::string("x\u00C9"), longest}) {
+        const std::vector<std::uint8_t> found = search.search(wanted);
+        for (std::size_t i = 0; i < rules.size(); ++i)
+            EXPECT_EQ(found[i] != 0, SearchText(wanted).matches(rules[i])) << wanted << " in " << rules[i];
+    }
 }
 
 }  // namespace

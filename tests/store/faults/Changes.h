@@ -7,7 +7,7 @@ namespace store {
 
 class ConfigurationStore;
 
-enum class Held { nothing, rules, manyRules, damage };
+enum class Held { nothing, rules, manyRules, damage, rulesOfOthers };
 
 // One thing that a person can do to the files, and what the files hold before.
 struct Change {

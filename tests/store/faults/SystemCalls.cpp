@@ -20,6 +20,7 @@ namespace {
 Fault waiting;
 int atCall = 0;
 bool isArmed = false;
+bool linksAreRefused = false;
 Seen seen;
 
 void die() {
@@ -59,9 +60,10 @@ ssize_t callFor(long number, std::size_t size, Run run) {
 
 }  // namespace
 
-void arm(Fault fault, int at) {
+void arm(Fault fault, int at, bool refusesLinks) {
     waiting = fault;
     atCall = at;
+    linksAreRefused = refusesLinks;
     seen = {};
     isArmed = true;
 }
@@ -121,7 +123,14 @@ int rename(const char* from, const char* to) noexcept {
 int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
     return int(call(SYS_renameat2, fromFolder, from, toFolder, to, 0));
 }
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
+    return int(call(SYS_renameat2, fromFolder, from, toFolder, to, flags));
+}
 int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
+    if (faults::isArmed && faults::linksAreRefused) {
+        errno = EPERM;
+        return -1;
+    }
     return int(call(SYS_linkat, fromFolder, from, toFolder, to, flags));
 }
 int unlinkat(int folder, const char* path, int flags) noexcept {

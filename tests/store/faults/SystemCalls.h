@@ -19,7 +19,8 @@ struct Fault {
 // From now on calls on files are counted, and the fault waits for the one with this number, the first being 1. A
 // program that links this file makes its calls on files through it, those of its libraries included; while nothing is
 // armed they pass, except that nothing is ever brought to the disk: a process that ends loses nothing by that.
-void arm(Fault fault, int atCall);
+// With `refusesLinks` the system gives no file a second name, as it does with other people's.
+void arm(Fault fault, int atCall, bool refusesLinks = false);
 
 struct Seen {
     int calls = 0;
