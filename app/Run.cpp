@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <QStyle>
 
 #include "app/Termination.h"
 #include "app/VxmAppDelegate.h"
@@ -13,13 +14,17 @@ namespace app {
 
 namespace {
 
+QString styleName() {
+    return QStringLiteral("fusion");
+}
+
 QPalette appPalette() {
     QPalette colours(views::palette::bar);
     colours.setColor(QPalette::Window, Qt::white);
     colours.setColor(QPalette::Base, Qt::white);
-    colours.setColor(QPalette::Highlight, views::palette::accent);
+    colours.setColor(QPalette::Highlight, views::palette::accentInk);
     colours.setColor(QPalette::HighlightedText, Qt::white);
-    colours.setColor(QPalette::PlaceholderText, views::palette::quiet);
+    colours.setColor(QPalette::PlaceholderText, views::palette::hint);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         colours.setColor(role, views::palette::ink);
     }
@@ -30,12 +35,14 @@ QPalette appPalette() {
 
 void prepare() {
     QApplication::setDesktopSettingsAware(false);
-    QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setStyle(styleName());
     QApplication::setPalette(appPalette());
 }
 
 int run(QApplication& application, const platform::Device& device) {
     resources::initialize();
+    // The environment may have named another one, which came first.
+    if (QApplication::style()->name() != styleName()) QApplication::setStyle(styleName());
     QApplication::setFont(views::fontWithName(QStringLiteral("Helvetica"), 14));
     quitOnTerminationSignals();
     VxmAppDelegate delegate(device);

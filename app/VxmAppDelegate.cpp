@@ -3,9 +3,11 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include "app/RouteTable.h"
 #include "platform/system/Device.h"
+#include "platform/ui/Accessibility.h"
 #include "platform/ui/NavigationController.h"
 #include "screens/apps/VxmMainViewController.h"
 
@@ -13,19 +15,26 @@ namespace app {
 
 namespace {
 
-// A portrait screen that is hardly wider than the design is a phone's: the app fills it, as everything there does.
-constexpr int widestPhone = 420;
+constexpr int widestPhone = 480;
+constexpr QSize smallestWindow{320, 100};  // low enough for what a keyboard leaves of a phone that lies on its side
 
+// A portrait screen that is hardly wider than the design is a phone's: the app fills it, as everything there does, and
+// has neither frame nor title bar.
 void showOnScreen(QWidget& window, QSize designSize) {
     const QRect available = window.screen()->availableGeometry();
     const bool isPhone = available.width() <= widestPhone && available.width() < available.height();
+    window.setWindowFlag(Qt::FramelessWindowHint, isPhone);
+    window.winId();
+    window.windowHandle()->setMinimumSize(smallestWindow.boundedTo(available.size()));
     if (isPhone) {
-        // By its size, not by asking to be maximized: on a bare display nobody would answer.
+        // On a bare display nobody answers who asks to be maximized; elsewhere the answer leaves room for what else is
+        // on the screen.
         window.setGeometry(available);
+        window.showMaximized();
     } else {
         window.resize(designSize.boundedTo(available.size()));
+        window.show();
     }
-    window.show();
 }
 
 }  // namespace
@@ -36,10 +45,12 @@ VxmAppDelegate::VxmAppDelegate(const platform::Device& device)
 VxmAppDelegate::~VxmAppDelegate() = default;
 
 void VxmAppDelegate::didFinishLaunching() {
+    platform::installAccessibility();
     window_ = std::make_unique<QWidget>();
     window_->setWindowTitle(QStringLiteral("Vexmor"));
     auto* layout = new QVBoxLayout(window_.get());
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
 
     chrome_.emplace(views::isFontInstalled(QStringLiteral("HelveticaNeue-CondensedBold")), device_.model,
                     device_.screen);

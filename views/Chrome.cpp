@@ -49,6 +49,16 @@ const FontName& lookUp(QStringView name) {
     return fontNames.back();
 }
 
+// A font that asks for a family which is not there sends Qt looking for what is most like it, at every start.
+QString installedFamily(const FontName& font) {
+    static const QStringList installed = QFontDatabase::families();
+    for (const char16_t* name : {font.name, font.family}) {
+        if (installed.contains(QStringView(name), Qt::CaseInsensitive)) return QString::fromUtf16(name);
+    }
+    // It has the metrics of the family that the names ask for; the package list installs it.
+    return QStringLiteral("Liberation Sans");
+}
+
 }  // namespace
 
 Chrome::Chrome(bool hasHelveticaNeue, const QString& model, QSize screen)
@@ -75,8 +85,7 @@ Chrome::Chrome(bool hasHelveticaNeue, const QString& model, QSize screen)
 QFont fontWithName(QStringView name, int points) {
     const FontName& known = lookUp(name);
     QFont font;
-    // Liberation Sans has the metrics of the family that the names ask for; the package list installs it.
-    font.setFamilies({name.toString(), QStringView(known.family).toString(), QStringLiteral("Liberation Sans")});
+    font.setFamily(installedFamily(known));
     font.setWeight(known.weight);
     font.setStretch(known.stretch);
     // The phone's points are the screen's device-independent pixels, whatever the desktop's font size.

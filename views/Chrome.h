@@ -46,7 +46,7 @@ private:
 };
 
 // A font by the platform's name for it ("Helvetica-Bold", "HelveticaNeue-Light"), in points, or the nearest one of a
-// family with the same metrics.
+// family with the same metrics. Fonts need the application object.
 QFont fontWithName(QStringView name, int points);
 
 // Whether a font of exactly this name is installed.

@@ -6,7 +6,9 @@ namespace views::palette {
 
 // The controls' colours are the app's.
 using platform::palette::accent;  // switches that are on, the one button that matters
+using platform::palette::accentInk;
 using platform::palette::bar;
+using platform::palette::hint;
 using platform::palette::ink;    // texts
 using platform::palette::quiet;  // titles, footer bands, idle icons
 

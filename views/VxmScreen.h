@@ -9,6 +9,7 @@ class ImageButton;
 namespace views {
 
 class Chrome;
+class VxmNavBarView;
 
 // The base of every screen: a root view with the screen's own navigation bar across the top and the content panel
 // below. A screen builds its bar and its content in loadView() and hands them to buildView(). Main thread only.
@@ -27,8 +28,9 @@ public:
     virtual void done(platform::ImageButton&) {}
 
 protected:
-    // Makes the screen's view of a bar and a content, both taken over.
-    void buildView(QWidget* bar, QWidget* content);
+    // Makes the screen's view of a bar and a content, both taken over. The bar has its title: the screen is announced
+    // by it.
+    void buildView(VxmNavBarView* bar, QWidget* content);
 
 private:
     const Chrome& chrome_;

@@ -2,19 +2,47 @@
 
 #include <QAccessibleWidget>
 
+#include "platform/ui/AccessibleRow.h"
+#include "platform/ui/AccessibleTable.h"
+#include "platform/ui/AccessibleTextField.h"
+#include "platform/ui/AccessibleView.h"
 #include "platform/ui/AlertView.h"
 #include "platform/ui/ImageButton.h"
 #include "platform/ui/Switch.h"
 #include "platform/ui/TableView.h"
 #include "platform/ui/TableViewCell.h"
+#include "platform/ui/TextField.h"
 
 namespace platform {
 
 namespace {
 
+class AccessibleAlert : public AccessibleView {
+public:
+    explicit AccessibleAlert(AlertView* alert) : AccessibleView(alert) {}
+
+    QAccessible::Role role() const override { return QAccessible::AlertMessage; }
+    QAccessible::State state() const override {
+        QAccessible::State state = AccessibleView::state();
+        state.modal = true;
+        return state;
+    }
+};
+
 class AccessibleButton : public QAccessibleWidget {
 public:
-    AccessibleButton(QAbstractButton* button, QAccessible::Role role) : QAccessibleWidget(button, role) {}
+    explicit AccessibleButton(QAbstractButton* button) : QAccessibleWidget(button) {}
+
+    // One of several buttons of which one is chosen is a radio button.
+    QAccessible::Role role() const override {
+        if (!button()->isCheckable()) return QAccessible::Button;
+        return button()->autoExclusive() ? QAccessible::RadioButton : QAccessible::CheckBox;
+    }
+
+    QString text(QAccessible::Text which) const override {
+        const QString given = QAccessibleWidget::text(which);
+        return which == QAccessible::Name && given.isEmpty() ? button()->text() : given;
+    }
 
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
@@ -28,7 +56,7 @@ public:
 
     void doAction(const QString& name) override {
         if (name == action()) {
-            if (button()->isEnabled()) button()->click();
+            if (button()->isEnabled() && !AlertView::isCovered(button())) button()->click();
         } else {
             QAccessibleWidget::doAction(name);
         }
@@ -39,14 +67,15 @@ private:
     QString action() const { return button()->isCheckable() ? toggleAction() : pressAction(); }
 };
 
-QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
-    if (auto* alert = qobject_cast<AlertView*>(object)) {
-        return new QAccessibleWidget(alert, QAccessible::AlertMessage, alert->title());
-    }
-    if (auto* button = qobject_cast<ImageButton*>(object)) return new AccessibleButton(button, QAccessible::Button);
-    if (auto* toggle = qobject_cast<Switch*>(object)) return new AccessibleButton(toggle, QAccessible::CheckBox);
-    if (auto* table = qobject_cast<TableView*>(object)) return new QAccessibleWidget(table, QAccessible::List);
-    if (auto* cell = qobject_cast<TableViewCell*>(object)) return new QAccessibleWidget(cell, QAccessible::ListItem);
+// Asked for every class that an object is of, the most derived first: what reaches QWidget is nothing in particular.
+QAccessibleInterface* interfaceOf(const QString& className, QObject* object) {
+    if (auto* alert = qobject_cast<AlertView*>(object)) return new AccessibleAlert(alert);
+    if (auto* button = qobject_cast<ImageButton*>(object)) return new AccessibleButton(button);
+    if (auto* toggle = qobject_cast<Switch*>(object)) return new AccessibleButton(toggle);
+    if (auto* table = qobject_cast<TableView*>(object)) return new AccessibleTable(table);
+    if (auto* cell = qobject_cast<TableViewCell*>(object)) return new AccessibleCell(cell);
+    if (auto* field = qobject_cast<TextField*>(object)) return new AccessibleTextField(field);
+    if (className == QLatin1String("QWidget")) return new AccessibleView(static_cast<QWidget*>(object));
     return nullptr;
 }
 

@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "platform/ui/AnimationClock.h"
+#include "platform/ui/OnScreenKeyboard.h"
 
 namespace platform {
 
@@ -51,9 +52,14 @@ AlertBackdrop::AlertBackdrop(QWidget* window, QWidget* panel) : InputShield(wind
     setGeometry(window->rect());
     panel->setParent(this);
     window->installEventFilter(this);
+    OnScreenKeyboard::whenMoved(this, [this] { Q_EMIT freeHeightChanged(); });
 }
 
 AlertBackdrop::~AlertBackdrop() = default;
+
+int AlertBackdrop::freeHeight() const {
+    return height() - OnScreenKeyboard::coveredHeight(this);
+}
 
 void AlertBackdrop::comeIn() {
     panel_->show();
@@ -85,7 +91,7 @@ void AlertBackdrop::fade(double from, double to, bool grows, std::function<void(
 bool AlertBackdrop::eventFilter(QObject* watched, QEvent* event) {
     if (watched == parent() && event->type() == QEvent::Resize) {
         setGeometry(parentWidget()->rect());
-        Q_EMIT resized();
+        Q_EMIT freeHeightChanged();
     }
     return InputShield::eventFilter(watched, event);
 }

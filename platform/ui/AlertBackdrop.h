@@ -17,12 +17,15 @@ public:
     ~AlertBackdrop() override;
 
     QWidget* panel() const { return panel_; }
+    // Points from the top that no on-screen keyboard covers.
+    int freeHeight() const;
 
     void comeIn();
     void goOut(std::function<void()> gone);
 
 Q_SIGNALS:
-    void resized();
+    // The width may have changed as well.
+    void freeHeightChanged();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

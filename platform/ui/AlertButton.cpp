@@ -2,6 +2,7 @@
 
 #include <QPainter>
 
+#include "platform/ui/Focus.h"
 #include "platform/ui/Palette.h"
 
 namespace platform {
@@ -10,18 +11,6 @@ namespace {
 
 constexpr QColor hairline(161, 176, 176, 110);
 constexpr int fontSize = 16;
-
-QColor titleColor(AlertButton::Weight weight) {
-    switch (weight) {
-        case AlertButton::Weight::quiet:
-            return palette::quiet;
-        case AlertButton::Weight::accent:
-            return palette::accent;
-        case AlertButton::Weight::plain:
-            break;
-    }
-    return palette::ink;
-}
 
 }  // namespace
 
@@ -35,20 +24,15 @@ AlertButton::AlertButton(const QString& title, Weight weight, QWidget* parent)
     setFont(font);
 }
 
-void AlertButton::setShowsFocus(bool shows) {
-    showsFocus_ = shows;
-    update();
-}
-
 void AlertButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(0, 0, width(), 1, hairline);
     if (beside_) painter.fillRect(0, 0, 1, height(), hairline);
-    painter.setPen(titleColor(weight_));
+    painter.setPen(weight_ == Weight::accent ? palette::accentInk : palette::ink);
     painter.drawText(rect(), Qt::AlignCenter, text());
-    if (!hasFocus() || !showsFocus_) return;
+    if (!Focus::isSeen(this)) return;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette::accent, 1.5));
+    painter.setPen(QPen(palette::accentInk, 1.5));
     painter.drawRoundedRect(QRectF(rect()).adjusted(5, 5, -4, -4), 6, 6);
 }
 

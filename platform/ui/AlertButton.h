@@ -7,14 +7,12 @@ namespace platform {
 // One of an alert's buttons: flat, parted from its neighbours by hairlines. The alert paints what is behind it.
 class AlertButton : public QPushButton {
 public:
-    enum class Weight { quiet, plain, accent };
+    enum class Weight { plain, accent };
 
     AlertButton(const QString& title, Weight weight, QWidget* parent);
 
     // A hairline at the left as well as at the top.
     void setStandsBesideAnother(bool beside) { beside_ = beside; }
-    // Whether the focus is to be seen; it is once the person walks the buttons by keyboard.
-    void setShowsFocus(bool shows);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -22,7 +20,6 @@ protected:
 private:
     Weight weight_;
     bool beside_ = false;
-    bool showsFocus_ = false;
 };
 
 }  // namespace platform

@@ -3,12 +3,11 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPainterPath>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <algorithm>
 
 #include "platform/ui/AlertButton.h"
-#include "platform/ui/AlertLabel.h"
+#include "platform/ui/AlertText.h"
+#include "platform/ui/Palette.h"
 
 namespace platform {
 
@@ -16,48 +15,20 @@ namespace {
 
 constexpr int panelWidth = 284;
 constexpr int cornerRadius = 10;
-constexpr int sideMargin = 12;
-constexpr int topMargin = 15;
 constexpr int bottomMargin = 16;
-constexpr int titleGap = 6;
 constexpr int buttonHeight = 44;
 constexpr int windowMargin = 12;  // kept free above and below the panel
-constexpr int titleSize = 17;
-constexpr int messageSize = 15;
-constexpr QColor pressedGrey(161, 176, 176, 70);
-
-QFont alertFont(int pixels, bool bold) {
-    QFont font(QStringLiteral("Helvetica"));
-    font.setPixelSize(pixels);
-    font.setBold(bold);
-    return font;
-}
 
 AlertButton::Weight weightOf(int index, int count) {
-    if (index == count - 1) return AlertButton::Weight::accent;
-    return index == 0 ? AlertButton::Weight::quiet : AlertButton::Weight::plain;
+    return index == count - 1 ? AlertButton::Weight::accent : AlertButton::Weight::plain;
 }
 
 }  // namespace
 
 AlertContents::AlertContents(QWidget* panel, const QString& title, const QString& message,
                              const QStringList& buttonTitles)
-    : panel_(panel) {
-    makeText(title, message);
+    : panel_(panel), text_(new AlertText(title, message, panel)) {
     makeButtons(buttonTitles);
-}
-
-void AlertContents::makeText(const QString& title, const QString& message) {
-    textArea_ = new QScrollArea(panel_);
-    textArea_->setFrameShape(QFrame::NoFrame);
-    textArea_->setFocusPolicy(Qt::NoFocus);
-    textArea_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    auto* text = new QWidget;
-    title_ = new AlertLabel(title, alertFont(titleSize, true), text);
-    message_ = new AlertLabel(message, alertFont(messageSize, false), text);
-    textArea_->setWidget(text);
-    textArea_->viewport()->setAutoFillBackground(false);
-    text->setAutoFillBackground(false);
 }
 
 void AlertContents::makeButtons(const QStringList& titles) {
@@ -71,23 +42,10 @@ void AlertContents::makeButtons(const QStringList& titles) {
 
 void AlertContents::layOut(int windowHeight) {
     const int buttonsHeight = buttonRows() * buttonHeight;
-    int bottom = layOutText(windowHeight - 2 * windowMargin - buttonsHeight - bottomMargin);
+    text_->layOut(panelWidth, windowHeight - 2 * windowMargin - buttonsHeight - bottomMargin);
+    int bottom = text_->height();
     for (const QWidget* view : subviews_) bottom = std::max(bottom, view->geometry().bottom() + 1);
     panel_->resize(panelWidth, layOutButtons(bottom + bottomMargin));
-}
-
-// Returns where the text ends. Text that is higher than the room scrolls.
-int AlertContents::layOutText(int room) {
-    const int width = panelWidth - 2 * sideMargin;
-    const int titleHeight = title_->heightForWidth(width);
-    const int messageHeight = message_->heightForWidth(width);
-    const int messageTop = topMargin + titleHeight + (titleHeight && messageHeight ? titleGap : 0);
-    title_->setGeometry(sideMargin, topMargin, width, titleHeight);
-    message_->setGeometry(sideMargin, messageTop, width, messageHeight);
-    const int bottom = messageTop + messageHeight;
-    textArea_->widget()->resize(panelWidth, bottom);
-    textArea_->setGeometry(0, 0, panelWidth, std::min(bottom, room));
-    return textArea_->height();
 }
 
 // Returns where the buttons end.
@@ -125,10 +83,6 @@ int AlertContents::buttonRows() const {
     return buttons_.size() == 2 ? 1 : static_cast<int>(buttons_.size());
 }
 
-void AlertContents::scrollText(bool down) {
-    textArea_->verticalScrollBar()->triggerAction(down ? QScrollBar::SliderPageStepAdd : QScrollBar::SliderPageStepSub);
-}
-
 void AlertContents::paint(QPainter& painter) const {
     painter.setRenderHint(QPainter::Antialiasing);
     QPainterPath panel;
@@ -136,7 +90,7 @@ void AlertContents::paint(QPainter& painter) const {
     painter.fillPath(panel, Qt::white);
     painter.setClipPath(panel);
     for (const AlertButton* shown : buttons_) {
-        if (shown->isDown()) painter.fillRect(shown->geometry(), pressedGrey);
+        if (shown->isDown()) painter.fillRect(shown->geometry(), palette::pressedVeil);
     }
 }
 

@@ -6,13 +6,12 @@
 
 class QLineEdit;
 class QPainter;
-class QScrollArea;
 class QWidget;
 
 namespace platform {
 
 class AlertButton;
-class AlertLabel;
+class AlertText;
 
 // What stands on an alert's panel, and where: title, message, the owner's own views, buttons. The widgets belong to
 // the panel.
@@ -30,21 +29,17 @@ public:
     // Gives everything its place and the panel its height. Text that does not fit into a window of this height
     // scrolls.
     void layOut(int windowHeight);
-    void scrollText(bool down);
+    AlertText& text() const { return *text_; }
 
     void paint(QPainter& painter) const;
 
 private:
-    void makeText(const QString& title, const QString& message);
     void makeButtons(const QStringList& titles);
-    int layOutText(int room);
     int layOutButtons(int top);
     int buttonRows() const;
 
     QWidget* panel_;
-    QScrollArea* textArea_ = nullptr;
-    AlertLabel* title_ = nullptr;
-    AlertLabel* message_ = nullptr;
+    AlertText* text_;
     std::vector<AlertButton*> buttons_;
     std::vector<QWidget*> subviews_;
     std::vector<QLineEdit*> fields_;

@@ -10,7 +10,9 @@
 #include "platform/ui/AlertBackdrop.h"
 #include "platform/ui/AlertButton.h"
 #include "platform/ui/AlertContents.h"
+#include "platform/ui/AlertText.h"
 #include "platform/ui/Focus.h"
+#include "platform/ui/ScreenTransition.h"
 
 namespace platform {
 
@@ -23,6 +25,7 @@ struct AlertView::Private {
     Private(AlertView* alert, const QStringList& buttonTitles)
         : q(alert), contents(alert, alert->title_, alert->message_, buttonTitles) {}
 
+    void showWhenAtRest();
     void attachTo(QWidget* window);
     void takeFocus();
     void returnFocus(QWidget* window);
@@ -34,19 +37,34 @@ struct AlertView::Private {
     AlertViewDelegate* delegate = nullptr;
     std::weak_ptr<const bool> delegateAlive;
     QPointer<AlertBackdrop> backdrop;
-    QPointer<QWidget> awaited;  // the widget whose window is not on the screen yet
+    QPointer<QWidget> owner;    // in whose window the alert is to appear
+    QPointer<QWidget> awaited;  // what the alert waits for: the owner's appearing, or the end of a motion
     QPointer<QWidget> focusBefore;
     bool closing = false;
 };
+
+// A screen may ask before it is in a window, or before it has come to rest there: two motions would fight.
+void AlertView::Private::showWhenAtRest() {
+    if (owner->isVisible()) {
+        awaited = ScreenTransition::runningIn(owner->window());
+    } else {
+        awaited = owner;
+    }
+    if (awaited) {
+        awaited->installEventFilter(q);
+    } else {
+        attachTo(owner->window());
+    }
+}
 
 void AlertView::Private::attachTo(QWidget* window) {
     focusBefore = window->focusWidget();
     backdrop = new AlertBackdrop(window, q);
     const auto centre = [this] {
-        contents.layOut(backdrop->height());
-        q->move((backdrop->width() - q->width()) / 2, (backdrop->height() - q->height()) / 2);
+        contents.layOut(backdrop->freeHeight());
+        q->move((backdrop->width() - q->width()) / 2, std::max(0, (backdrop->freeHeight() - q->height()) / 2));
     };
-    connect(backdrop, &AlertBackdrop::resized, q, centre);
+    connect(backdrop, &AlertBackdrop::freeHeightChanged, q, centre);
     centre();
     for (QLineEdit* field : contents.fields()) field->installEventFilter(q);
     backdrop->comeIn();
@@ -107,15 +125,11 @@ void AlertView::addSubview(QWidget* view, const QRect& frame) {
 }
 
 void AlertView::show(QWidget* inWindowOf) {
-    if (inWindowOf->window()->isVisible()) {
-        d_->attachTo(inWindowOf->window());
-        return;
-    }
-    // A screen may ask before it is in a window. Until then the alert belongs to it, unseen.
+    // Until it appears the alert belongs to who asked for it, unseen.
     setParent(inWindowOf);
     hide();
-    d_->awaited = inWindowOf;
-    inWindowOf->installEventFilter(this);
+    d_->owner = inWindowOf;
+    d_->showWhenAtRest();
 }
 
 void AlertView::dismissWithClickedButtonIndex(int buttonIndex) {
@@ -147,11 +161,16 @@ QList<AlertView*> AlertView::shownIn(const QWidget* widget) {
     return alerts;
 }
 
+bool AlertView::isCovered(const QWidget* widget) {
+    const QList<AlertView*> shown = shownIn(widget);
+    return !shown.isEmpty() && !shown.last()->isAncestorOf(widget);
+}
+
 bool AlertView::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == d_->awaited && event->type() == QEvent::Show) {
+    const bool isShownOrHidden = event->type() == QEvent::Show || event->type() == QEvent::Hide;
+    if (watched == d_->awaited && isShownOrHidden) {
         d_->awaited->removeEventFilter(this);
-        d_->attachTo(d_->awaited->window());
-        d_->awaited = nullptr;
+        d_->showWhenAtRest();
     } else if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;
@@ -184,10 +203,10 @@ void AlertView::keyPressEvent(QKeyEvent* event) {
             focusNextPrevChild(true);
             break;
         case Qt::Key_PageUp:
-            d_->contents.scrollText(false);
+            d_->contents.text().scroll(false);
             break;
         case Qt::Key_PageDown:
-            d_->contents.scrollText(true);
+            d_->contents.text().scroll(true);
             break;
         default:
             break;
@@ -200,7 +219,6 @@ bool AlertView::focusNextPrevChild(bool next) {
     const auto count = order.size();
     const auto at = std::find(order.begin(), order.end(), Focus::heldWithin(this));
     const auto index = static_cast<std::size_t>(at - order.begin()) % count;
-    for (AlertButton* shown : d_->contents.buttons()) shown->setShowsFocus(true);
     order[(index + (next ? 1 : count - 1)) % count]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     return true;
 }

@@ -51,8 +51,8 @@ public:
     // A widget inside the alert, with its frame in the alert's own coordinates (284 points wide). Owned by the alert.
     void addSubview(QWidget* view, const QRect& frame);
 
-    // Shows the alert over the whole window that `inWindowOf` lives in. Focus goes to the first text field that was
-    // added, else to button 0; when the alert closes, focus returns to where it was.
+    // Shows the alert over the whole window that `inWindowOf` lives in, once that is visible and at rest. Focus goes to
+    // the first text field that was added, else to button 0; when the alert closes, focus returns to where it was.
     void show(QWidget* inWindowOf);
     using QWidget::show;
 
@@ -64,6 +64,8 @@ public:
 
     // The alerts now shown in the window of a widget, oldest first; for tests and for window chrome.
     static QList<AlertView*> shownIn(const QWidget* widget);
+    // Whether an alert lies over a widget, so that nothing can be done to it.
+    static bool isCovered(const QWidget* widget);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -3,13 +3,15 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "platform/ui/Palette.h"
+
 namespace platform {
 
 namespace {
 
 constexpr double seconds = 0.2;
-constexpr QColor red(200, 84, 84);
-constexpr QColor pressedRed(176, 66, 66);
+using palette::pressedRed;
+using palette::red;
 
 class DeleteButton : public QPushButton {
 public:

@@ -1,11 +1,20 @@
 #include "platform/ui/Focus.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QWidget>
 #include <algorithm>
+#include <vector>
+
+#include "platform/ui/ReadingOrder.h"
+#include "platform/ui/TableView.h"
+#include "platform/ui/TableViewCell.h"
 
 namespace platform::Focus {
 
 namespace {
+
+bool byKeyboard = false;
 
 bool takesFocus(const QWidget* widget) {
     return widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::ClickFocus) &&
@@ -18,7 +27,69 @@ QWidget* firstWithin(const QWidget* within) {
     return found == widgets.end() ? nullptr : *found;
 }
 
+void appendStops(QWidget* widget, std::vector<QWidget*>& stops) {
+    if (!widget->isEnabled()) return;
+    auto* table = qobject_cast<TableView*>(widget);
+    if (table && table->reachableHeader()) appendStops(table->reachableHeader(), stops);
+    if (widget->focusPolicy() & Qt::TabFocus) stops.push_back(widget);
+    if (table) {
+        for (TableViewCell* cell : table->reachableCells()) appendStops(cell, stops);
+    } else if (!widget->focusProxy()) {
+        for (QWidget* child : inReadingOrder(widget)) appendStops(child, stops);
+    }
+}
+
+// The stop that is or holds the widget, the innermost one; stops.size() when there is none.
+std::size_t placeOf(const QWidget* widget, const std::vector<QWidget*>& stops) {
+    for (; widget; widget = widget->parentWidget()) {
+        const auto found = std::find(stops.begin(), stops.end(), widget);
+        if (found != stops.end()) return static_cast<std::size_t>(found - stops.begin());
+    }
+    return stops.size();
+}
+
 }  // namespace
+
+bool moveOn(QWidget& within, bool forward) {
+    std::vector<QWidget*> stops;
+    appendStops(&within, stops);
+    const std::size_t count = stops.size();
+    if (count == 0) return false;
+    const std::size_t at = placeOf(within.window()->focusWidget(), stops);
+    const std::size_t next = at == count ? (forward ? 0 : count - 1) : (at + (forward ? 1 : count - 1)) % count;
+    QWidget* target = stops[next];
+    for (QWidget* above = target->parentWidget(); above; above = above->parentWidget()) {
+        if (auto* table = qobject_cast<TableView*>(above)) table->bringIntoSight(target);
+    }
+    target->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
+bool isByKeyboard() {
+    return byKeyboard;
+}
+
+bool isSeen(const QWidget* widget) {
+    return byKeyboard && widget->hasFocus();
+}
+
+Watch::Watch() {
+    qApp->installEventFilter(this);
+}
+
+Watch::~Watch() {
+    byKeyboard = false;
+}
+
+bool Watch::eventFilter(QObject*, QEvent* event) {
+    const bool isKey = event->type() == QEvent::KeyPress;
+    if (!isKey && event->type() != QEvent::MouseButtonPress && event->type() != QEvent::TouchBegin) return false;
+    if (byKeyboard != isKey) {
+        byKeyboard = isKey;
+        if (QWidget* focused = QApplication::focusWidget()) focused->update();
+    }
+    return false;
+}
 
 QWidget* heldWithin(const QWidget* within) {
     QWidget* widget = within->window()->focusWidget();

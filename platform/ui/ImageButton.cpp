@@ -6,6 +6,7 @@
 #include <QPointer>
 
 #include "platform/ui/Accessibility.h"
+#include "platform/ui/Focus.h"
 #include "platform/ui/Images.h"
 #include "platform/ui/Palette.h"
 
@@ -102,9 +103,9 @@ void ImageButton::paintEvent(QPaintEvent*) {
     }
     painter.setPen(highlighted ? highlightedTitle_ : normalTitle_);
     painter.drawText(rect(), Qt::AlignCenter, text());
-    if (!hasFocus()) return;
+    if (!Focus::isSeen(this)) return;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette::accent, 1.5));
+    painter.setPen(QPen(palette::accentInk, 1.5));
     painter.drawRoundedRect(focusFrame().adjusted(1, 1, -1, -1), 6, 6);
 }
 

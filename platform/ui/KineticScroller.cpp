@@ -32,6 +32,7 @@ bool KineticScroller::begin(int y) {
 }
 
 void KineticScroller::follow(int y) {
+    if (samples_.empty()) return;
     bar_->setValue(bar_->value() - (y - samples_.back().y));
     const qint64 now = clock_.elapsed();
     samples_.push_back({now, y});
@@ -39,7 +40,9 @@ void KineticScroller::follow(int y) {
 }
 
 void KineticScroller::letGo() {
+    if (samples_.empty()) return;
     speed_ = std::clamp(-fingerSpeed(), -fastest, fastest);
+    samples_.clear();
     if (std::abs(speed_) < slowest) return;
     startValue_ = bar_->value();
     if (AnimationClock::isInstant()) {

@@ -17,6 +17,7 @@ public:
     explicit KineticScroller(QScrollBar* bar);
 
     // Follows a finger at y, in points that grow downwards; begin() stops a motion and returns whether there was one.
+    // A finger that came down elsewhere is none of ours: without begin() the others do nothing.
     bool begin(int y);
     void follow(int y);
     void letGo();
@@ -38,8 +39,8 @@ private:
     QScrollBar* bar_;
     QBasicTimer timer_;
     QElapsedTimer clock_;
-    std::deque<Sample> samples_;
-    double speed_ = 0;  // points of content per second at the start of the motion
+    std::deque<Sample> samples_;  // of the finger, while there is one
+    double speed_ = 0;            // points of content per second at the start of the motion
     double startValue_ = 0;
     int lastValue_ = 0;
 };

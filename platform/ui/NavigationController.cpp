@@ -6,6 +6,7 @@
 
 #include "platform/ui/AlertView.h"
 #include "platform/ui/Focus.h"
+#include "platform/ui/OnScreenKeyboard.h"
 #include "platform/ui/ScreenTransition.h"
 #include "platform/ui/ViewController.h"
 #include "platform/ui/ViewControllerPrivate.h"
@@ -29,6 +30,16 @@ struct NavigationController::Private {
     void place(QWidget* view) const {
         if (view->parentWidget() != stage) view->setParent(stage);
         view->setGeometry(stage->rect());
+    }
+
+    // What an on-screen keyboard covers is not the screens'.
+    void placeStage() const {
+        stage->setGeometry(q->rect().adjusted(0, 0, 0, -OnScreenKeyboard::coveredHeight(q)));
+        if (transition) {
+            transition->follow();
+        } else if (appeared) {
+            place(q->visibleViewController()->view());
+        }
     }
 
     void giveFocusTo(ViewController& screen) const {
@@ -84,6 +95,7 @@ struct NavigationController::Private {
 
     QWidget* stage;
     NavigationController* q;
+    Focus::Watch focusWatch;
     std::vector<std::unique_ptr<ViewController>> stack;
     std::vector<std::unique_ptr<ViewController>> going;
     std::vector<std::unique_ptr<ViewController>> gone;
@@ -94,6 +106,8 @@ struct NavigationController::Private {
 NavigationController::NavigationController(std::unique_ptr<ViewController> root, QWidget* parent)
     : QWidget(parent), d_(std::make_unique<Private>(this)) {
     d_->adopt(std::move(root));
+    OnScreenKeyboard::followFocus(this);
+    OnScreenKeyboard::whenMoved(this, [this] { d_->placeStage(); });
 }
 
 NavigationController::~NavigationController() {
@@ -160,16 +174,15 @@ int NavigationController::count() const {
 }
 
 void NavigationController::resizeEvent(QResizeEvent*) {
-    d_->stage->setGeometry(rect());
-    if (d_->transition) {
-        d_->transition->follow();
-    } else if (d_->appeared) {
-        d_->place(visibleViewController()->view());
-    }
+    d_->placeStage();
 }
 
 void NavigationController::showEvent(QShowEvent*) {
     if (!d_->appeared) d_->firstAppearance();
+}
+
+bool NavigationController::focusNextPrevChild(bool next) {
+    return Focus::moveOn(*window(), next);
 }
 
 void NavigationController::keyPressEvent(QKeyEvent* event) {

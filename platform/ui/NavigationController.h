@@ -10,8 +10,8 @@ class ViewController;
 // A stack of screens in one window, the top one visible. A pushed screen comes from the right in 0.35 s, a popped one
 // leaves to the right and is destroyed when its animation has ended; a presented one comes from below. Input is off
 // while screens move. Escape, the Back key and Alt+Left go back (an open alert, search or edit takes them first); the
-// root stays. A request that comes while screens move ends that motion first; none may come from within a screen's
-// viewWillAppear() or viewWillDisappear(). Main thread only.
+// root stays. The screens end where an on-screen keyboard begins. A request that comes while screens move ends that
+// motion first; none may come from within a screen's viewWillAppear() or viewWillDisappear(). Main thread only.
 class NavigationController : public QWidget {
     Q_OBJECT
 public:
@@ -31,6 +31,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     friend class ViewController;

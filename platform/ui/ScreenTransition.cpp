@@ -28,11 +28,18 @@ QPoint lowerPlace(bool sideways, const QSize& stage, double covered) {
 ScreenTransition::ScreenTransition(QWidget* stage, QWidget* leaving, QWidget* coming, Way way)
     : InputShield(stage), leaving_(leaving), coming_(coming), way_(way) {
     place(0);
+    show();
     coming->show();
     (comingIsOnTop() ? coming : leaving)->raise();
-    show();
     raise();
     qApp->installEventFilter(this);
+}
+
+ScreenTransition* ScreenTransition::runningIn(const QWidget* window) {
+    for (auto* transition : window->findChildren<ScreenTransition*>()) {
+        if (transition->isVisible()) return transition;
+    }
+    return nullptr;
 }
 
 void ScreenTransition::run(bool animated, std::function<void()> finished) {

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QPainter>
 
+#include "platform/ui/Focus.h"
 #include "platform/ui/GlidingValue.h"
 #include "platform/ui/Palette.h"
 #include "platform/ui/SearchDisplayController.h"
@@ -20,6 +21,11 @@ constexpr double seconds = 0.2;
 
 QPen roundPen(const QColor& color, double width) {
     return QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+}
+
+// Tab goes through the bar on its way elsewhere: the search begins with the first letter.
+bool passesBy(const QFocusEvent& event) {
+    return event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason;
 }
 
 class ClearButton : public QAbstractButton {
@@ -47,11 +53,11 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setPen(isDown() ? palette::quiet : palette::ink);
+        painter.setPen(isDown() ? palette::accentInk : palette::ink);
         painter.drawText(rect(), Qt::AlignCenter, text());
-        if (!hasFocus()) return;
+        if (!Focus::isSeen(this)) return;
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(palette::quiet, 1));
+        painter.setPen(QPen(palette::accentInk, 1.5));
         painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 5.5, -2.5, -5.5), 6, 6);
     }
 
@@ -80,7 +86,7 @@ SearchBar::SearchBar(QWidget* parent)
     QPalette look = field_->palette();
     look.setColor(QPalette::Base, Qt::white);
     look.setColor(QPalette::Text, palette::ink);
-    look.setColor(QPalette::PlaceholderText, palette::quiet);
+    look.setColor(QPalette::PlaceholderText, palette::hint);
     field_->setPalette(look);
     field_->installEventFilter(this);
     clearButton_->setAccessibleName(QStringLiteral("Clear"));
@@ -120,12 +126,22 @@ void SearchBar::setShowsCancelButton(bool shows, bool animated) {
 
 bool SearchBar::eventFilter(QObject* watched, QEvent* event) {
     if (watched != field_) return QWidget::eventFilter(watched, event);
-    if (event->type() == QEvent::FocusIn) Q_EMIT didBeginEditing();
+    if (event->type() == QEvent::FocusIn && !passesBy(*static_cast<QFocusEvent*>(event))) Q_EMIT didBeginEditing();
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-    if (!isKey || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape) return false;
+    const bool isSearching = cancelButton_->isVisible() || !text().isEmpty();
+    if (!isKey || !isSearching || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape) return false;
     event->accept();  // also as a shortcut it is the search that Escape ends, not the screen
     if (event->type() == QEvent::KeyPress) Q_EMIT cancelClicked();
     return true;
+}
+
+// From "Cancel": while it is there, it is the search that Escape ends.
+void SearchBar::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && cancelButton_->isVisible()) {
+        Q_EMIT cancelClicked();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void SearchBar::resizeEvent(QResizeEvent*) {

@@ -26,6 +26,7 @@ struct SearchDisplayController::Private {
     void hideResults();
     void place();
     int barTop() const;
+    bool key(const QObject* watched, int key);
     bool fieldKey(int key);
     void takeFocusFrom(QWidget* widget);
 
@@ -49,7 +50,6 @@ TableView& SearchDisplayController::Private::table() {
         results->setDataSource(dataSource);
         results->setDelegate(tableDelegate);
         results->installEventFilter(q);
-        QWidget::setTabOrder(bar->field(), results);
     }
     return *results;
 }
@@ -70,6 +70,7 @@ void SearchDisplayController::Private::textChanged(const QString& text) {
 void SearchDisplayController::Private::showResults() {
     showsResults = true;
     contents->setContentOffset(barTop());
+    contents->setOnlyReachable(bar);
     place();
     table().setContentOffset(0);
     table().show();
@@ -79,6 +80,7 @@ void SearchDisplayController::Private::showResults() {
 void SearchDisplayController::Private::hideResults() {
     if (!showsResults) return;
     showsResults = false;
+    contents->setOnlyReachable(nullptr);
     if (delegate) delegate->willUnloadSearchResultsTableView(*q, *results);
     takeFocusFrom(results);
     results->hide();
@@ -101,10 +103,17 @@ void SearchDisplayController::Private::takeFocusFrom(QWidget* widget) {
     if (Focus::heldWithin(widget)) contents->setFocus(Qt::OtherFocusReason);
 }
 
+bool SearchDisplayController::Private::key(const QObject* watched, int key) {
+    if (watched == bar->field()) return showsResults && fieldKey(key);
+    if (key != Qt::Key_Escape) return false;
+    TableView* table = watched == results ? results : contents;
+    if (!table->endsRowEditing()) q->setActive(false, true);
+    return true;
+}
+
 // Keys that leave the field lead to the results, not to the rows that they cover.
 bool SearchDisplayController::Private::fieldKey(int key) {
     switch (key) {
-        case Qt::Key_Tab:
         case Qt::Key_Down:
         case Qt::Key_PageDown:
             results->setFocus(Qt::TabFocusReason);
@@ -176,20 +185,18 @@ void SearchDisplayController::setActive(bool active, bool animated) {
     d_->bar->setShowsCancelButton(active, animated);
 }
 
+// Only what concerns the search is looked at: other events also come from tables that are being destroyed.
 bool SearchDisplayController::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == d_->contents && (event->type() == QEvent::Resize || event->type() == QEvent::Move)) d_->place();
-    if (event->type() != QEvent::KeyPress || !d_->active) return false;
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (watched == d_->bar->field()) return d_->showsResults && d_->fieldKey(key);
-    if (key == Qt::Key_Backtab && watched == d_->results) {
-        d_->bar->field()->setFocus(Qt::BacktabFocusReason);
-        return true;
+    switch (event->type()) {
+        case QEvent::Resize:
+        case QEvent::Move:
+            if (watched == d_->contents) d_->place();
+            return false;
+        case QEvent::KeyPress:
+            return d_->active && d_->key(watched, static_cast<QKeyEvent*>(event)->key());
+        default:
+            return false;
     }
-    if (key != Qt::Key_Escape) return false;
-    auto* table = static_cast<TableView*>(watched);
-    if (table->endsRowEditing()) return true;
-    setActive(false, true);
-    return true;
 }
 
 }  // namespace platform

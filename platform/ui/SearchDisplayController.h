@@ -56,6 +56,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QRect outline() const;
@@ -68,8 +69,8 @@ private:
 };
 
 // Runs a search: while its bar has text, a second table, the results table, lies over the contents' table with the
-// rows that the results data source gives. Focus in the bar makes it active; "Cancel", Escape or setActive(false)
-// ends it and empties the bar. Main thread only.
+// rows that the results data source gives. A tap on the bar or a letter typed into it makes it active; "Cancel",
+// Escape or setActive(false) ends it and empties the bar. Main thread only.
 class SearchDisplayController : public QObject {
     Q_OBJECT
 public:

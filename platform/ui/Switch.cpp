@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "platform/ui/Accessibility.h"
+#include "platform/ui/Focus.h"
 #include "platform/ui/Palette.h"
 
 namespace platform {
@@ -121,8 +122,8 @@ void Switch::paintEvent(QPaintEvent*) {
                           knobSize);
     painter.setBrush(Qt::white);
     painter.drawRoundedRect(knobRect, knobSize / 2, knobSize / 2);
-    if (hasFocus()) {
-        painter.setPen(QPen(palette::ink, 1.5));
+    if (Focus::isSeen(this)) {
+        painter.setPen(QPen(palette::accentInk, 2));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(track.adjusted(0.75, 0.75, -0.75, -0.75), 15, 15);
         painter.setPen(Qt::NoPen);

@@ -1,10 +1,13 @@
 #include "platform/ui/TableView.h"
 
+#include <QAccessible>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <algorithm>
 
 #include "platform/ui/Accessibility.h"
+#include "platform/ui/AccessibleTable.h"
+#include "platform/ui/Focus.h"
 #include "platform/ui/TableViewPrivate.h"
 
 namespace platform {
@@ -175,7 +178,7 @@ int TableView::contentHeight() const {
 void TableView::scrollToRow(IndexPath indexPath) {
     const QRect row = rectForRow(indexPath);
     if (row.isNull()) return;
-    const int visible = viewport()->height() - d_->bottomInset;
+    const int visible = viewport()->height();
     if (row.top() < 0) {
         setContentOffset(d_->offset() + row.top());
     } else if (row.top() + row.height() > visible) {
@@ -183,16 +186,38 @@ void TableView::scrollToRow(IndexPath indexPath) {
     }
 }
 
-void TableView::setBottomInset(int points) {
-    d_->bottomInset = std::max(0, points);
-    d_->updateRange();
+void TableView::setOnlyReachable(QWidget* partOfHeader) {
+    d_->onlyReachable = partOfHeader;
+    setFocusPolicy(partOfHeader ? Qt::NoFocus : Qt::StrongFocus);
+    TableAccessibility::rowsChanged(*this);
+}
+
+QWidget* TableView::reachableHeader() const {
+    return d_->onlyReachable ? d_->onlyReachable : d_->header;
+}
+
+bool TableView::areRowsReachable() const {
+    return !d_->onlyReachable;
+}
+
+std::vector<TableViewCell*> TableView::reachableCells() const {
+    std::vector<TableViewCell*> cells;
+    if (!areRowsReachable()) return cells;
+    for (const auto& [path, cell] : d_->cells.shown()) cells.push_back(cell);
+    return cells;
+}
+
+void TableView::bringIntoSight(const QWidget* control) {
+    if (const auto path = d_->cells.pathOf(control)) scrollToRow(*path);
+    if (d_->header && d_->header->isAncestorOf(control)) setContentOffset(0);
 }
 
 bool TableView::endsRowEditing() {
     if (d_->closeUncovered()) return true;
-    const bool inRow = d_->cells.pathOf(window()->focusWidget()).has_value();
-    d_->endEditing();
-    return inRow;
+    const QWidget* held = window()->focusWidget();
+    const bool isEdited = held && Focus::isTextField(held) && d_->cells.pathOf(held);
+    if (isEdited) d_->endEditing();
+    return isEdited;
 }
 
 bool TableView::event(QEvent* event) {
@@ -225,6 +250,7 @@ bool TableView::viewportEvent(QEvent* event) {
 void TableView::resizeEvent(QResizeEvent*) {
     d_->ensureLoaded();
     d_->updateRange();
+    d_->keepEditingInSight();
     d_->layout();
 }
 
@@ -234,12 +260,16 @@ void TableView::keyPressEvent(QKeyEvent* event) {
 
 void TableView::focusInEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusInEvent(event);
-    const Qt::FocusReason reason = event->reason();
-    if (reason != Qt::TabFocusReason && reason != Qt::BacktabFocusReason && reason != Qt::ShortcutFocusReason) return;
+    const bool byTab = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    const bool isSeen = byTab || Focus::isByKeyboard();
+    if (!isSeen && !QAccessible::isActive()) return;
     const std::vector<IndexPath> visible = indexPathsForVisibleRows();
     if (!d_->current && !visible.empty()) d_->current = visible.front();
-    d_->showsCurrent = true;
+    d_->showsCurrent = isSeen;
     d_->showFocus();
+    // After the toolkit has told of the table's own focus: where it is now is a row.
+    QMetaObject::invokeMethod(
+        this, [this] { d_->tellCurrent(); }, Qt::QueuedConnection);
 }
 
 void TableView::focusOutEvent(QFocusEvent* event) {
@@ -249,23 +279,8 @@ void TableView::focusOutEvent(QFocusEvent* event) {
     d_->showFocus();
 }
 
-// From the rows to the controls in them, from top to bottom, and on to what comes after the table.
 bool TableView::focusNextPrevChild(bool next) {
-    const QList<QWidget*> controls = d_->controlsInOrder();
-    const qsizetype at = controls.indexOf(window()->focusWidget()) + (next ? 1 : -1);
-    const bool inside = window()->focusWidget() != this || next;
-    QWidget* target = nullptr;
-    if (inside && at >= 0 && at < controls.size()) {
-        target = controls[at];
-    } else if (inside && at == -1) {
-        target = this;
-    } else {
-        target = d_->nextOutside(next);
-    }
-    if (!target) return false;
-    d_->bringIntoSight(target);
-    target->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-    return true;
+    return Focus::moveOn(*window(), next);
 }
 
 void TableView::scrollContentsBy(int, int) {

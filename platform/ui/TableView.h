@@ -68,12 +68,13 @@ private:
 };
 
 // A vertically scrolling list of sections, rows and footers under an optional header view. Keeps only the visible
-// cells and a margin, so a frame costs what is visible, whatever the number of rows. Main thread only.
+// cells and a margin, so a frame costs what is visible, whatever the number of rows. A field that is being edited in a
+// row stays in sight when the table becomes smaller. Main thread only.
 //
 // Touch and mouse: a press that moves vertically scrolls (and goes on with the finger's speed when let go), one that
 // moves left on an editable row uncovers "Delete", one that stays selects the row. Wheel, scroll-bar thumb and the
-// keys Up, Down, Page Up, Page Down, Home, End scroll or move the current row; Return or Space selects it; Delete
-// uncovers "Delete" on it and a second Delete, or Return, confirms.
+// keys Up, Down, Page Up, Page Down, Home, End scroll or move the current row; Return selects it, and so does Space,
+// which turns its switch if it has one; Delete uncovers "Delete" on it and a second Delete, or Return, confirms.
 class TableView : public QAbstractScrollArea {
     Q_OBJECT
 public:
@@ -120,15 +121,23 @@ public:
     void setContentOffset(int points);
     int contentHeight() const;
 
-    // Scrolls as little as needed for the row to be wholly in sight.
+    // Scrolls as little as needed for the row to be wholly in sight, as far as the table is high enough.
     void scrollToRow(IndexPath indexPath);
 
     // Hides an uncovered "Delete" or ends the editing of a field in a row; returns whether there was one to end. What
     // Escape does first.
     bool endsRowEditing();
 
-    // Points kept free below the last row, for what covers the table's lower edge (an on-screen keyboard).
-    void setBottomInset(int points);
+    // While something lies over the table, only this part of its header view can be reached by keyboard and by
+    // assistance; nullptr once nothing does.
+    void setOnlyReachable(QWidget* partOfHeader);
+    // What can be reached: a part of the header view or all of it, the rows, and the cells with a row in sight or
+    // nearly.
+    QWidget* reachableHeader() const;
+    bool areRowsReachable() const;
+    std::vector<TableViewCell*> reachableCells() const;
+    // Scrolls to what the keyboard is about to go to.
+    void bringIntoSight(const QWidget* control);
 
 protected:
     bool event(QEvent* event) override;
@@ -144,6 +153,9 @@ protected:
 private:
     void setNeedsReload();
 
+    friend class AccessibleCell;
+    friend class AccessibleRow;
+    friend class AccessibleRows;
     struct Private;
     std::unique_ptr<Private> d_;
 };

@@ -7,6 +7,7 @@
 #include "platform/ui/CellDeletion.h"
 #include "platform/ui/Images.h"
 #include "platform/ui/Palette.h"
+#include "platform/ui/Switch.h"
 
 namespace platform {
 
@@ -16,7 +17,6 @@ constexpr int accessoryMargin = 10;
 constexpr int chevronWidth = 7;
 constexpr int chevronHeight = 12;
 constexpr int chevronMargin = 12;
-constexpr QColor selectionVeil(161, 176, 176, 80);
 
 void drawChevron(QPainter& painter, const QRect& row) {
     const QPointF tip(row.left() + row.width() - chevronMargin, row.top() + row.height() / 2.0);
@@ -29,7 +29,7 @@ void drawChevron(QPainter& painter, const QRect& row) {
 
 void drawFocus(QPainter& painter, const QRect& row) {
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette::quiet, 2));
+    painter.setPen(QPen(palette::accentInk, 1.5));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(row).adjusted(3, 3, -3, -3), 6, 6);
 }
@@ -64,6 +64,10 @@ void TableViewCell::setAccessoryView(QWidget* view) {
         view->show();
     }
     layoutSubviews();
+}
+
+Switch* TableViewCell::accessorySwitch() const {
+    return qobject_cast<Switch*>(accessoryView_.data());
 }
 
 void TableViewCell::setBackgroundImage(const QString& resourceName) {
@@ -137,7 +141,7 @@ void TableViewCell::paintEvent(QPaintEvent*) {
     const QRect row = rect().translated(-pushedAside(), 0);
     if (!backgroundResource_.isEmpty())
         painter.drawPixmap(row, Images::named(backgroundResource_, devicePixelRatioF()));
-    if (selected_ && selectionStyle_ == SelectionStyle::gray) painter.fillRect(row, selectionVeil);
+    if (selected_ && selectionStyle_ == SelectionStyle::gray) painter.fillRect(row, palette::pressedVeil);
     if (accessory_ == Accessory::disclosureIndicator && !accessoryView_) drawChevron(painter, row);
     if (showsFocus_) drawFocus(painter, row);
 }

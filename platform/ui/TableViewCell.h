@@ -8,6 +8,7 @@
 namespace platform {
 
 class CellDeletion;
+class Switch;
 
 // One row of a TableView: a content view, an optional accessory at the right, a background, and the states that the
 // table gives it (selected, editing). Main thread only.
@@ -35,6 +36,8 @@ public:
     // destroys the one before; nullptr clears it.
     void setAccessoryView(QWidget* view);
     QWidget* accessoryView() const { return accessoryView_; }
+    // The accessory, when it is a switch: the row's keys turn it.
+    Switch* accessorySwitch() const;
 
     // Painted over the whole cell, behind everything else, stretched in width.
     void setBackgroundImage(const QString& resourceName);

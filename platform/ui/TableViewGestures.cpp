@@ -28,6 +28,7 @@ bool TableView::Private::fieldEvent(QLineEdit* field, QEvent* event) {
     switch (event->type()) {
         case QEvent::FocusIn:
             field->setFocusPolicy(Qt::StrongFocus);
+            keepEditingInSight();
             return false;
         case QEvent::FocusOut:
             field->setFocusPolicy(Qt::TabFocus);
@@ -157,12 +158,11 @@ bool TableView::Private::closeUncovered() {
     return true;
 }
 
-void TableView::Private::commitDeletion(const TableViewCell* cell) {
-    const std::optional<IndexPath> path = cells.pathOf(cell);
-    if (!path) return;
+void TableView::Private::commitDeletion(IndexPath path) {
     endEditing();
-    if (TableViewDataSource* source = asksData()) source->commitEditingStyle(*q, EditingStyle::remove, *path);
+    if (TableViewDataSource* source = asksData()) source->commitEditingStyle(*q, EditingStyle::remove, path);
     closeUncovered();
+    tellCurrent();
 }
 
 void TableView::Private::wheel(QWheelEvent* event) {

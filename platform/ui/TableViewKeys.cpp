@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "platform/ui/AccessibleTable.h"
+#include "platform/ui/Switch.h"
 #include "platform/ui/TableViewPrivate.h"
 
 namespace platform {
@@ -11,7 +13,7 @@ bool TableView::Private::key(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape) return q->endsRowEditing();
     const int total = geometry.totalRows();
     const int rowHeight = total > 0 ? geometry.rowHeight(geometry.atOrdinal(0).section) : 1;
-    const int page = std::max(1, (q->viewport()->height() - bottomInset) / rowHeight - 1);
+    const int page = std::max(1, q->viewport()->height() / rowHeight - 1);
     switch (event->key()) {
         case Qt::Key_Up:
             return moveCurrentBy(-1);
@@ -36,8 +38,8 @@ bool TableView::Private::key(QKeyEvent* event) {
             q->scrollToRow(*current);
             if (uncovered && cells.pathOf(uncovered) == current && event->key() != Qt::Key_Space) {
                 deleteCurrent();
-            } else if (!closeUncovered() && canSelect()) {
-                select(*current);
+            } else if (!closeUncovered()) {
+                enter(event->key() == Qt::Key_Space);
             }
             return true;
         case Qt::Key_Delete:
@@ -61,11 +63,39 @@ bool TableView::Private::moveCurrentBy(int rows) {
     const bool toTheEnd = std::abs(rows) == total;
     const int from = current ? geometry.ordinal(*current) : toTheEnd ? firstSeen : firstSeen - rows;
     const int next = from + rows;
-    current = geometry.atOrdinal(std::clamp(next, 0, total - 1));
-    showsCurrent = true;
-    q->scrollToRow(*current);
-    showFocus();
+    moveCurrentTo(geometry.atOrdinal(std::clamp(next, 0, total - 1)));
     return true;
+}
+
+void TableView::Private::moveCurrentTo(IndexPath path) {
+    if (!q->hasFocus()) q->setFocus(Qt::OtherFocusReason);
+    current = path;
+    showsCurrent = true;
+    q->scrollToRow(path);
+    showFocus();
+    tellCurrent();
+}
+
+void TableView::Private::tellCurrent() {
+    if (current && q->hasFocus()) TableAccessibility::rowFocused(*q, geometry.ordinal(*current));
+}
+
+// Space turns the row's switch; where there is none it does what Return does.
+void TableView::Private::enter(bool bySpace) {
+    const TableViewCell* cell = cells.at(*current);
+    if (bySpace && cell && cell->accessorySwitch()) {
+        toggle(*current);
+    } else if (canSelect()) {
+        select(*current);
+    }
+}
+
+void TableView::Private::toggle(IndexPath path) {
+    const TableViewCell* cell = cells.at(path);
+    Switch* toggled = cell ? cell->accessorySwitch() : nullptr;
+    if (!toggled || !toggled->isEnabled()) return;
+    toggled->click();
+    TableAccessibility::rowToggled(*q, geometry.ordinal(path));
 }
 
 // The first press uncovers "Delete", the second one confirms.
@@ -75,41 +105,12 @@ void TableView::Private::deleteCurrent() {
     TableViewCell* cell = cells.at(*current);
     if (!cell) return;
     if (uncovered == cell) {
-        commitDeletion(cell);
+        commitDeletion(*current);
         return;
     }
     uncover(cell);
     cell->glideAside(true);
-}
-
-// What Tab reaches inside the table, from top to bottom: cells are reused, so the order of their making says nothing.
-QList<QWidget*> TableView::Private::controlsInOrder() const {
-    QList<QWidget*> controls;
-    for (QWidget* widget : q->viewport()->findChildren<QWidget*>()) {
-        if (widget->isEnabled() && widget->isVisibleTo(q) && (widget->focusPolicy() & Qt::TabFocus)) controls += widget;
-    }
-    const auto place = [this](const QWidget* widget) {
-        const QPoint corner = widget->mapTo(q->viewport(), QPoint());
-        return std::pair(corner.y(), corner.x());
-    };
-    std::sort(controls.begin(), controls.end(),
-              [&](const QWidget* a, const QWidget* b) { return place(a) < place(b); });
-    return controls;
-}
-
-QWidget* TableView::Private::nextOutside(bool forward) const {
-    QWidget* widget = q;
-    do {
-        widget = forward ? widget->nextInFocusChain() : widget->previousInFocusChain();
-        const bool takesTab = widget->isEnabled() && widget->isVisible() && (widget->focusPolicy() & Qt::TabFocus);
-        if (takesTab && !q->isAncestorOf(widget)) return widget;
-    } while (widget != q);
-    return nullptr;
-}
-
-void TableView::Private::bringIntoSight(const QWidget* control) {
-    if (const auto path = cells.pathOf(control)) q->scrollToRow(*path);
-    if (header && header->isAncestorOf(control)) q->setContentOffset(0);
+    TableAccessibility::rowDescribed(*q, geometry.ordinal(*current));
 }
 
 }  // namespace platform

@@ -5,6 +5,8 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "platform/ui/AccessibleTable.h"
+#include "platform/ui/Focus.h"
 #include "platform/ui/TableViewPrivate.h"
 
 namespace platform {
@@ -49,6 +51,7 @@ void TableView::Private::reload() {
         updateRange();
     }
     layout();
+    TableAccessibility::rowsChanged(*q);
 }
 
 void TableView::Private::readGeometry() {
@@ -76,7 +79,7 @@ void TableView::Private::updateRange() {
     const int visible = q->viewport()->height();
     QScrollBar* bar = q->verticalScrollBar();
     bar->setPageStep(visible);
-    bar->setRange(0, std::max(0, geometry.contentHeight() + bottomInset - visible));
+    bar->setRange(0, std::max(0, geometry.contentHeight() - visible));
 }
 
 int TableView::Private::offset() const {
@@ -141,6 +144,13 @@ void TableView::Private::endEditing() {
     endEditingOf([](IndexPath) { return true; });
 }
 
+// Before a layout ends the editing of a row that an on-screen keyboard or a smaller window pushed out of sight.
+void TableView::Private::keepEditingInSight() {
+    QWidget* focused = q->window()->focusWidget();
+    if (!focused || !Focus::isTextField(focused)) return;
+    if (const std::optional<IndexPath> path = cells.pathOf(focused)) q->scrollToRow(*path);
+}
+
 TableViewCell* TableView::Private::cellFor(IndexPath path) {
     if (TableViewCell* cell = cells.at(path)) return cell;
     TableViewDataSource* source = asksData();
@@ -157,6 +167,18 @@ TableViewCell* TableView::Private::cellFor(IndexPath path) {
     return cell;
 }
 
+// A row out of sight borrows a cell for as long as it is asked.
+void TableView::Private::withCell(IndexPath path, const std::function<void(const TableViewCell&)>& ask) {
+    if (const TableViewCell* shown = cells.at(path)) return ask(*shown);
+    TableViewDataSource* source = asksData();
+    TableViewCell* cell = source ? source->cellForRowAtIndexPath(*q, path) : nullptr;
+    if (!cell) return;
+    if (cell->parentWidget() != q->viewport()) adopt(cell);
+    ask(*cell);
+    cells.recycle(cell);
+    cells.hideWaiting();
+}
+
 void TableView::Private::adopt(TableViewCell* cell) {
     cell->setParent(q->viewport());
     // Whether a press on a field scrolls or edits is decided when it moves or ends, not when it begins.
@@ -168,7 +190,9 @@ void TableView::Private::adopt(TableViewCell* cell) {
         uncover(cell);
         cell->glideAside(true);
     });
-    QObject::connect(cell, &TableViewCell::deleteTapped, q, [this, cell] { commitDeletion(cell); });
+    QObject::connect(cell, &TableViewCell::deleteTapped, q, [this, cell] {
+        if (const auto path = cells.pathOf(cell)) commitDeletion(*path);
+    });
 }
 
 void TableView::Private::place(IndexPath path, TableViewCell* cell) {

@@ -2,6 +2,7 @@
 #include <QGraphicsOpacityEffect>
 #include <QScopedValueRollback>
 
+#include "platform/ui/AccessibleTable.h"
 #include "platform/ui/AnimationClock.h"
 #include "platform/ui/TableViewPrivate.h"
 
@@ -67,6 +68,7 @@ void TableView::Private::changeRows(IndexPath path, int difference, RowAnimation
     next.rowShift = -difference * geometry.rowHeight(path.section);
     next.offsetShift = offsetBefore - offset();
     startMotion(next);
+    TableAccessibility::rowsChanged(*q);
 }
 
 void TableView::Private::startMotion(RowMotion next) {

@@ -71,7 +71,9 @@ struct TableView::Private {
     std::pair<int, int> rowsToKeep() const;
     void endEditingOf(const std::function<bool(IndexPath)>& rows);
     void endEditing();
+    void keepEditingInSight();
     TableViewCell* cellFor(IndexPath path);
+    void withCell(IndexPath path, const std::function<void(const TableViewCell&)>& ask);
     void adopt(TableViewCell* cell);
     void place(IndexPath path, TableViewCell* cell);
     void placeFooters();
@@ -89,7 +91,8 @@ struct TableView::Private {
     bool canSelect() const { return !editing || allowsSelectionDuringEditing; }
     void uncover(TableViewCell* cell);
     bool closeUncovered();
-    void commitDeletion(const TableViewCell* cell);
+    void commitDeletion(IndexPath path);
+    void toggle(IndexPath path);
 
     // Fingers; positions are the viewport's.
     bool fieldEvent(QLineEdit* field, QEvent* event);
@@ -104,10 +107,10 @@ struct TableView::Private {
     // Keys.
     bool key(QKeyEvent* event);
     bool moveCurrentBy(int rows);
+    void moveCurrentTo(IndexPath path);
+    void tellCurrent();
+    void enter(bool bySpace);
     void deleteCurrent();
-    QList<QWidget*> controlsInOrder() const;
-    QWidget* nextOutside(bool forward) const;
-    void bringIntoSight(const QWidget* control);
 
     TableView* q;
     TableViewDataSource* dataSource = nullptr;
@@ -118,6 +121,7 @@ struct TableView::Private {
     TableGeometry geometry;
     TableCells cells;
     QPointer<QWidget> header;
+    QPointer<QWidget> onlyReachable;  // of the header, while something covers the rest
     std::map<int, QWidget*> footers;
     RowMotion motion;
     RowGesture gesture;
@@ -132,7 +136,6 @@ struct TableView::Private {
     bool settling = false;  // rows and cells do not agree just now: no layout
     bool editing = false;
     bool allowsSelectionDuringEditing = false;
-    int bottomInset = 0;
 };
 
 }  // namespace platform

@@ -4,6 +4,7 @@
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QRegularExpression>
+#include <QWindow>
 #include <algorithm>
 
 namespace platform {
@@ -53,14 +54,25 @@ void TextField::resignFirstResponder() {
 void TextField::beginEditing() {
     if (editing_) return;
     editing_ = true;
+    watchWindow();
     if (auto* delegate = liveDelegate()) delegate->didBeginEditing(*this);
 }
 
 void TextField::endEditing() {
     if (!editing_) return;
     editing_ = false;
+    disconnect(focusMoves_);
     setCursorPosition(0);
     if (auto* delegate = liveDelegate()) delegate->didEndEditing(*this);
+}
+
+// In a window that is not the active one nobody tells the field that the focus has moved on.
+void TextField::watchWindow() {
+    QWindow* handle = window()->windowHandle();
+    if (!handle) return;
+    focusMoves_ = connect(handle, &QWindow::focusObjectChanged, this, [this](const QObject* now) {
+        if (now != this && !isActiveWindow()) endEditing();
+    });
 }
 
 void TextField::focusInEvent(QFocusEvent* event) {

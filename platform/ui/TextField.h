@@ -57,6 +57,7 @@ private:
     TextFieldDelegate* liveDelegate() const;
     void beginEditing();
     void endEditing();
+    void watchWindow();
     void dropLineBreaks();
     void fitFont();
 
@@ -65,6 +66,7 @@ private:
     int fullFontSize_ = 0;  // points; 0 while the font has not been shrunk
     bool adjustsFontSize_ = false;
     bool editing_ = false;
+    QMetaObject::Connection focusMoves_;  // while editing
 };
 
 }  // namespace platform

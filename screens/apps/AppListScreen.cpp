@@ -7,6 +7,7 @@
 #include "views/Chrome.h"
 #include "views/IconView.h"
 #include "views/VxmAppCell.h"
+#include "views/VxmNavBarView.h"
 
 namespace screens {
 
@@ -25,7 +26,7 @@ AppListScreen::AppListScreen(const views::Chrome& chrome, store::ConfigurationSt
 
 AppListScreen::~AppListScreen() = default;
 
-void AppListScreen::buildAppListView(QWidget* bar) {
+void AppListScreen::buildAppListView(views::VxmNavBarView* bar) {
     defaultImage_ = catalog_.iconOfSize(catalog::iconSize, QStringLiteral("com.apple.WebSheet"));
 
     platform::TableView* table = makeTable();

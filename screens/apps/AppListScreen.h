@@ -19,7 +19,8 @@ class ConfigurationStore;
 
 namespace views {
 class VxmAppCell;
-}
+class VxmNavBarView;
+}  // namespace views
 
 namespace screens {
 
@@ -58,7 +59,7 @@ protected:
     virtual platform::TableView& tableForArrivingIcons() const { return *table(); }
 
     // Builds bar, table and search into the screen's view.
-    void buildAppListView(QWidget* bar);
+    void buildAppListView(views::VxmNavBarView* bar);
 
     store::ConfigurationStore& store() const { return store_; }
     platform::ApplicationList& catalog() const { return catalog_; }

@@ -169,6 +169,8 @@ void VxmAppViewController::valueChanged(SwitchName name, bool on) {
             return stillApplyDetailedRulesSwitchChanged(on);
         case wiFiSwitch:
             return blockIfNotOnWiFiSwitchChanged(on);
+        case switchCount:
+            break;
     }
 }
 

@@ -44,7 +44,7 @@ protected:
     void viewDidAppear(bool animated) override;
 
 private:
-    enum SwitchName { allowSwitch, denySwitch, stillSwitch, wiFiSwitch };
+    enum SwitchName { allowSwitch, denySwitch, stillSwitch, wiFiSwitch, switchCount };
 
     // What a switch of the table shows. The table makes a new switch each time it builds the row.
     struct SwitchState {
@@ -73,7 +73,7 @@ private:
     QString bundleID_;
     QString displayName_;
     platform::Switch* enabledSwitch_ = nullptr;
-    std::array<SwitchState, 4> switches_;
+    std::array<SwitchState, switchCount> switches_;
     bool once_ = false;
 };
 

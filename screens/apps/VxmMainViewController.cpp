@@ -20,6 +20,7 @@ namespace {
 constexpr int globalSection = 0;
 constexpr int denyRow = 1;
 constexpr auto secondLoadDelay = std::chrono::milliseconds(300);
+constexpr auto frameDelay = std::chrono::milliseconds(30);  // within which what has changed is painted
 
 QStringList keysOf(const store::Dictionary& dictionary) {
     QStringList keys;
@@ -84,12 +85,16 @@ void VxmMainViewController::loadApps() {
             }
         }
     }
-    if (!keysToRemove.empty()) {
-        store().change(store::writers::pruneApps, [&](store::Dictionary& rules) {
-            for (const std::string& key : keysToRemove) rules.remove(key);
-        });
-    }
     setApps(std::move(apps));
+    // Who waits to see the list does not wait for the disk as well.
+    if (!keysToRemove.empty())
+        QTimer::singleShot(frameDelay, this, [this, keys = std::move(keysToRemove)] { removeKeys(keys); });
+}
+
+void VxmMainViewController::removeKeys(const std::vector<std::string>& keys) {
+    store().change(store::writers::pruneApps, [&](store::Dictionary& rules) {
+        for (const std::string& key : keys) rules.remove(key);
+    });
 }
 
 void VxmMainViewController::addBundleIdentifier(const QString& bundleIdentifier) {

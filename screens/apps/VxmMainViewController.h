@@ -17,6 +17,7 @@ public:
 
     // Rebuilds the list from the app rules file and the catalog.
     void loadApps();
+    void removeKeys(const std::vector<std::string>& keys);
 
     // Puts an app under the firewall with a new, empty record. The list shows it at the next appearance.
     void addBundleIdentifier(const QString& bundleIdentifier);

@@ -30,6 +30,8 @@ SortSelector::SortSelector(const views::Chrome& chrome, QWidget* parent) : QWidg
         made->setGeometry(frame);
         made->setText(title);
         made->setAccessibleName(tr("Sort by %1").arg(title));
+        made->setCheckable(true);
+        made->setAutoExclusive(true);
         made->setFont(chrome.button());
         made->setTitleColor(views::palette::quiet, Qt::white);
         made->setBackgroundImage({}, QStringLiteral("CapSelected"));
@@ -42,18 +44,20 @@ SortSelector::SortSelector(const views::Chrome& chrome, QWidget* parent) : QWidg
 }
 
 void SortSelector::press(int tag) {
+    if (tag == selected_) return;
     select(tag);
     QTimer::singleShot(reHighlightDelay, this, [this, tag] { select(tag); });
     Q_EMIT capButtonPressed(tag);
 }
 
 void SortSelector::select(int tag) {
+    selected_ = tag;
     for (int each = 0; each < int(buttonsArray_.size()); ++each) {
         platform::ImageButton* cap = button(each);
         const bool isSelected = each == tag;
         cap->setHighlighted(isSelected);
+        cap->setChecked(isSelected);
         cap->setAttribute(Qt::WA_TransparentForMouseEvents, isSelected);
-        cap->setFocusPolicy(isSelected ? Qt::NoFocus : Qt::TabFocus);
         if (isSelected) cap->raise();
     }
 }

@@ -13,8 +13,8 @@ class Chrome;
 
 namespace screens {
 
-// The two buttons "Name" (0) and "Date" (1), of which one is selected: highlighted and deaf to touches. 207 by 31
-// points.
+// The two buttons "Name" (0) and "Date" (1), of which one is selected: highlighted and deaf to touches. Tab reaches the
+// selected one, the arrow keys select the other. 207 by 31 points.
 class SortSelector : public QWidget {
     Q_OBJECT
 public:
@@ -34,6 +34,7 @@ private:
     void press(int tag);
 
     std::array<platform::ImageButton*, 2> buttonsArray_{};
+    int selected_ = 0;
 };
 
 }  // namespace screens

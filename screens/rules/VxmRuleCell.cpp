@@ -11,9 +11,9 @@ namespace screens {
 
 namespace {
 
-constexpr int titleWidth = 296;
-constexpr QRect newTitleFrame{16, 7, titleWidth, 20};
-constexpr QRect titleFrame{16, 9, titleWidth, 20};
+constexpr int designWidth = 320;
+constexpr QRect newTitleFrame{16, 7, 296, 20};
+constexpr QRect titleFrame{16, 9, 296, 20};
 constexpr QRect editingTitleFrame{16, 9, 256, 20};  // leaves room for the delete control
 constexpr QRect provisionalFrame{0, 0, 100, 20};
 constexpr int underTextX = 18;
@@ -23,8 +23,8 @@ constexpr qsizetype farMoreThanFits = 400;  // characters whose width is worth m
 
 platform::TextField* makeTitleTextField(QWidget* parent, const QFont& font) {
     auto* field = new platform::TextField(parent);
-    field->setGeometry(newTitleFrame);
     field->setFont(font);
+    field->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);
     QPalette colours = field->palette();
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
         colours.setColor(group, QPalette::Text, views::palette::ink);
@@ -40,18 +40,19 @@ platform::TextField* makeTitleTextField(QWidget* parent, const QFont& font) {
 VxmRuleCell::VxmRuleCell(const views::Chrome& chrome, const QString& reuseIdentifier)
     : TableViewCell(reuseIdentifier),
       titleTextField_(makeTitleTextField(contentView(), chrome.rowTitle())),
+      titleFrame_(newTitleFrame),
       underTextLabel_(views::makeLabel(contentView(), chrome.rowUnderText(), views::palette::ink)),
       smallTextLabel_(views::makeLabel(contentView(), chrome.smallText(), views::palette::faintInk)),
       bigTextLabel_(views::makeLabel(contentView(), chrome.bigText(), views::palette::ink)) {
     setBackgroundImage(QStringLiteral("SettingsDefaultCellBackground.png"));
     setSelectionStyle(SelectionStyle::none);
     for (QLabel* label : {underTextLabel_, smallTextLabel_, bigTextLabel_}) label->setGeometry(provisionalFrame);
-    resize(320, 50);
+    VxmRuleCell::layoutSubviews();
 }
 
 void VxmRuleCell::setTitleLabelText(const QString& text) {
     const QSizeF size = views::sizeWithFont(text.left(farMoreThanFits), titleTextField_->font());
-    if (size.width() > titleWidth) titleTextField_->setAdjustsFontSizeToFitWidth(true);
+    if (size.width() > titleTextField_->width()) titleTextField_->setAdjustsFontSizeToFitWidth(true);
     titleTextField_->setText(text);
     titleTextField_->setCursorPosition(0);
     updateAccessibleName();
@@ -86,7 +87,13 @@ void VxmRuleCell::setBigTextLabelText(const QString& text) {
 void VxmRuleCell::setEditing(bool editing, bool animated) {
     TableViewCell::setEditing(editing, animated);
     titleTextField_->setEnabled(editing);
-    titleTextField_->setGeometry(editing ? editingTitleFrame : titleFrame);
+    titleFrame_ = editing ? editingTitleFrame : titleFrame;
+    layoutSubviews();
+}
+
+void VxmRuleCell::layoutSubviews() {
+    TableViewCell::layoutSubviews();
+    titleTextField_->setGeometry(titleFrame_.adjusted(0, 0, width() - designWidth, 0));
 }
 
 void VxmRuleCell::updateAccessibleName() {

@@ -24,7 +24,8 @@ class VxmRuleCell : public platform::TableViewCell {
 public:
     VxmRuleCell(const views::Chrome& chrome, const QString& reuseIdentifier);
 
-    // A text wider than the row makes the field shrink its font to fit, from then on.
+    // A text wider than the row makes the field shrink its font to fit, from then on. Whatever its script, it begins at
+    // the left, above the second line.
     void setTitleLabelText(const QString& text);
     // Sets the second line; nothing hides it.
     void setUnderTextLabelText(const std::optional<QString>& text);
@@ -38,10 +39,14 @@ public:
     QLabel* smallTextLabel() const { return smallTextLabel_; }
     QLabel* bigTextLabel() const { return bigTextLabel_; }
 
+protected:
+    void layoutSubviews() override;
+
 private:
     void updateAccessibleName();
 
     platform::TextField* titleTextField_;
+    QRect titleFrame_;  // at the design's width
     QLabel* underTextLabel_;
     QLabel* smallTextLabel_;
     QLabel* bigTextLabel_;

@@ -44,8 +44,9 @@ LogRows::Row LogRows::rowFrom(std::size_t begin) const {
     std::size_t breakAt = begin;  // the last place where the row may end, if it is behind the beginning
     float x = 0;
     std::size_t at = begin;
-    while (at < text_.size() && at - begin < longestRow) {
+    while (at < text_.size()) {
         const auto [code, length] = text_.character(at);
+        if (at - begin + length > longestRow) break;
         if (isLineEnd(code)) {
             const bool isPair = code == '\r' && at + 1 < text_.size() && text_.unit(at + 1) == '\n';
             return {begin, at, at + (isPair ? 2 : 1)};

@@ -23,7 +23,7 @@ namespace {
 
 constexpr int inset = 8;  // points between the text and the view's edges
 constexpr int tabDistance = 28;
-constexpr float selectionOpacity = 0.3F;
+constexpr float selectionOpacity = 0.15F;
 constexpr int edgeMilliseconds = 30;
 
 // Rows lie where their letters add up to: nothing moves them but the letters' own widths.
@@ -205,6 +205,22 @@ void LogTextView::selectAll() {
     anchor_ = 0;
     caret_ = text_.size();
     viewport()->update();
+}
+
+void LogTextView::select(std::size_t anchor, std::size_t caret) {
+    anchor_ = std::min(anchor, text_.size());
+    caret_ = std::min(caret, text_.size());
+    viewport()->update();
+}
+
+std::pair<std::size_t, std::size_t> LogTextView::rowAround(std::size_t position) const {
+    if (!rows_) return {0, text_.size()};
+    const LogRows::Row row = rows_->rows(rows_->rowAt(position), 1).front();
+    return {row.begin, row.next};
+}
+
+void LogTextView::bringIntoSight(std::size_t position) {
+    if (rows_) scrollToRow(rows_->rowAt(position));
 }
 
 void LogTextView::copy() const {

@@ -4,6 +4,7 @@
 #include <QBasicTimer>
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "platform/ui/KineticScroller.h"
 #include "screens/settings/CharacterWidths.h"
@@ -38,6 +39,16 @@ public:
 
     QString selectedText() const;
     void selectAll();
+    // Positions in the text. The caret is where the selection ends that begins at the anchor.
+    std::size_t anchor() const { return anchor_; }
+    std::size_t caret() const { return caret_; }
+    void select(std::size_t anchor, std::size_t caret);
+
+    // What is shown in one row with a position: where it begins, and where what follows begins.
+    std::pair<std::size_t, std::size_t> rowAround(std::size_t position) const;
+    void bringIntoSight(std::size_t position);
+    std::size_t positionAt(QPoint point) const;
+
     // Puts the selection, if there is any, on the clipboard.
     void copy() const;
 
@@ -62,7 +73,6 @@ private:
     qint64 contentOffset() const;
     std::size_t firstVisibleRow() const;
     std::size_t visibleRowCount() const;
-    std::size_t positionAt(QPoint point) const;
     void extendSelection(QPoint point);
     std::size_t selectionBegin() const { return std::min(anchor_, caret_); }
     std::size_t selectionEnd() const { return std::max(anchor_, caret_); }

@@ -1,5 +1,7 @@
 #include "screens/settings/VxmSettingsViewController.h"
 
+#include <array>
+
 #include "platform/ui/Switch.h"
 #include "platform/ui/TableView.h"
 #include "screens/rules/VxmRuleCell.h"
@@ -21,6 +23,7 @@ constexpr int bandHeight = 6;
 constexpr int deleteAlertTag = 666;
 constexpr int yesButton = 1;
 
+// The rows below, in their order.
 enum Section {
     enabledSection,
     documentationSection,
@@ -29,7 +32,8 @@ enum Section {
     logSection,
     denyTabFrontSection,
     importExportSection,
-    deleteSection
+    deleteSection,
+    sectionCount
 };
 
 enum class Control { none, disclosure, toggle };
@@ -54,6 +58,8 @@ constexpr std::array rows{
     Row{u"Import/Export Settings", u"For all settings and rules.", Control::disclosure, SelectionStyle::gray},
     Row{u"Delete All Rules and Settings", u"Will ask for confirmation.", Control::none, SelectionStyle::none},
 };
+
+static_assert(rows.size() == sectionCount);
 
 const Row& rowOf(int section) {
     return rows.at(std::size_t(section));
@@ -138,9 +144,8 @@ bool VxmSettingsViewController::isOn(int section) const {
 }
 
 void VxmSettingsViewController::takeGlobalSwitches(const store::Dictionary& globalRules) {
-    for (std::size_t section = 0; section < rows.size(); ++section) {
-        globalSwitches_.at(section) = store::boolValue(globalRules, rows.at(section).key);
-    }
+    globalSwitches_.clear();
+    for (const Row& row : rows) globalSwitches_.push_back(store::boolValue(globalRules, row.key));
 }
 
 void VxmSettingsViewController::setVxmEnabledSwitchChanged(bool on) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <vector>
 
 #include "platform/ui/AlertView.h"
 #include "views/VxmTableScreen.h"
@@ -56,7 +56,7 @@ private:
     SettingsRoutes& routes_;
     platform::Network& network_;
     // What the global rules file said of the global switches when it was last read, by their position in the table.
-    std::array<bool, 8> globalSwitches_{};
+    std::vector<bool> globalSwitches_;
 };
 
 }  // namespace screens

@@ -265,6 +265,15 @@ TEST_F(AlertViewTest, ScrollsWhatIsTooLongAndStaysCentred) {
     ASSERT_TRUE(bar);
     QTest::keyClick(window.windowHandle(), Qt::Key_PageDown);
     EXPECT_GT(bar->value(), 0);
+    const int paged = bar->value();
+    QWidget* text = alert->childAt(142, 200);
+    // A finger that came down before the alert did.
+    QTest::mouseRelease(text, Qt::LeftButton, {}, text->mapFrom(alert, QPoint(142, 150)));
+    EXPECT_EQ(bar->value(), paged);
+    QTest::mousePress(text, Qt::LeftButton, {}, text->mapFrom(alert, QPoint(142, 200)));
+    QTest::mouseMove(text, text->mapFrom(alert, QPoint(142, 150)));
+    QTest::mouseRelease(text, Qt::LeftButton, {}, text->mapFrom(alert, QPoint(142, 150)));
+    EXPECT_EQ(bar->value(), paged + 50);
     const int before = alert->height();
     window.resize(400, 700);
     QCoreApplication::processEvents();

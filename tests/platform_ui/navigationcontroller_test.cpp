@@ -5,7 +5,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <functional>
 
+#include "platform/ui/AlertView.h"
 #include "platform/ui/ViewController.h"
 #include "platform_ui/InstantClock.h"
 
@@ -26,6 +28,7 @@ public:
     QLineEdit* field = nullptr;
     QPushButton* button = nullptr;
     QWidget* list = nullptr;
+    std::function<void(QWidget*)> appearing;
 
 protected:
     void loadView() override {
@@ -43,7 +46,10 @@ protected:
         setView(view);
     }
     void viewDidLoad() override { note("loaded"); }
-    void viewWillAppear(bool) override { note("will appear"); }
+    void viewWillAppear(bool) override {
+        note("will appear");
+        if (appearing) appearing(view());
+    }
     void viewDidAppear(bool) override { note("did appear"); }
     void viewWillDisappear(bool) override {
         note("will disappear");
@@ -135,6 +141,25 @@ TEST_F(NavigationControllerTest, TakesNoInputWhileScreensMove) {
     EXPECT_FALSE(root->view()->isVisible());
     QTest::mouseClick(navigation.windowHandle(), Qt::LeftButton, {}, {100, 70});
     EXPECT_EQ(log.last(), named("next pressed"));
+}
+
+TEST_F(NavigationControllerTest, AlertWaitsForTheScreenThatAskedForItToComeToRest) {
+    show();
+    auto next = adopted("next");
+    platform::AlertView* alert = nullptr;
+    next->appearing = [&](QWidget* view) {
+        alert = new platform::AlertView(named("Sure?"), QString(), nullptr, named("OK"));
+        alert->show(view);
+    };
+    Screen* screen = current;
+    navigation.pushViewController(std::move(next), true);
+    QApplication::processEvents();
+    EXPECT_TRUE(platform::AlertView::shownIn(&navigation).isEmpty());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !platform::AlertView::shownIn(&navigation).isEmpty(); }));
+    EXPECT_TRUE(fillsTheWindow(screen));
+    EXPECT_TRUE(alert->button(0)->hasFocus());
+    alert->dismissWithClickedButtonIndex(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return screen->list->hasFocus(); })) << "the keyboard goes to the new screen";
 }
 
 TEST_F(NavigationControllerTest, EndsARunningMotionWhenTheNextOneBegins) {

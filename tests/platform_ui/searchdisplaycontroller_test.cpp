@@ -149,9 +149,27 @@ TEST_F(SearchTest, KeysGoFromTheFieldToTheResultsAndChoose) {
     QTest::keyClick(bar->field(), Qt::Key_Down);
     QTest::keyClick(window.focusWidget(), Qt::Key_Return);
     EXPECT_EQ(words.chosen, QStringList{QStringLiteral("word42")});
-    QTest::keyClick(window.focusWidget(), Qt::Key_Backtab);
-    EXPECT_TRUE(bar->field()->hasFocus());
     EXPECT_TRUE(search->isActive());
+}
+
+TEST_F(SearchTest, TabGoesRoundInReadingOrderAndNotBelowTheResults) {
+    auto* belowTheBar = new QLineEdit;
+    table->cellForRow({0, 0})->setAccessoryView(belowTheBar);
+    type("word42");
+    QStringList reached;
+    for (int step = 0; step < 4; ++step) {
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+        const QWidget* at = window.focusWidget();
+        reached += at == results() ? QStringLiteral("results")
+                   : at == table   ? QStringLiteral("covered")
+                                   : at->accessibleName();
+    }
+    EXPECT_EQ(reached.join(u' '), QStringLiteral("Cancel results Search Cancel"));
+    QTest::keyClick(window.focusWidget(), Qt::Key_Escape);  // on "Cancel"
+    expectEnded();
+    EXPECT_TRUE(table->hasFocus());
+    QTest::keyClick(table, Qt::Key_Tab);
+    EXPECT_TRUE(belowTheBar->hasFocus()) << "nothing lies over the rows any more";
 }
 
 }  // namespace

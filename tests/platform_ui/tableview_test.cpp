@@ -133,9 +133,11 @@ protected:
         press(at);
         release(at);
     }
+    // The finger rests before it lets go: however slow the machine, the table is not flung.
     void drag(QPoint from, QPoint to) {
         press(from);
         for (int step = 1; step <= 8; ++step) moveTo(from + (to - from) * step / 8);
+        QTest::qWait(120);
         release(to);
     }
     QPoint in(IndexPath path, int x) const { return {x, table->rectForRow(path).center().y()}; }
@@ -455,7 +457,7 @@ TEST_F(TableViewTest, AFlingGoesOnAndAPressStopsItWithoutSelecting) {
     EXPECT_TRUE(rows->selected.isEmpty());
 }
 
-TEST_F(TableViewTest, HeaderFooterAndInsetTakeTheirRoom) {
+TEST_F(TableViewTest, HeaderAndFooterTakeTheirRoom) {
     show(40);
     auto* header = new QWidget;
     header->resize(10, 38);
@@ -465,9 +467,8 @@ TEST_F(TableViewTest, HeaderFooterAndInsetTakeTheirRoom) {
     EXPECT_EQ(header->geometry(), QRect(0, -20, width, 38));
     header->resize(width, 82);
     EXPECT_EQ(table->rectForRow({0, 0}).top(), 82 - 20);
-    table->setBottomInset(216);
     table->scrollToRow({1, 39});
-    EXPECT_EQ(table->rectForRow({1, 39}).bottom() + 1, height - 216);
+    EXPECT_EQ(table->rectForRow({1, 39}).bottom() + 1, height);
     window->resize(412, height);
     table->resize(412, height);
     expectExact();

@@ -110,10 +110,13 @@ protected:
         if (bytes) ScreenHost::put(host.store.logFile(), *bytes);
         return host.show<screens::VxmLogViewController>()->theTextView();
     }
+    screens::LogTextView* openText(const QString& text) {
+        return open(std::string(reinterpret_cast<const char*>(text.utf16()), std::size_t(text.size()) * 2));
+    }
     screens::LogTextView* openLines(int count) {
         QString text;
         for (int line = 0; line < count; ++line) text += QStringLiteral("line %1\n").arg(line);
-        return open(std::string(reinterpret_cast<const char*>(text.utf16()), std::size_t(text.size()) * 2));
+        return openText(text);
     }
     static void drag(QWidget* viewport, QPoint from, QPoint to) {
         QTest::mousePress(viewport, Qt::LeftButton, {}, from);
@@ -225,6 +228,39 @@ TEST_F(LogViewTest, ReadsAsReadOnlyText) {
     EXPECT_TRUE(interface->state().readOnly);
     EXPECT_EQ(interface->text(QAccessible::Value), view->visibleText());
     EXPECT_EQ(interface->text(QAccessible::Name), u"Log");
+}
+
+TEST_F(LogViewTest, IsReadInPiecesOfAnySize) {
+    auto* view = openText(QStringLiteral("first line\nsecond one\n"));
+    auto* read = QAccessible::queryAccessibleInterface(view)->textInterface();
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->characterCount(), 22);
+    EXPECT_EQ(read->text(0, -1), u"first line\nsecond one\n");
+    using Ask = QString (QAccessibleTextInterface::*)(int, QAccessible::TextBoundaryType, int*, int*) const;
+    const struct {
+        Ask ask;
+        int offset;
+        QAccessible::TextBoundaryType boundary;
+        const char16_t* answer;
+        int begin;
+    } cases[] = {
+        {&QAccessibleTextInterface::textAtOffset, 13, QAccessible::LineBoundary, u"second one\n", 11},
+        {&QAccessibleTextInterface::textBeforeOffset, 13, QAccessible::LineBoundary, u"first line\n", 0},
+        {&QAccessibleTextInterface::textAfterOffset, 13, QAccessible::LineBoundary, u"", 22},
+        {&QAccessibleTextInterface::textBeforeOffset, 0, QAccessible::LineBoundary, u"", 0},
+        {&QAccessibleTextInterface::textAtOffset, 13, QAccessible::WordBoundary, u"second", 11},
+        {&QAccessibleTextInterface::textAfterOffset, 8, QAccessible::CharBoundary, u"e", 9},
+        {&QAccessibleTextInterface::textAtOffset, 22, QAccessible::CharBoundary, u"", 22},
+    };
+    for (const auto& [ask, offset, boundary, answer, begin] : cases) {
+        int from = -1;
+        int to = -1;
+        EXPECT_EQ((read->*ask)(offset, boundary, &from, &to), QStringView(answer)) << offset;
+        EXPECT_EQ(from, begin) << offset;
+        EXPECT_EQ(to, begin + QStringView(answer).size()) << offset;
+    }
+    read->setSelection(0, 6, 10);
+    EXPECT_EQ(view->selectedText(), u"line");
 }
 
 }  // namespace

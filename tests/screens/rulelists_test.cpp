@@ -257,17 +257,30 @@ struct Ending {
     void (*end)(TestDevice&);
 };
 
-class EditEndingTest : public testing::TestWithParam<Ending> {};
+class EditEndingTest : public testing::TestWithParam<std::tuple<Ending, bool>> {};
+
+std::string nameOf(const testing::TestParamInfo<std::tuple<Ending, bool>>& each) {
+    const auto& [ending, isElsewhere] = each.param;
+    return std::string(ending.name) + (isElsewhere ? "WhileElsewhere" : "");
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Endings, EditEndingTest,
-    testing::Values(Ending{"TapOnAnotherRow", [](TestDevice& device) { device.tapRow(1, 2); }},
-                    Ending{"Back", [](TestDevice& device) { device.tap(20, 20); }},
-                    Ending{"BackKey", [](TestDevice& device) { device.key(Qt::Key_Back); }},
-                    Ending{"Escape", [](TestDevice& device) { device.key(Qt::Key_Escape); }},
-                    Ending{"Scroll", [](TestDevice& device) { device.table()->setContentOffset(100000); }},
-                    Ending{"DeletionOfAnotherRow", [](TestDevice& device) { device.swipeToDelete(1, 3); }}),
-    [](const auto& each) { return std::string(each.param.name); });
+    testing::Combine(
+        testing::Values(Ending{"TapOnAnotherRow", [](TestDevice& device) { device.tapRow(1, 2); }},
+                        Ending{"Back", [](TestDevice& device) { device.tap(20, 20); }},
+                        Ending{"Scroll", [](TestDevice& device) { device.table()->setContentOffset(100000); }},
+                        Ending{"DeletionOfAnotherRow", [](TestDevice& device) { device.swipeToDelete(1, 3); }}),
+        testing::Bool()),
+    nameOf);
+
+// Keys go to the active window alone.
+INSTANTIATE_TEST_SUITE_P(
+    EndingsByKey, EditEndingTest,
+    testing::Combine(testing::Values(Ending{"BackKey", [](TestDevice& device) { device.key(Qt::Key_Back); }},
+                                     Ending{"Escape", [](TestDevice& device) { device.key(Qt::Key_Escape); }}),
+                     testing::Values(false)),
+    nameOf);
 
 TEST_P(EditEndingTest, CommitsIntoItsOwnRow) {
     TestDevice device;
@@ -281,7 +294,15 @@ TEST_P(EditEndingTest, CommitsIntoItsOwnRow) {
     device.tapRow(1, 0);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
     device.type(QStringLiteral("New"));
-    GetParam().end(device);
+    const auto& [ending, isElsewhere] = GetParam();
+    QWidget elsewhere;
+    if (isElsewhere) {
+        elsewhere.show();
+        elsewhere.activateWindow();
+        QApplication::processEvents();
+        ASSERT_FALSE(device.window()->isActiveWindow());
+    }
+    ending.end(device);
     QApplication::processEvents();
 
     QStringList rules;

@@ -27,8 +27,8 @@ TestDevice::TestDevice(const QString& model, QSize screen)
     const fs::path root = directory_.path().toStdString();
     fs::create_directories(root / "usr/share/applications");
     fs::create_directories(store_.listDirectory());
-    applications_ = std::make_unique<platform::DesktopApplicationList>(
-        platform::DesktopApplicationList::dataDirectories(root), 1.0);
+    applications_ =
+        std::make_unique<platform::DesktopApplicationList>(platform::DesktopApplicationList::dataDirectories(root));
     device_.root = root;
     device_.notifyCenter = &recorder_;
     device_.applicationList = applications_.get();

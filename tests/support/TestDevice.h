@@ -47,10 +47,13 @@ public:
     std::optional<store::Dictionary> plist(store::File file) const { return store_.read(file); }
     const std::vector<Post>& posts() const { return recorder_.posts; }
 
+    // What the app is given when it is launched.
+    platform::Device& device() { return device_; }
     void launch();
     void terminate();
 
     QWidget* window() const;
+    platform::NavigationController* navigation() const { return app_->navigationController(); }
     platform::ViewController* screen() const;
     // The table of the screen, or the search results over it.
     platform::TableView* table() const;

@@ -19,11 +19,14 @@ namespace {
 
 using views::Chrome;
 
-const Chrome tallPhone(false, QStringLiteral("iPhone"), {320, 568});
+const Chrome& tallPhone() {
+    static const Chrome chrome(false, QStringLiteral("iPhone"), {320, 568});
+    return chrome;
+}
 
 class Screen : public views::VxmScreen {
 public:
-    Screen() : VxmScreen(tallPhone) {}
+    Screen() : VxmScreen(tallPhone()) {}
     void add(platform::ImageButton&) override { asked += QStringLiteral("add "); }
     void setEditMode(platform::ImageButton&) override { asked += QStringLiteral("edit "); }
     void presentSettings(platform::ImageButton&) override { asked += QStringLiteral("settings "); }
@@ -58,12 +61,12 @@ TEST(ChromeTest, RoundsHalvesAwayFromZero) {
 
 TEST(ChromeTest, FallbackFontsHaveTheMetricsOfTheFamily) {
     EXPECT_FALSE(views::isFontInstalled(QStringLiteral("HelveticaNeue-CondensedBold")));
-    const QFont title = tallPhone.rowTitle();
+    const QFont title = tallPhone().rowTitle();
     EXPECT_EQ(title.pixelSize(), 14);
     EXPECT_TRUE(title.bold());
-    EXPECT_EQ(tallPhone.rowUnderText().pixelSize(), 13);
-    EXPECT_EQ(tallPhone.barTitle().pixelSize(), 20);
-    EXPECT_EQ(tallPhone.helpText().pixelSize(), 12);
+    EXPECT_EQ(tallPhone().rowUnderText().pixelSize(), 13);
+    EXPECT_EQ(tallPhone().barTitle().pixelSize(), 20);
+    EXPECT_EQ(tallPhone().helpText().pixelSize(), 12);
     EXPECT_EQ(Chrome(true, QStringLiteral("iPhone"), {320, 568}).rowTitle().pixelSize(), 15);
     // Helvetica's advance widths are 1/1000 em: H 722, i 222.
     const QFontMetricsF metrics(views::fontWithName(QStringLiteral("Helvetica"), 100));
@@ -126,6 +129,24 @@ TEST(NavBarTest, TitleIsCentredForEveryText) {
     EXPECT_EQ(textColour(bar.titleLabel()), QColor(161, 176, 176));
 }
 
+TEST(NavBarTest, AWideTitleIsCutWhereButtonsBegin) {
+    Screen screen;
+    views::VxmNavBarView bar({0, 0, 320, 40}, screen, true, false, true);
+    auto* control = new QWidget;
+    bar.addControl(control, {237, 5, 50, 30});
+    bar.show();
+    for (const int width : {320, 412}) {
+        bar.resize(width, 40);
+        for (const QString& title : {QStringLiteral("Vexmor"), QString(60, u'W')}) {
+            bar.setTitleString(title);
+            const QRect shown = bar.titleLabel()->mask().boundingRect().translated(bar.titleLabel()->pos());
+            EXPECT_FALSE(shown.intersects(control->geometry())) << width;
+            EXPECT_FALSE(shown.intersects(bar.backButton()->geometry())) << width;
+            EXPECT_TRUE(shown.contains(QRect(60, 15, width - 150, 10))) << width;
+        }
+    }
+}
+
 TEST(NavBarTest, RightButtonsKeepTheirDistanceFromTheEdgeOfAWiderScreen) {
     Screen screen;
     views::VxmNavBarView bar({0, 0, 320, 40}, screen, true, false, true);
@@ -136,13 +157,13 @@ TEST(NavBarTest, RightButtonsKeepTheirDistanceFromTheEdgeOfAWiderScreen) {
 }
 
 TEST(AppCellTest, PlacesNameLineAndIcon) {
-    views::VxmAppCell cell(tallPhone, QStringLiteral("Cell"));
+    views::VxmAppCell cell(tallPhone(), QStringLiteral("Cell"));
     cell.resize(320, 50);
     cell.show();
     cell.setTitleLabelText(QStringLiteral("Mail"));
     cell.setUnderTextLabelText(QStringLiteral("org.example.Mail"));
-    const QSizeF title = views::sizeWithFont(QStringLiteral("Mail"), tallPhone.rowTitle());
-    const QSizeF under = views::sizeWithFont(QStringLiteral("org.example.Mail"), tallPhone.rowUnderText());
+    const QSizeF title = views::sizeWithFont(QStringLiteral("Mail"), tallPhone().rowTitle());
+    const QSizeF under = views::sizeWithFont(QStringLiteral("org.example.Mail"), tallPhone().rowUnderText());
     EXPECT_EQ(cell.titleLabel()->geometry(), views::makeRoundedRect(55, float(50 - title.height() - 12) / 2,
                                                                     float(title.width()), float(title.height())));
     EXPECT_EQ(cell.underTextLabel()->geometry(), views::makeRoundedRect(55, float(50 - under.height()) / 2 + 8,
@@ -158,20 +179,20 @@ TEST(AppCellTest, PlacesNameLineAndIcon) {
 }
 
 TEST(AppCellTest, LongNameRunsOutAtTheRight) {
-    views::VxmAppCell cell(tallPhone, QStringLiteral("Cell"));
+    views::VxmAppCell cell(tallPhone(), QStringLiteral("Cell"));
     cell.setTitleLabelText(QString(100, u'm'));
     EXPECT_EQ(cell.titleLabel()->x(), 55);
     EXPECT_GT(cell.titleLabel()->geometry().right(), 320);
 }
 
 TEST(AppCellTest, TextsAreNotTakenForMarkup) {
-    views::VxmAppCell cell(tallPhone, QStringLiteral("Cell"));
+    views::VxmAppCell cell(tallPhone(), QStringLiteral("Cell"));
     cell.setTitleLabelText(QStringLiteral("<b>x</b>"));
     EXPECT_EQ(cell.titleLabel()->textFormat(), Qt::PlainText);
 }
 
 TEST(FileCellTest, LabelMovesOnTheFirstText) {
-    views::VxmFileCell cell(tallPhone, QStringLiteral("Cell"));
+    views::VxmFileCell cell(tallPhone(), QStringLiteral("Cell"));
     EXPECT_EQ(cell.titleLabel()->geometry(), QRect(16, 7, 296, 20));
     cell.resize(320, 50);
     cell.show();
@@ -181,7 +202,7 @@ TEST(FileCellTest, LabelMovesOnTheFirstText) {
 }
 
 TEST(RuleCellTest, FieldCanBeEditedOnlyInEditMode) {
-    screens::VxmRuleCell cell(tallPhone, QStringLiteral("RCell"));
+    screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
     EXPECT_EQ(cell.titleTextField()->geometry(), QRect(16, 7, 296, 20));
     EXPECT_FALSE(cell.titleTextField()->isEnabled());
     cell.setEditing(true, false);
@@ -192,8 +213,25 @@ TEST(RuleCellTest, FieldCanBeEditedOnlyInEditMode) {
     EXPECT_EQ(cell.titleTextField()->geometry(), QRect(16, 9, 296, 20));
 }
 
+TEST(RuleCellTest, FieldIsAsMuchWiderAsTheRow) {
+    struct Case {
+        int rowWidth;
+        int read;
+        int edited;
+    };
+    for (const auto& [rowWidth, read, edited] : {Case{320, 296, 256}, Case{412, 388, 348}, Case{300, 276, 236}}) {
+        screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
+        cell.setEditing(false, false);
+        cell.resize(rowWidth, 50);
+        cell.show();
+        EXPECT_EQ(cell.titleTextField()->geometry(), QRect(16, 9, read, 20));
+        cell.setEditing(true, false);
+        EXPECT_EQ(cell.titleTextField()->geometry(), QRect(16, 9, edited, 20));
+    }
+}
+
 TEST(RuleCellTest, ShrinksALongRuleAndKeepsDoingSo) {
-    screens::VxmRuleCell cell(tallPhone, QStringLiteral("RCell"));
+    screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
     const int fullSize = cell.titleTextField()->font().pixelSize();
     cell.setTitleLabelText(QStringLiteral("short.example"));
     EXPECT_FALSE(cell.titleTextField()->adjustsFontSizeToFitWidth());
@@ -206,7 +244,7 @@ TEST(RuleCellTest, ShrinksALongRuleAndKeepsDoingSo) {
 }
 
 TEST(RuleCellTest, PlacesItsLabels) {
-    screens::VxmRuleCell cell(tallPhone, QStringLiteral("RCell"));
+    screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
     cell.resize(320, 50);
     cell.show();
     cell.setUnderTextLabelText(QStringLiteral("a date"));
