@@ -15,6 +15,8 @@ option_value() {
     printf '%s' "$2"
 }
 
+is_seconds() { [[ $1 =~ ^[1-9][0-9]{0,6}$ ]]; }
+
 # packages GROUP...: the packages of these groups of packaging/packages.txt, one a line.
 packages() {
     local group

@@ -1,0 +1,46 @@
+// Property lists as XML: UTF-8 or UTF-16 with a byte-order mark.
+#include "fuzz/Target.h"
+#include "store/BinaryPropertyList.h"
+#include "store/XmlReader.h"
+
+namespace fuzz {
+
+namespace {
+
+using Result = std::variant<store::Dictionary, store::XmlFailure>;
+
+// Taking rule entries as a whole is no other reading than going through them tag by tag.
+void demandSameTagByTag(const store::Buffer& text) {
+    const Result whole = readXml(text);
+    const Result byTag = readXmlTagByTag(text);
+    demand(whole.index() == byTag.index(), "only one way of reading accepts it");
+    if (const auto* failure = std::get_if<store::XmlFailure>(&whole)) {
+        const auto& other = std::get<store::XmlFailure>(byTag);
+        demand(failure->at == other.at && failure->reason == other.reason, "two ways of reading fail differently");
+        demand(failure->at >= text.bytes.get() && failure->at <= text.bytes.get() + text.size,
+               "the failure is outside the text");
+        return;
+    }
+    demand(store::written(std::get<store::Dictionary>(whole)) == store::written(std::get<store::Dictionary>(byTag)),
+           "two ways of reading find different values");
+}
+
+}  // namespace
+
+bool accepts(std::string_view bytes) {
+    if (store::isBinaryPropertyList(bytes)) return false;
+    const store::Buffer file = store::Buffer::copyOf(bytes);
+    demandSameTagByTag(file);
+    const store::ReadResult result = readPropertyList(file);
+    if (const auto* error = std::get_if<store::ReadError>(&result)) {
+        // Of UTF-16 it counts the bytes as UTF-8, three for two.
+        demand(error->byte <= bytes.size() * 3 / 2, "the error is outside the file");
+        demand((error->line > 0) == (error->column > 0), "a line and a column belong together");
+        return false;
+    }
+    demand(store::mayBePropertyList(bytes.substr(0, 4096)), "its beginning tells that it is none");
+    demandRoundTrip(std::get<store::Dictionary>(result));
+    return true;
+}
+
+}  // namespace fuzz
