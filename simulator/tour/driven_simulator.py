@@ -1,6 +1,7 @@
-"""VexmorSimulator used from outside: real taps, drags and keys under a display and a bus of its own.
+"""VexmorSimulator used from outside: real taps, drags and keys on a stage and with a bus of its own.
 
-Points are the app's, counted from the upper left corner of its window, which shows the screen below the status bar."""
+Points are the app's, counted from the upper left corner of its window, which shows the screen below the status bar. A
+negative x counts from the right edge, where bars and rows have their controls on a screen of any width."""
 import hashlib
 import os
 import plistlib
@@ -11,6 +12,9 @@ import tempfile
 import time
 from pathlib import Path
 
+from stage import TourError, wait_until
+from stage_x11 import X11Stage
+
 PREFERENCES = "var/mobile/Library/Preferences"
 APP_RULES = f"{PREFERENCES}/com.Urmeld.FirewallRules2.plist"
 GLOBAL_RULES = f"{PREFERENCES}/com.Urmeld.FirewallGlobalRules2.plist"
@@ -19,7 +23,6 @@ EXPORTS = f"{PREFERENCES}/Vxm"
 LISTS = "Applications/VexmorGUI.app/Lists"
 
 BAR, SEARCH, ROW = 40, 38, 50  # heights in points
-PIXELS_PER_POINT = 2
 
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -33,16 +36,13 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus
 """
 
 
-class TourError(Exception):
-    """What happened is not what the action should have led to."""
-
-
 class DrivenSimulator:
     """A running simulator on `device`; pictures go to `pictures`, numbered in the order in which they are taken."""
 
-    def __init__(self, program, device, pictures, arguments=()):
+    def __init__(self, program, device, pictures, arguments=(), stage=None):
         self.program, self.device, self.pictures = Path(program), Path(device), Path(pictures)
         self.arguments = arguments
+        self.stage = stage or X11Stage()
         self.picture_number = 0
         self.children = []
 
@@ -52,11 +52,9 @@ class DrivenSimulator:
             self.environment = {
                 **os.environ,
                 "DBUS_SYSTEM_BUS_ADDRESS": self.start_bus(),
-                "DISPLAY": self.start_display(),
-                "QT_QPA_PLATFORM": "xcb",
-                "QT_SCALE_FACTOR": str(PIXELS_PER_POINT),
                 "XDG_RUNTIME_DIR": str(self.scratch),
                 "LC_ALL": "C.UTF-8",
+                **self.stage.open(self.start, self.scratch),
             }
             if os.geteuid() == 0:  # the web engine's sandbox cannot be had as root
                 self.environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
@@ -67,13 +65,14 @@ class DrivenSimulator:
         return self
 
     def __exit__(self, *_):
+        self.stage.close()
         for child in reversed(self.children):
             if child.poll() is None:
                 child.kill()
             child.wait()
         shutil.rmtree(self.scratch)
 
-    # Parts of the stage
+    # What runs
 
     def start(self, *command, **options):
         options = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, **options}
@@ -89,63 +88,52 @@ class DrivenSimulator:
         wait_until(socket.exists, "the bus did not start")
         return f"unix:path={socket}"
 
-    def start_display(self):
-        reading, writing = os.pipe()
-        size = f"{700 * PIXELS_PER_POINT}x{600 * PIXELS_PER_POINT}x24"
-        self.start("Xvfb", "-displayfd", str(writing), "-screen", "0", size, "-nolisten", "tcp", pass_fds=[writing])
-        os.close(writing)
-        with os.fdopen(reading) as answer:
-            number = answer.readline().strip()
-        if not number:
-            raise TourError("the display did not start")
-        return f":{number}"
-
     def start_simulator(self):
         with open(self.scratch / "output", "wb") as output, open(self.scratch / "errors", "wb") as errors:
             self.process = self.start(self.program, "--device", self.device, *self.arguments, env=self.environment,
                                       stdout=output, stderr=errors)
         wait_until(self.find_window, lambda: f"no window appeared: {(self.scratch / 'errors').read_text().strip()}")
-        self.xdotool("windowfocus", "--sync", self.window)
+        self.width, self.height = self.stage.window_size()
         self.settle()
 
     def find_window(self):
         if self.process.poll() is not None:
             raise TourError(f"the simulator ended: {(self.scratch / 'errors').read_text().strip()}")
-        self.window = self.xdotool("search", "--onlyvisible", "--pid", str(self.process.pid)).partition("\n")[0]
-        return self.window
-
-    def xdotool(self, *arguments):
-        return subprocess.run(["xdotool", *arguments], env=self.environment, capture_output=True, text=True,
-                              check=False).stdout.strip()
+        return self.stage.find_window(self.process)
 
     # Hands
 
     def move_to(self, x, y):
-        self.xdotool("mousemove", "--window", self.window, *(str(round(at * PIXELS_PER_POINT)) for at in (x, y)))
+        self.stage.move_to(x if x >= 0 else self.width + x, y)
 
     def tap(self, x, y):
         self.move_to(x, y)
-        self.xdotool("click", "1")
+        self.stage.press()
+        self.stage.release()
         self.settle()
+
+    def tap_near_middle(self, right, down):
+        """Taps what is so far from the window's middle, as an alert's buttons are."""
+        self.tap(self.width / 2 + right, self.height / 2 + down)
 
     def swipe_left(self, y, start=260, end=100):
         self.move_to(start, y)
-        self.xdotool("mousedown", "1")
+        self.stage.press()
         for step in range(1, 13):
             self.move_to(start + (end - start) * step / 12, y)
-        self.xdotool("mouseup", "1")
+        self.stage.release()
         self.settle()
 
     def type(self, text):
-        self.xdotool("type", "--delay", "20", text)
+        self.stage.type(text)
         self.settle()
 
     def key(self, *names):
-        self.xdotool("key", *names)
+        self.stage.key(*names)
         self.settle()
 
     def replace_text(self, text):
-        self.xdotool("key", "ctrl+a")
+        self.stage.key("ctrl+a")
         self.type(text)
 
     def terminate(self):
@@ -158,17 +146,13 @@ class DrivenSimulator:
 
     # Eyes
 
-    def screen(self):
-        return subprocess.run(["import", "-window", self.window, "-depth", "8", "rgb:-"], env=self.environment,
-                              capture_output=True, check=True).stdout
-
     def settle(self, quiet=0.4, at_most=5):
         """Waits until the picture has been still for a while: animations are over, answers are painted. A blinking
         cursor changes it only every half second."""
         end = time.monotonic() + at_most
         seen, since = None, time.monotonic()
         while time.monotonic() < end and time.monotonic() - since < quiet:
-            now = hashlib.sha1(self.screen()).digest()
+            now = hashlib.sha1(self.stage.pixels()).digest()
             if now != seen:
                 seen, since = now, time.monotonic()
             time.sleep(0.05)
@@ -176,7 +160,7 @@ class DrivenSimulator:
     def picture(self, name):
         self.picture_number += 1
         file = self.pictures / f"{self.picture_number:02}-{name}.png"
-        subprocess.run(["import", "-window", self.window, file], env=self.environment, check=True)
+        self.stage.picture(file)
         print(f"tour: {file}", flush=True)
 
     def plist(self, name):
@@ -185,11 +169,3 @@ class DrivenSimulator:
 
     def printed(self):
         return (self.scratch / "output").read_text().splitlines()
-
-
-def wait_until(holds, otherwise, seconds=10):
-    end = time.monotonic() + seconds
-    while not holds():
-        if time.monotonic() > end:
-            raise TourError(otherwise() if callable(otherwise) else otherwise)
-        time.sleep(0.05)

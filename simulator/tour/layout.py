@@ -1,15 +1,25 @@
-"""Where things are on the app's screens, in points below the status bar, and how a step is checked."""
-from driven_simulator import BAR, ROW, SEARCH, TourError
+"""Where things are on the app's screens, in points below the status bar and, where x is negative, from the right edge;
+and how a step is checked."""
+from driven_simulator import BAR, ROW, SEARCH
+from stage import TourError
 
 BACK = SETTINGS = 26, 20
-ADD = EDIT = RIGHT = 292, 20
+ADD = EDIT = RIGHT = -28, 20
 SEARCH_FIELD = 160, BAR + SEARCH / 2
-CANCEL_SEARCH = 295, BAR + SEARCH / 2
-DELETE_X = SWITCH_X = 285
+CANCEL_SEARCH = -25, BAR + SEARCH / 2
+DELETE_X = SWITCH_X = -35
 DELETE_CONTROL_X = 18
 TITLE_X = 100
 RULE_LIST_HEADER = 82
-SORT_BY_NAME, SORT_BY_DATE = (110, BAR + 62), (210, BAR + 62)
+SORT_Y = BAR + 62
+
+
+def sort_by_name(phone):
+    phone.tap(phone.width / 2 - 50, SORT_Y)
+
+
+def sort_by_date(phone):
+    phone.tap(phone.width / 2 + 50, SORT_Y)
 
 
 def row(index, header=0, bands=0):

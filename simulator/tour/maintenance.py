@@ -12,10 +12,10 @@ def import_hosts(phone):
     phone.tap(TITLE_X, row(1, SEARCH))
     phone.picture("global-deny")
     phone.tap(TITLE_X, row(1, RULE_LIST_HEADER))
-    phone.tap(160, 345)  # "Import"
+    phone.tap_near_middle(0, 71)  # "Import"
     phone.tap(TITLE_X, row(0))
     phone.picture("import")
-    phone.tap(217, 321)  # "YES"
+    phone.tap_near_middle(57, 47)  # "YES"
     phone.tap(*BACK)
     phone.picture("imported")
 
@@ -44,7 +44,7 @@ def settings_and_export(phone):
     phone.tap(*BACK)
 
     phone.tap(TITLE_X, section(6))
-    phone.tap(160, BAR + 112)  # "Export"
+    phone.tap(phone.width / 2, BAR + 112)  # "Export"
     phone.picture("export")
     exported = os.listdir(phone.device / EXPORTS)
     check(len(exported) == 1, f"one export should be among {exported}")

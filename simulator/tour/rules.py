@@ -1,6 +1,6 @@
 """The rule lists of one app and of all apps: adding, editing, deleting, sorting, searching."""
 from driven_simulator import APP_RULES, GLOBAL_RULES, GUI_SETTINGS, SEARCH
-from layout import (BACK, DELETE_X, EDIT, RULE_LIST_HEADER, SORT_BY_DATE, SORT_BY_NAME, SWITCH_X, TITLE_X, check, row,
+from layout import (BACK, DELETE_X, EDIT, RULE_LIST_HEADER, SWITCH_X, TITLE_X, check, row, sort_by_date, sort_by_name,
                     tell)
 
 HARBOUR_MAIL = "org.example.HarbourMail"
@@ -56,10 +56,10 @@ def rules_of_all_apps(phone):
 
     rules = RuleList(phone, lambda: phone.plist(GLOBAL_RULES)["globalAllow"], rows_above=2)
     rules.add("*.Zzz.example")
-    phone.tap(*SORT_BY_DATE)
+    sort_by_date(phone)
     phone.picture("newest-first")
     rules.edit_first("*.zzz.example", "zzy.example", is_first_time=True)
-    phone.tap(*SORT_BY_NAME)
+    sort_by_name(phone)
     phone.tap(160, row(0) - 5)
     phone.type("ZZY")
     phone.picture("rule-search")
