@@ -2,6 +2,7 @@
 
 #include <QPainter>
 
+#include "platform/ui/AlertFont.h"
 #include "platform/ui/Focus.h"
 #include "platform/ui/Palette.h"
 
@@ -18,10 +19,7 @@ AlertButton::AlertButton(const QString& title, Weight weight, QWidget* parent)
     : QPushButton(title, parent), weight_(weight) {
     setFocusPolicy(Qt::TabFocus);
     setAutoDefault(false);
-    QFont font(QStringLiteral("Helvetica"));
-    font.setPixelSize(fontSize);
-    font.setBold(weight == Weight::accent);
-    setFont(font);
+    setFont(alertFont(fontSize, weight == Weight::accent));
 }
 
 void AlertButton::paintEvent(QPaintEvent*) {

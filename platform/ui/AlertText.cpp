@@ -4,6 +4,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "platform/ui/AlertFont.h"
 #include "platform/ui/AlertLabel.h"
 #include "platform/ui/ScrollThumb.h"
 
@@ -17,19 +18,12 @@ constexpr int titleGap = 6;
 constexpr int titleSize = 17;
 constexpr int messageSize = 15;
 
-QFont textFont(int pixels, bool bold) {
-    QFont font(QStringLiteral("Helvetica"));
-    font.setPixelSize(pixels);
-    font.setBold(bold);
-    return font;
-}
-
 }  // namespace
 
 AlertText::AlertText(const QString& title, const QString& message, QWidget* panel)
     : QScrollArea(panel),
-      title_(new AlertLabel(title, textFont(titleSize, true), nullptr)),
-      message_(new AlertLabel(message, textFont(messageSize, false), nullptr)),
+      title_(new AlertLabel(title, alertFont(titleSize, true), nullptr)),
+      message_(new AlertLabel(message, alertFont(messageSize, false), nullptr)),
       kinetic_(verticalScrollBar()),
       thumb_(new ScrollThumb(verticalScrollBar(), this)) {
     setFrameShape(QFrame::NoFrame);
