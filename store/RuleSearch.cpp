@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "store/Ascii.h"
 #include "store/Parts.h"
 #include "store/PoolMarks.h"
 #include "store/Search.h"
@@ -29,7 +30,7 @@ public:
 private:
     bool standsAt(std::size_t at) const {
         return std::equal(wanted_.begin(), wanted_.end(), pool_.begin() + static_cast<std::ptrdiff_t>(at),
-                          [](char wanted, char c) { return wanted == (c >= 'A' && c <= 'Z' ? c | 0x20 : c); });
+                          [](char wanted, char c) { return wanted == asciiLower(c); });
     }
 
     std::string_view pool_;

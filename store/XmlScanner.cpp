@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "store/Ascii.h"
+
 namespace store {
 
 namespace {
@@ -23,14 +25,10 @@ const char* skipSpace(const char* p) {
     return p;
 }
 
-char lowered(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 // Whether the text can be in the encoding that its declaration names: by now it is UTF-8.
 bool isReadableEncoding(std::string_view name) {
     std::string lower(name);
-    std::transform(lower.begin(), lower.end(), lower.begin(), lowered);
+    std::transform(lower.begin(), lower.end(), lower.begin(), asciiLower);
     static constexpr std::string_view readable[] = {"utf-8",  "utf8",  "us-ascii", "ascii",
                                                     "utf-16", "utf16", "utf-16le", "utf-16be"};
     return std::find(std::begin(readable), std::end(readable), lower) != std::end(readable);
@@ -222,7 +220,7 @@ const char* XmlScanner::skipComment(const char* p) {
 // A declaration that is not at the very beginning is not passed over as an instruction.
 const char* XmlScanner::skipInstruction(const char* p) {
     const char* target = p + 2;
-    bool isDeclaration = lowered(target[0]) == 'x' && lowered(target[1]) == 'm' && lowered(target[2]) == 'l' &&
+    bool isDeclaration = asciiLower(target[0]) == 'x' && asciiLower(target[1]) == 'm' && asciiLower(target[2]) == 'l' &&
                          (isXmlSpace(target[3]) || target[3] == '?');
     if (isDeclaration || isXmlSpace(*target) || *target == '?') {
         fail(ReadFailure::badMarkup, p);

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace store {
+
+// The lower case of an ASCII letter; any other byte as it is.
+constexpr char asciiLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+}
+
+}  // namespace store
