@@ -59,33 +59,48 @@ TEST(Ordering, SortsAppsByName) {
     EXPECT_EQ(sorted, "542136");
 }
 
-// In every locale there is, sorting by the cheapest keys gives what comparing by the full rules gives.
-TEST(Ordering, SortsLikeTheCollatorInEveryLocale) {
+std::vector<std::string> randomNames(std::size_t count, const std::vector<std::string>& beginnings) {
     std::mt19937 random(20130504);
     const std::string letters = "aAbBcChHdDzZsSlLjJnNyYwWvVgG019.-*:_ \t\x01";
-    auto pick = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    auto pick = [&](std::size_t limit) { return static_cast<std::size_t>(random()) % limit; };
     std::vector<std::string> names;
-    for (int i = 0; i < 1200; ++i) {  // more than are compared one by one
-        std::string name;
-        for (int length = pick(14); length > 0; --length)
-            name += letters[static_cast<std::size_t>(pick(static_cast<int>(letters.size())))];
+    while (names.size() < count) {
+        std::string name = beginnings[pick(beginnings.size())];
+        for (std::size_t length = pick(14); length > 0; --length) name += letters[pick(letters.size())];
         if (pick(8) == 0) name += pick(2) ? "\u00E9" : "\u4E2D\u0301";
         names.push_back(name);
     }
+    return names;
+}
+
+void expectSortedLikeTheCollator(const std::vector<std::string>& names, const NameOrder& order) {
+    std::vector<std::uint32_t> expected(names.size());
+    std::iota(expected.begin(), expected.end(), 0u);
+    std::vector<std::uint32_t> sorted = expected;
+    std::stable_sort(expected.begin(), expected.end(),
+                     [&](auto a, auto b) { return order.compare(names[a], names[b]) < 0; });
+    sortByName(
+        sorted, [&](std::uint32_t name) -> std::string_view { return names[name]; }, order);
+    EXPECT_EQ(sorted, expected);
+}
+
+// In every locale there is, sorting by the cheapest keys gives what comparing by the full rules gives.
+TEST(Ordering, SortsLikeTheCollatorInEveryLocale) {
+    const std::vector<std::string> names = randomNames(1200, {""});  // more than are compared one by one
     int cheap = 0;
     for (int32_t i = 0, count = ucol_countAvailable(); i < count; ++i) {
+        SCOPED_TRACE(ucol_getAvailable(i));
         NameOrder order(ucol_getAvailable(i));
-        auto nameOf = [&](std::uint32_t name) -> std::string_view { return names[name]; };
-        std::vector<std::uint32_t> expected(names.size());
-        std::iota(expected.begin(), expected.end(), 0u);
-        std::vector<std::uint32_t> sorted = expected;
-        std::stable_sort(expected.begin(), expected.end(),
-                         [&](auto a, auto b) { return order.compare(names[a], names[b]) < 0; });
-        sortByName(sorted, nameOf, order);
-        EXPECT_EQ(sorted, expected) << ucol_getAvailable(i);
+        expectSortedLikeTheCollator(names, order);
         cheap += order.asciiOrder() != nullptr;
     }
     EXPECT_GT(cheap, 50);
+}
+
+// So many that every processor gets some, and so alike that most are told apart far behind their beginnings.
+TEST(Ordering, SortsManyLikeTheCollator) {
+    expectSortedLikeTheCollator(randomNames(120'000, {"", "www.", "*static.images.", "aaaaaaaaaaaaaaaaaaaaaaaa"}),
+                                NameOrder("en_US"));
 }
 
 }  // namespace
