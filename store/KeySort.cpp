@@ -101,20 +101,20 @@ void sortGroup(std::span<Keyed> things, std::span<Keyed> spare, const char* keys
     }
 }
 
-bool areSorted(const std::vector<Keyed>& things, const char* keys) {
+bool areSorted(const LargeVector<Keyed>& things, const char* keys) {
     return std::ranges::is_sorted(
         things, [keys](const Keyed& a, const Keyed& b) { return std::strcmp(keys + a.offset, keys + b.offset) < 0; });
 }
 
 }  // namespace
 
-void sortByKeys(std::vector<Keyed>& things, const char* keys) {
+void sortByKeys(LargeVector<Keyed>& things, const char* keys) {
     // Lists are mostly read in the order in which they were last shown.
     if (areSorted(things, keys)) return;
     inParts(things.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
         loadParts(std::span(things).subspan(begin, end - begin), keys);
     });
-    std::vector<Keyed> spare(things.size());
+    LargeVector<Keyed> spare(things.size());
     const auto ends = group<groupBits>(things, spare, bits - groupBits);
     things.swap(spare);
     inParts(things.size(), worthwhile, [&](std::size_t begin, std::size_t end) {

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "store/LargePages.h"
+
 namespace store {
 
 // A thing and where its key lies in a block of keys. A key is bytes other than 0, and a 0 behind them.
@@ -17,6 +19,6 @@ inline constexpr std::size_t behindKeys = sizeof Keyed::part;
 
 // Sorts things, given in the order of their places, by the bytes of their keys; things with equal keys keep their
 // order. No two keys are compared as long as many are alike: things are brought together byte by byte.
-void sortByKeys(std::vector<Keyed>& things, const char* keys);
+void sortByKeys(LargeVector<Keyed>& things, const char* keys);
 
 }  // namespace store

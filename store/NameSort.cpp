@@ -94,7 +94,7 @@ private:
     }
 
     // From `from` on, found in growing steps: it is not far as a rule.
-    std::vector<Keyed>::iterator firstBehind(const Keyed& other, std::vector<Keyed>::iterator from) {
+    LargeVector<Keyed>::iterator firstBehind(const Keyed& other, LargeVector<Keyed>::iterator from) {
         auto isBehind = [&](const Keyed& keyed) { return isBeforeByName(other, keyed); };
         auto stride = std::ptrdiff_t{1};
         while (ascii_.end() - from > stride && !isBehind(from[stride])) {
@@ -117,8 +117,8 @@ private:
     const NameOrder& order_;
     std::shared_ptr<char[]> asciiKeys_;
     std::string otherKeys_;
-    std::vector<Keyed> ascii_;
-    std::vector<Keyed> others_;
+    LargeVector<Keyed> ascii_;
+    LargeVector<Keyed> others_;
 };
 
 }  // namespace

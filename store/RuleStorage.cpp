@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "store/Parts.h"
 #include "store/RuleEntryWriter.h"
 #include "store/TextSet.h"
 #include "store/XmlWriter.h"
@@ -53,9 +54,13 @@ std::string_view RuleStorage::original(Number number) const {
 // Entries move up, and their numbers change.
 void RuleStorage::dropRepeated() {
     constexpr std::size_t lookAhead = 16;
+    constexpr std::size_t worthwhile = 100'000;  // rules, for a thread of their own
     TextSet rules(entries_.size());
-    std::vector<std::uint32_t> hashes(entries_.size());
-    for (Number number = 0; number < entries_.size(); ++number) hashes[number] = rules.hashOf(rule(number));
+    LargeVector<std::uint32_t> hashes(entries_.size());
+    inParts(hashes.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t number = begin; number < end; ++number)
+            hashes[number] = rules.hashOf(rule(static_cast<Number>(number)));
+    });
     Number kept = 0;
     auto original = originals_.begin();
     auto keptOriginal = originals_.begin();

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "store/LargePages.h"
 #include "store/PropertyList.h"
 
 namespace store {
@@ -71,7 +72,7 @@ private:
     void dropRepeated();
 
     std::string pool_;
-    std::vector<Entry> entries_;
+    LargeVector<Entry> entries_;
     std::vector<Original> originals_;  // the texts of entries that were not plain when they were read, by number
     std::vector<Part> foreign_;
 };

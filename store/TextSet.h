@@ -3,7 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <vector>
+
+#include "store/LargePages.h"
 
 namespace store {
 
@@ -41,7 +42,7 @@ private:
 
     std::size_t placeOf(std::uint32_t hash) const { return hash & (slots_.size() - 1); }
 
-    std::vector<Slot> slots_;
+    LargeVector<Slot> slots_;
     std::uint64_t seed_;
 };
 
