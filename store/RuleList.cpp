@@ -98,6 +98,10 @@ void RuleList::sort(RuleOrder by, const NameOrder& order) {
     d_->order = by;
 }
 
+bool RuleList::isSorted(RuleOrder by) const {
+    return d_->order == by;
+}
+
 std::size_t RuleList::add(std::string_view rule, Date date, RuleOrder by, const NameOrder& order) {
     if (d_->order != by) d_->alphabeticOrDateSort(by, order);
     Number added = d_->storage.add(rule, date);

@@ -37,6 +37,8 @@ public:
     std::string_view rule(std::size_t position) const;
     std::optional<Date> date(std::size_t position) const;
 
+    // Whether the list is as sort() or add() left it: removing does not change that, replacing does.
+    bool isSorted(RuleOrder by) const;
     // Sorts by name (ascending) or date (newest first, entries without one last); equal entries keep their order.
     void sort(RuleOrder by, const NameOrder& order);
 

@@ -84,10 +84,10 @@ Watch::~Watch() {
 bool Watch::eventFilter(QObject*, QEvent* event) {
     const bool isKey = event->type() == QEvent::KeyPress;
     if (!isKey && event->type() != QEvent::MouseButtonPress && event->type() != QEvent::TouchBegin) return false;
-    if (byKeyboard != isKey) {
-        byKeyboard = isKey;
-        if (QWidget* focused = QApplication::focusWidget()) focused->update();
-    }
+    QWidget* focused = QApplication::focusWidget();
+    if (focused && byKeyboard != isKey) focused->update();
+    byKeyboard = isKey;
+    if (auto* table = qobject_cast<TableView*>(focused); table && !isKey) table->hideFocus();
     return false;
 }
 

@@ -275,6 +275,10 @@ void TableView::focusInEvent(QFocusEvent* event) {
 void TableView::focusOutEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusOutEvent(event);
     if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason) return;
+    hideFocus();
+}
+
+void TableView::hideFocus() {
     d_->showsCurrent = false;
     d_->showFocus();
 }

@@ -124,6 +124,9 @@ public:
     // Scrolls as little as needed for the row to be wholly in sight, as far as the table is high enough.
     void scrollToRow(IndexPath indexPath);
 
+    // No row shows that it has the focus any more, until a key moves that.
+    void hideFocus();
+
     // Hides an uncovered "Delete" or ends the editing of a field in a row; returns whether there was one to end. What
     // Escape does first.
     bool endsRowEditing();

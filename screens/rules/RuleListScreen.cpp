@@ -162,6 +162,11 @@ void RuleListScreen::didDismissWithButtonIndex(platform::AlertView& alert, int b
 }
 
 void RuleListScreen::addRule() {
+    if (!rulesArray_.isSorted(sortBy_)) {
+        // An edit left its row where it was. The list is sorted again now, and the rows have to show it.
+        rulesArray_.sort(sortBy_, nameOrder_);
+        table()->reloadData();
+    }
     const std::size_t position = rulesArray_.add(textFieldString_, now(), sortBy_, nameOrder_);
     writeRules(rulesArray_);
     table()->insertRow({ruleSection, int(position)}, platform::RowAnimation::fade);

@@ -249,6 +249,10 @@ TEST_P(RuleListTest, EditsInPlaceOnlyInEditMode) {
     edit();
     EXPECT_FALSE(device.alert()) << "the explanation is given once";
     EXPECT_FALSE(screen()->isEditing());
+
+    addRule(QStringLiteral("d.example"));
+    EXPECT_EQ(shownRules(), list({"a.example", "c.example", "d.example", "z.example"})) << "an addition does";
+    EXPECT_EQ(storedRules(), shownRules());
 }
 
 // Ways in which the editing of the first row can end, other than by Return.
