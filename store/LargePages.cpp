@@ -9,7 +9,7 @@ namespace store {
 namespace {
 
 constexpr std::size_t hugePage = std::size_t{2} << 20;
-constexpr std::size_t worthwhile = 2 * hugePage;
+constexpr std::size_t worthwhile = hugePage / 2;
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 #include "store/PoolMarks.h"
 
+#include <algorithm>
 #include <array>
 
 #include "store/Parts.h"
@@ -41,6 +42,7 @@ template <typename Mark>
 PoolMarks::PoolMarks(std::string_view pool, Mark mark) {
     const std::size_t strides = (pool.size() + stride - 1) / stride;
     bytes_.resize(strides * stride / 8 + sizeof(std::uint64_t));
+    std::fill_n(bytes_.rbegin(), sizeof(std::uint64_t), std::uint8_t{0});
     inParts(strides, worthwhile, [&](std::size_t first, std::size_t end) {
         Flags flags;
         for (std::size_t each = first; each < end; ++each) {

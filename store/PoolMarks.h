@@ -6,7 +6,8 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
-#include <vector>
+
+#include "store/LargePages.h"
 
 namespace store {
 
@@ -39,7 +40,7 @@ private:
         return word >> (at % 8) & ((std::uint64_t{1} << count) - 1);
     }
 
-    std::vector<std::uint8_t> bytes_;
+    LargeVector<std::uint8_t> bytes_;
 };
 
 inline bool PoolMarks::any(std::size_t at, std::size_t size) const {

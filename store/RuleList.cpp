@@ -27,7 +27,7 @@ struct RuleList::Private {
     }
 
     // By number, 1 for an entry that matches.
-    std::vector<std::uint8_t> matches(std::string_view text) {
+    LargeVector<std::uint8_t> matches(std::string_view text) {
         if (!ruleSearch) ruleSearch.emplace(storage);
         return ruleSearch->search(text);
     }
@@ -134,10 +134,10 @@ void RuleList::clear() {
     *d_ = Private();
 }
 
-std::vector<std::uint32_t> RuleList::search(std::string_view text) const {
-    const std::vector<std::uint8_t> matches = d_->matches(text);
+LargeVector<std::uint32_t> RuleList::search(std::string_view text) const {
+    const LargeVector<std::uint8_t> matches = d_->matches(text);
     // Every row is put down, and stays when it matches: which do cannot be foretold, as a branch would have to.
-    std::vector<std::uint32_t> positions(d_->rows.size() + 1);
+    LargeVector<std::uint32_t> positions(d_->rows.size() + 1);
     std::size_t count = 0;
     for (std::uint32_t row = 0; row < d_->rows.size(); ++row) {
         positions[count] = row;

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "store/LargePages.h"
 #include "store/PropertyList.h"
 
 namespace store {
@@ -52,7 +53,7 @@ public:
     void clear();
 
     // Positions of the entries that match, in list order.
-    std::vector<std::uint32_t> search(std::string_view text) const;
+    LargeVector<std::uint32_t> search(std::string_view text) const;
 
     // The whole list in its present order, to be stored in a file. The value refers to this list: write it before
     // the list changes or goes.

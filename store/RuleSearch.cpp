@@ -52,10 +52,10 @@ RuleSearch::RuleSearch(const RuleStorage& storage) : storage_(&storage) {
     }
 }
 
-std::vector<std::uint8_t> RuleSearch::search(std::string_view text) const {
-    std::vector<std::uint8_t> matches(storage_->size());
+LargeVector<std::uint8_t> RuleSearch::search(std::string_view text) const {
     const std::string wanted = loweredForSearch(text);
-    if (wanted.empty()) return matches;
+    if (wanted.empty()) return LargeVector<std::uint8_t>(storage_->size(), 0);
+    LargeVector<std::uint8_t> matches(storage_->size());
     const Finder inRules(storage_->pool(), wanted);
     inParts(matches.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
         for (std::size_t number = begin; number < end; ++number)

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "store/LargePages.h"
 #include "store/RuleStorage.h"
 
 namespace store {
@@ -18,7 +19,7 @@ public:
     explicit RuleSearch(const RuleStorage& storage);
 
     // By number, 1 for a rule that matches, otherwise 0; see SearchText. Bytes, since writing a bit takes a branch.
-    std::vector<std::uint8_t> search(std::string_view text) const;
+    LargeVector<std::uint8_t> search(std::string_view text) const;
 
 private:
     std::string_view lowered(std::size_t other) const;

@@ -42,7 +42,7 @@ public:
     bool isDeny() const { return isDeny_; }
     const store::RuleList& rulesArray() const { return rulesArray_; }
     // The rows of the search, as positions in rulesArray().
-    const std::vector<std::uint32_t>& filteredRulesArray() const { return filteredRulesArray_; }
+    const store::LargeVector<std::uint32_t>& filteredRulesArray() const { return filteredRulesArray_; }
     store::RuleOrder sortBy() const { return sortBy_; }
     bool isEditing() const { return isEditing_; }
     platform::SearchDisplayController* searchController() const { return searchCont_; }
@@ -114,7 +114,7 @@ private:
     DateFormatter dateFormatter_;
     store::NameOrder nameOrder_;
     store::RuleList rulesArray_;
-    std::vector<std::uint32_t> filteredRulesArray_;
+    store::LargeVector<std::uint32_t> filteredRulesArray_;
     store::RuleOrder sortBy_ = store::RuleOrder::name;
     bool isEditing_ = false;
     std::string textFieldString_;

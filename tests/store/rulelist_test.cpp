@@ -164,8 +164,8 @@ public:
         });
     }
 
-    std::vector<std::uint32_t> search(const std::string& text) const {
-        std::vector<std::uint32_t> rows;
+    LargeVector<std::uint32_t> search(const std::string& text) const {
+        LargeVector<std::uint32_t> rows;
         for (std::uint32_t i = 0; i < entries.size(); ++i)
             if (SearchText(text).matches(entries[i].rule)) rows.push_back(i);
         return rows;

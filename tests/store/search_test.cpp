@@ -47,7 +47,7 @@ TEST(Search, MatchesWithoutRegardToCase) {
     for (const Row& row : table) {
         EXPECT_EQ(SearchText(row.text).matches(row.field), row.matches) << row.text << " in " << row.field;
         const RuleStorage storage = storageOf({row.field});
-        EXPECT_EQ(RuleSearch(storage).search(row.text), std::vector<std::uint8_t>(1, row.matches))
+        EXPECT_EQ(RuleSearch(storage).search(row.text), LargeVector<std::uint8_t>(1, row.matches))
             << row.text << " in " << row.field;
     }
 }
@@ -73,7 +73,7 @@ TEST(Search, LowersTextOfAnyLength) {
 TEST(Search, KeepsTextsApart) {
     const RuleStorage storage = storageOf({"ab", "cd", "", "abcd"});
     const RuleSearch search(storage);
-    using Matches = std::vector<std::uint8_t>;
+    using Matches = LargeVector<std::uint8_t>;
     EXPECT_EQ(search.search("bc"), (Matches{0, 0, 0, 1}));
     EXPECT_EQ(search.search("b"), (Matches{1, 0, 0, 1}));
     EXPECT_EQ(search.search("ba"), (Matches{0, 0, 0, 0}));
@@ -97,7 +97,7 @@ TEST(Search, FindsAtEveryPlaceOfAnyLength) {
     const std::string longest = 'q' + std::string(70, 'x');
     for (const std::string& wanted : {std::string("q"), std::string("QX"), std::string("qxy"), std::string("qxyz"),
                                       std::string("qxYzw"), std::string("x\u00C9"), longest}) {
-        const std::vector<std::uint8_t> found = search.search(wanted);
+        const LargeVector<std::uint8_t> found = search.search(wanted);
         for (std::size_t i = 0; i < rules.size(); ++i)
             EXPECT_EQ(found[i] != 0, SearchText(wanted).matches(rules[i])) << wanted << " in " << rules[i];
     }
