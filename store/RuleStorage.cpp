@@ -78,9 +78,15 @@ void RuleStorage::dropRepeated() {
     originals_.erase(keptOriginal, originals_.end());
 }
 
+// Entries are read in one order and written in another: each and its text lie anywhere, and are fetched ahead of use.
 void RuleStorage::write(XmlWriter& writer, const std::vector<Number>& numbers) const {
+    constexpr std::size_t entryAhead = 32;
+    constexpr std::size_t textAhead = 16;
     RuleEntryWriter entries(writer);
-    for (Number number : numbers) {
+    for (std::size_t each = 0; each < numbers.size(); ++each) {
+        if (each + entryAhead < numbers.size()) __builtin_prefetch(&entries_[numbers[each + entryAhead]]);
+        if (each + textAhead < numbers.size()) __builtin_prefetch(rule(numbers[each + textAhead]).data());
+        const Number number = numbers[each];
         if (entries_[number].isPlain)
             entries.write(rule(number), date(number));
         else
