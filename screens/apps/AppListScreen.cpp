@@ -94,7 +94,8 @@ void AppListScreen::showIcon(views::VxmAppCell& cell, const QString& identifier)
         return;
     }
     cell.appImageView()->setImage(defaultImage_);
-    const bool isIconSized = defaultImage_.deviceIndependentSize().width() == catalog::iconSize;
+    // At a fractional scale an icon is a part of a point wider than its size: whole pixels.
+    const bool isIconSized = defaultImage_.deviceIndependentSize().toSize().width() == catalog::iconSize;
     if (!isIconSized) cell.setIndentationWidth(catalog::iconSize + placeholderGap);
     cell.setIndentationLevel(isIconSized ? 0 : 1);
     iconsToLoad_.request(identifier);
