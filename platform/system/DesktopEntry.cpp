@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <deque>
 #include <set>
 #include <string>
@@ -19,10 +20,12 @@ constexpr std::string_view suffix = ".desktop";
 
 std::shared_ptr<const DesktopEntry> readDesktopEntry(const std::string& path, const FileStamp& stamp) {
     constexpr auto group = "Desktop Entry";
+    // Encoding is the parser's: it refuses a file that names another than UTF-8.
+    constexpr std::array<std::string_view, 6> keysOfUse{"Name", "Icon", "Type", "Hidden", "NoDisplay", "Encoding"};
     auto entry = std::make_shared<DesktopEntry>();
     entry->file = path;
     entry->stamp = stamp;
-    const auto keys = KeyFile::read(path, "Name");
+    const auto keys = KeyFile::read(path, keysOfUse);
     if (!keys) return entry;
     entry->name = keys->localizedString(group, "Name").simplified();
     entry->icon = keys->string(group, "Icon");
@@ -57,17 +60,17 @@ private:
             return;
         DIR* directory = ::opendir(folder.path.c_str());
         if (!directory) return;
-        while (const dirent* item = ::readdir(directory)) readItem(folder, *item);
+        while (const dirent* item = ::readdir(directory)) readItem(folder, ::dirfd(directory), *item);
         ::closedir(directory);
     }
 
-    void readItem(const Folder& folder, const dirent& item) {
+    void readItem(const Folder& folder, int directory, const dirent& item) {
         const std::string_view name = item.d_name;
         const bool isEntryName = name.ends_with(suffix);
         if (name == "." || name == ".." || (item.d_type == DT_REG && !isEntryName)) return;
-        const std::string path = folder.path + '/' + item.d_name;
         struct stat status;
-        if (::stat(path.c_str(), &status) != 0) return;
+        if (::fstatat(directory, item.d_name, &status, 0) != 0) return;
+        const std::string path = folder.path + '/' + item.d_name;
         if (S_ISDIR(status.st_mode))
             folders_.push_back({path, folder.idPrefix + item.d_name + '-'});
         else if (S_ISREG(status.st_mode) && isEntryName)

@@ -3,7 +3,6 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <span>
 #include <string>
 
 #include "platform/system/RegularFile.h"
@@ -26,27 +25,37 @@ std::span<const char* const> languages() {
     return {names, g_strv_length(const_cast<gchar**>(names))};
 }
 
-// Whether a key is no translation, or the wanted one's into one of the languages.
-bool isOfUse(QByteArrayView key, QByteArrayView translatedKey, std::span<const char* const> languages) {
-    const qsizetype bracket = key.indexOf('[');
-    if (bracket <= 0) return true;
-    if (key.first(bracket) != translatedKey || !key.endsWith(']')) return false;
-    const QByteArrayView language = key.sliced(bracket + 1).chopped(1);
-    return std::ranges::any_of(languages, [&](const char* name) { return language == QByteArrayView(name); });
+bool isTranslationIntoOneOf(std::span<const char* const> languages, std::string_view bracketed) {
+    return std::ranges::any_of(languages, [&](std::string_view name) {
+        return bracketed.starts_with(name) && bracketed.substr(name.size()).starts_with(']');
+    });
 }
 
-// Most of a desktop entry is translations: not parsing them makes reading it several times as fast.
-QByteArray withoutTranslationsExceptOf(QByteArrayView translatedKey, const QByteArray& bytes) {
+// What is no line of a key stays, so that a file with a line that is nothing at all is refused.
+bool isOfUse(std::string_view line, std::span<const std::string_view> keys, std::span<const char* const> languages) {
+    const auto skipBlanks = [](std::string_view text) {
+        return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
+    };
+    const std::string_view text = skipBlanks(line);
+    if (text.starts_with('[')) return true;
+    for (const std::string_view key : keys) {
+        if (!text.starts_with(key)) continue;
+        const std::string_view rest = skipBlanks(text.substr(key.size()));
+        if (rest.starts_with('=')) return true;
+        if (rest.starts_with('[')) return isTranslationIntoOneOf(languages, rest.substr(1));
+    }
+    return text.find('=') == text.npos;
+}
+
+// Most of a desktop entry is translations, and most of the rest nobody asks for: not parsing them makes reading it
+// several times as fast.
+std::string onlyLinesOfUse(std::string_view bytes, std::span<const std::string_view> keys) {
     const std::span<const char* const> wanted = languages();
-    QByteArray kept;
-    kept.reserve(bytes.size());
-    for (qsizetype start = 0; start < bytes.size();) {
-        const qsizetype lineFeed = bytes.indexOf('\n', start);
-        const qsizetype end = lineFeed < 0 ? bytes.size() : lineFeed + 1;
-        const QByteArrayView line = QByteArrayView(bytes).sliced(start, end - start);
-        const QByteArrayView text = line.trimmed();
-        const QByteArrayView key = text.first(std::max<qsizetype>(0, text.indexOf('='))).trimmed();
-        if (isOfUse(key, translatedKey, wanted)) kept.append(line);
+    std::string kept;
+    for (std::size_t start = 0; start < bytes.size();) {
+        const std::size_t end = std::min(bytes.find('\n', start), bytes.size() - 1) + 1;
+        const std::string_view line = bytes.substr(start, end - start);
+        if (isOfUse(line, keys, wanted)) kept += line;
         start = end;
     }
     return kept;
@@ -58,15 +67,15 @@ void KeyFile::Release::operator()(_GKeyFile* file) const {
     g_key_file_free(file);
 }
 
-std::optional<KeyFile> KeyFile::read(const std::filesystem::path& path, QByteArrayView translatedKey) {
+std::optional<KeyFile> KeyFile::read(const std::filesystem::path& path, std::span<const std::string_view> keys) {
     const auto bytes = readRegularFile(path, longestFile);
     if (!bytes) return {};
-    const QByteArray kept = withoutTranslationsExceptOf(translatedKey, *bytes);
-    if (kept.isEmpty()) return {};
+    const std::string_view all(bytes->constData(), std::size_t(bytes->size()));
+    const std::string kept = keys.empty() ? std::string(all) : onlyLinesOfUse(all, keys);
+    if (kept.empty()) return {};
     KeyFile keyFile;
     keyFile.file_.reset(g_key_file_new());
-    if (!g_key_file_load_from_data(keyFile.file_.get(), kept.constData(), kept.size(), G_KEY_FILE_NONE, nullptr))
-        return {};
+    if (!g_key_file_load_from_data(keyFile.file_.get(), kept.data(), kept.size(), G_KEY_FILE_NONE, nullptr)) return {};
     return keyFile;
 }
 

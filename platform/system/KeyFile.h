@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
+#include <string_view>
 
 struct _GKeyFile;  // NOLINT(bugprone-reserved-identifier): the library's own name
 
@@ -15,8 +16,8 @@ namespace platform {
 class KeyFile {
 public:
     // Nothing when the file cannot be read, is no regular file, is longer than a megabyte or does not parse.
-    // localizedString() can be asked for `translatedKey`; translations of other keys are not even read.
-    static std::optional<KeyFile> read(const std::filesystem::path& path, QByteArrayView translatedKey = {});
+    // Where `keys` are named, the file reads as if it had no others.
+    static std::optional<KeyFile> read(const std::filesystem::path& path, std::span<const std::string_view> keys = {});
 
     // A missing key, or one whose value is not valid UTF-8 or of the wrong kind, reads as empty, false or `otherwise`.
     QString string(const char* group, const char* key) const;
