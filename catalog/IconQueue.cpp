@@ -9,7 +9,10 @@
 
 namespace catalog {
 
-IconQueue::IconQueue(platform::ApplicationList& list) : list_(list) {}
+IconQueue::IconQueue(platform::ApplicationList& list) : list_(list) {
+    whenIdle_.setSingleShot(true);
+    whenIdle_.callOnTimeout([this] { startThread(); });
+}
 
 IconQueue::~IconQueue() {
     {
@@ -26,6 +29,10 @@ void IconQueue::request(const QString& identifier) {
         iconsToLoad_.push_front(identifier);
         if (std::exchange(loading_, true)) return;
     }
+    whenIdle_.start(0);
+}
+
+void IconQueue::startThread() {
     if (thread_.joinable()) thread_.join();  // has found the queue empty: is at its end
     try {
         thread_ = std::thread(&IconQueue::loadIconsFromBackground, this);

@@ -5,6 +5,7 @@
 #include <QSet>
 #include <QTest>
 #include <QThread>
+#include <chrono>
 #include <mutex>
 #include <optional>
 #include <semaphore>
@@ -34,7 +35,9 @@ public:
         return DesktopApplicationList::copyIconOfSize(points, identifier);
     }
 
-    void awaitLoad() { begun_.acquire(); }
+    void awaitLoad() {
+        while (!begun_.try_acquire_for(std::chrono::milliseconds(1))) QCoreApplication::processEvents();
+    }
     void letThrough(int loads) { gate_.release(loads); }
 
     QStringList loads() const {
@@ -92,7 +95,10 @@ TEST_F(IconQueueTest, TheNewestRequestIsLoadedFirst) {
 TEST_F(IconQueueTest, EachRequestIsServedWhenItMeetsTheEndOfTheThread) {
     constexpr int rounds = 2000;
     list_.letThrough(rounds);
-    for (int round = 0; round < rounds; ++round) queue_->request(identifier(round % apps));
+    for (int round = 0; round < rounds; ++round) {
+        queue_->request(identifier(round % apps));
+        QCoreApplication::processEvents();
+    }
     awaitEnd();
     EXPECT_EQ(list_.loads().size(), rounds);
 }
