@@ -6,6 +6,7 @@
 
 #include "app/Termination.h"
 #include "app/VxmAppDelegate.h"
+#include "platform/system/Fonts.h"
 #include "resources/Resources.h"
 #include "views/Chrome.h"
 #include "views/Palette.h"
@@ -33,16 +34,19 @@ QPalette appPalette() {
 
 }  // namespace
 
-void prepare() {
+std::jthread prepare() {
+    std::jthread fonts = platform::readFontsAhead();
     QApplication::setDesktopSettingsAware(false);
     QApplication::setStyle(styleName());
     QApplication::setPalette(appPalette());
+    return fonts;
 }
 
-int run(QApplication& application, const platform::Device& device) {
+int run(QApplication& application, const platform::Device& device, std::jthread fonts) {
     resources::initialize();
     // The environment may have named another one, which came first.
     if (QApplication::style()->name() != styleName()) QApplication::setStyle(styleName());
+    if (fonts.joinable()) fonts.join();
     QApplication::setFont(views::fontWithName(QStringLiteral("Helvetica"), 14));
     quitOnTerminationSignals();
     VxmAppDelegate delegate(device);

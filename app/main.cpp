@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QScreen>
+#include <utility>
 
 #include "app/Run.h"
 #include "platform/system/DesktopAddress.h"
@@ -22,14 +23,14 @@ QSize deviceScreen(const QScreen& real) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories("/"));
-    app::prepare();
+    std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
+    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories("/"));
+    applications.setScale(application.devicePixelRatio());
     QApplication::setApplicationName(QStringLiteral("Vexmor"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.urmeld.Vexmor"));
 
     platform::SystemNotifyCenter notifyCenter;
-    applications.setScale(application.devicePixelRatio());
     platform::HostNetwork network;
     platform::Device device;
     device.notifyCenter = &notifyCenter;
@@ -37,5 +38,5 @@ int main(int argc, char** argv) {
     device.network = &network;
     device.openURL = platform::openOnDesktop;
     device.screen = deviceScreen(*QGuiApplication::primaryScreen());
-    return app::run(application, device);
+    return app::run(application, device, std::move(fonts));
 }

@@ -1,5 +1,6 @@
 // The app, up to the first frame that shows its rows.
 #include <QApplication>
+#include <utility>
 
 #include "app/Run.h"
 #include "benchmarks/FirstFrame.h"
@@ -10,12 +11,12 @@
 
 int main(int argc, char** argv) {
     if (argc != 3) return 2;
-    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(argv[2]), argv[2]);
-    app::prepare();
+    std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
     const bench::FirstFrame firstFrame("views::VxmAppCell", argv[1]);
-    platform::SystemNotifyCenter notifyCenter;
+    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(argv[2]), argv[2]);
     applications.setScale(application.devicePixelRatio());
+    platform::SystemNotifyCenter notifyCenter;
     platform::HostNetwork network;
     platform::Device device;
     device.root = argv[2];
@@ -23,5 +24,5 @@ int main(int argc, char** argv) {
     device.applicationList = &applications;
     device.network = &network;
     device.openURL = [](const QUrl&) {};
-    return app::run(application, device);
+    return app::run(application, device, std::move(fonts));
 }

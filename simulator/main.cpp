@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "app/Run.h"
 #include "platform/system/DesktopApplicationList.h"
@@ -54,10 +55,10 @@ std::unique_ptr<platform::Network> makeNetwork(simulator::Network network) {
 }
 
 int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notifyCenter, int& argc, char** argv) {
+    std::jthread fonts = app::prepare();
+    QApplication application(argc, argv);
     platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(options.device),
                                                   options.device);
-    app::prepare();
-    QApplication application(argc, argv);
     applications.setScale(application.devicePixelRatio());
     const std::unique_ptr<platform::Network> network = makeNetwork(options.network);
     platform::Device device;
@@ -69,7 +70,7 @@ int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notif
     device.openURL = [](const QUrl& address) { simulator::print("opened", address.toEncoded().toStdString()); };
     device.model = options.model;
     device.screen = options.screen;
-    return app::run(application, device);
+    return app::run(application, device, std::move(fonts));
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ constexpr int denyRow = 1;
 // What a program has to settle before its application object is made.
 int& argumentCount() {
     static int count = 1;
-    app::prepare();
+    app::prepare().join();
     resources::initialize();
     return count;
 }

@@ -24,7 +24,7 @@ class DesktopApplicationList : public ApplicationList {
 public:
     // `dataDirectories` in order of precedence. An absolute path that an entry names as its icon, and the desktop's
     // settings, lie below `root`. Begins to read the entries on a thread of its own, so make it before anything that
-    // takes its time, the application object included.
+    // takes its time.
     explicit DesktopApplicationList(std::vector<std::filesystem::path> dataDirectories,
                                     std::filesystem::path root = "/");
     ~DesktopApplicationList() override;

@@ -27,8 +27,6 @@ AppListScreen::AppListScreen(const views::Chrome& chrome, store::ConfigurationSt
 AppListScreen::~AppListScreen() = default;
 
 void AppListScreen::buildAppListView(views::VxmNavBarView* bar) {
-    defaultImage_ = catalog_.iconOfSize(catalog::iconSize, QStringLiteral("com.apple.WebSheet"));
-
     platform::TableView* table = makeTable();
     auto* searchBar = new platform::SearchBar;
     searchBar->resize(chrome().windowSize().width(), searchBarHeight);
@@ -53,6 +51,9 @@ const store::AppInfo& AppListScreen::appAt(const platform::TableView& table, pla
 }
 
 void AppListScreen::setApps(std::vector<store::AppInfo> apps) {
+    // Not before: the catalog may still be being read when the view is made.
+    if (defaultImage_.isNull())
+        defaultImage_ = catalog_.iconOfSize(catalog::iconSize, QStringLiteral("com.apple.WebSheet"));
     store::alphabeticAppInfoSort(apps, nameOrder_);
     appsArray_ = std::move(apps);
     table()->reloadData();

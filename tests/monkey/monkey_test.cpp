@@ -32,7 +32,7 @@ void print(const char* what, const std::map<std::string, long>& counts) {
 
 int main(int argc, char** argv) {
     QHashSeed::setDeterministicGlobalSeed();  // the order of a hash is part of what a seed leads back to
-    app::prepare();
+    app::prepare().join();
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QCommandLineParser parser;

@@ -1,5 +1,6 @@
 // The app's look on a desktop that has another one.
 #include <gtest/gtest.h>
+#include <utility>
 
 #include <QApplication>
 #include <QLineEdit>
@@ -61,7 +62,7 @@ TEST(AppearanceTest, IsItsOwnWhateverTheDesktopWants) {
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) dark.setColor(role, Qt::white);
     dark.setColor(QPalette::Base, Qt::black);
     QApplication::setPalette(dark);
-    app::prepare();
+    std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
     QApplication::setFont(QFont(QStringLiteral("Liberation Sans"), 24));
     QApplication::setFont(QFont(QStringLiteral("Liberation Sans"), 24), "QMenu");
@@ -83,7 +84,7 @@ TEST(AppearanceTest, IsItsOwnWhateverTheDesktopWants) {
         QApplication::quit();
     });
     idle.start();
-    EXPECT_EQ(app::run(application, device), 0);
+    EXPECT_EQ(app::run(application, device, std::move(fonts)), 0);
 }
 
 }  // namespace
