@@ -1,25 +1,57 @@
 #include "store/Parts.h"
 
 #include <algorithm>
+#include <barrier>
 #include <system_error>
 #include <thread>
 #include <vector>
 
+#include "store/Threads.h"
+
 namespace store {
 
-void inParts(std::size_t count, std::size_t worthwhile, const std::function<void(std::size_t, std::size_t)>& work) {
+namespace {
+
+void doPart(const Phase& phase, std::size_t part, std::size_t parts) {
     constexpr std::size_t multiple = 64;
+    const std::size_t size = (phase.count / parts + multiple) / multiple * multiple;
+    const std::size_t begin = std::min(part * size, phase.count);
+    const std::size_t end = std::min(begin + size, phase.count);
+    if (begin < end) phase.work(begin, end);
+}
+
+}  // namespace
+
+std::size_t partsWorthwhile(std::size_t count, std::size_t worthwhile) {
     const std::size_t processors = std::max(1u, std::thread::hardware_concurrency());
-    const std::size_t parts = std::clamp<std::size_t>(count / worthwhile, 1, processors);
-    const std::size_t part = (count / parts + multiple) / multiple * multiple;
+    return std::clamp<std::size_t>(count / worthwhile, 1, processors);
+}
+
+void inPhases(std::size_t parts, std::initializer_list<Phase> phases) {
+    std::barrier ends(static_cast<std::ptrdiff_t>(parts));
     std::vector<std::jthread> others;
-    std::size_t begin = 0;
     try {
-        for (; begin + part < count; begin += part) others.emplace_back(work, begin, begin + part);
+        for (std::size_t part = 1; part < parts; ++part) {
+            others.push_back(startBeside([&ends, phases, part, parts] {
+                for (const Phase& phase : phases) {
+                    doPart(phase, part, parts);
+                    ends.arrive_and_wait();
+                }
+            }));
+        }
     } catch (const std::system_error&) {
-        // No more threads: what is left is done here.
+        // No more threads: what would have been theirs is done here.
     }
-    work(begin, count);
+    for (std::size_t missing = others.size() + 1; missing < parts; ++missing) ends.arrive_and_drop();
+    for (const Phase& phase : phases) {
+        doPart(phase, 0, parts);
+        for (std::size_t missing = others.size() + 1; missing < parts; ++missing) doPart(phase, missing, parts);
+        ends.arrive_and_wait();
+    }
+}
+
+void inParts(std::size_t count, std::size_t worthwhile, const std::function<void(std::size_t, std::size_t)>& work) {
+    inPhases(partsWorthwhile(count, worthwhile), {{count, work}});
 }
 
 }  // namespace store

@@ -2,13 +2,15 @@
 
 #include <QFile>
 #include <algorithm>
-#include <future>
 #include <mutex>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 #include "platform/system/DesktopEntry.h"
 #include "platform/system/IconImage.h"
 #include "platform/system/IconTheme.h"
+#include "store/Threads.h"
 
 namespace platform {
 
@@ -67,7 +69,8 @@ struct DesktopApplicationList::Private {
 
     // The first reading of the catalog, which begins before anybody asks: an app that is starting has other things to
     // do meanwhile. What changes until it is used is noticed like any later change. Last, so that it ends first.
-    std::future<std::shared_ptr<const DesktopCatalog>> firstReading{};
+    std::shared_ptr<const DesktopCatalog> firstCatalog{};  // the reading thread's until it has ended
+    std::jthread firstReading{};
 };
 
 DesktopApplicationList::DesktopApplicationList(std::vector<fs::path> dataDirectories, fs::path root)
@@ -142,15 +145,20 @@ QImage DesktopApplicationList::copyIconOfSize(int points, const QString& identif
 }
 
 void DesktopApplicationList::Private::beginReading() {
-    firstReading = std::async(std::launch::async, [directories = dataDirectories] {
-        return std::make_shared<const DesktopCatalog>(readDesktopCatalog(directories, DesktopCatalog()));
-    });
+    const auto read = [this] {
+        firstCatalog = std::make_shared<const DesktopCatalog>(readDesktopCatalog(dataDirectories, DesktopCatalog()));
+    };
+    try {
+        firstReading = store::startBeside(read);
+    } catch (const std::system_error&) {  // no more threads to be had
+        read();
+    }
 }
 
 void DesktopApplicationList::Private::takeWhatWasRead() {
-    const auto read = firstReading.get();
+    if (firstReading.joinable()) firstReading.join();
     const std::lock_guard guard(lock);
-    catalog = read;
+    catalog = std::move(firstCatalog);
 }
 
 std::shared_ptr<const DesktopCatalog> DesktopApplicationList::Private::refresh() {

@@ -4,11 +4,13 @@
 
 #include <system_error>
 
+#include "store/Threads.h"
+
 namespace platform {
 
 std::jthread readFontsAhead() {
     try {
-        return std::jthread([] { FcInit(); });
+        return store::startBeside([] { FcInit(); });
     } catch (const std::system_error&) {
         return {};
     }
