@@ -1,7 +1,6 @@
 #include "store/PoolMarks.h"
 
 #include <algorithm>
-#include <array>
 
 #include "store/Parts.h"
 
@@ -37,42 +36,56 @@ struct Probe {
 
 }  // namespace
 
+PoolMarks::PoolMarks(std::string_view pool) : pool_(pool), bytes_(pieces() * stride / 8 + sizeof(std::uint64_t)) {
+    std::fill_n(bytes_.rbegin(), sizeof(std::uint64_t), std::uint8_t{0});
+}
+
+std::size_t PoolMarks::pieces() const {
+    return (pool_.size() + stride - 1) / stride;
+}
+
 // mark(flags, text) sets the flags of a stride of text, behind which farthestProbe bytes more can be looked at.
 template <typename Mark>
-PoolMarks::PoolMarks(std::string_view pool, Mark mark) {
-    const std::size_t strides = (pool.size() + stride - 1) / stride;
-    bytes_.resize(strides * stride / 8 + sizeof(std::uint64_t));
-    std::fill_n(bytes_.rbegin(), sizeof(std::uint64_t), std::uint8_t{0});
-    inParts(strides, worthwhile, [&](std::size_t first, std::size_t end) {
-        Flags flags;
-        for (std::size_t each = first; each < end; ++each) {
-            const std::string_view text = pool.substr(each * stride, stride + farthestProbe);
-            char padded[stride + farthestProbe] = {};
-            const bool isWhole = text.size() == sizeof padded;
-            if (!isWhole) text.copy(padded, text.size());
-            mark(flags, isWhole ? text.data() : padded);
-            std::uint8_t* to = bytes_.data() + each * stride / 8;
-            for (std::size_t i = 0; i < stride; i += 8) *to++ = packed(flags + i);
-        }
-    });
+void PoolMarks::mark(std::size_t firstPiece, std::size_t endPiece, Mark mark) {
+    Flags flags;
+    for (std::size_t each = firstPiece; each < endPiece; ++each) {
+        const std::string_view text = pool_.substr(each * stride, stride + farthestProbe);
+        char padded[stride + farthestProbe] = {};
+        const bool isWhole = text.size() == sizeof padded;
+        if (!isWhole) text.copy(padded, text.size());
+        mark(flags, isWhole ? text.data() : padded);
+        std::uint8_t* to = bytes_.data() + each * stride / 8;
+        for (std::size_t i = 0; i < stride; i += 8) *to++ = packed(flags + i);
+    }
 }
 
 PoolMarks PoolMarks::ofOtherThanAscii(std::string_view pool) {
-    return {pool, [](Flags& flags, const char* text) {
-                for (std::size_t i = 0; i < stride; ++i) flags[i] = static_cast<std::uint8_t>(text[i]) >> 7;
-            }};
+    PoolMarks marks(pool);
+    inParts(marks.pieces(), worthwhile, [&marks](std::size_t first, std::size_t end) {
+        marks.mark(first, end, [](Flags& flags, const char* text) {
+            for (std::size_t i = 0; i < stride; ++i) flags[i] = static_cast<std::uint8_t>(text[i]) >> 7;
+        });
+    });
+    return marks;
 }
 
-PoolMarks PoolMarks::ofStarts(std::string_view pool, std::string_view lowered) {
+void PoolMarks::markStarts(std::string_view lowered, std::size_t firstPiece, std::size_t endPiece) {
     const std::size_t last = std::min(lowered.size() - 1, farthestProbe);
-    const std::size_t second = std::min<std::size_t>(1, last);
-    const std::size_t third = std::min<std::size_t>(2, last);
-    const std::array<Probe, wholeSize> probes{lowered[0], lowered[second], lowered[third], lowered[last]};
-    return {pool, [=](Flags& flags, const char* text) {
-                for (std::size_t i = 0; i < stride; ++i)
-                    flags[i] = probes[0].isAt(text + i) & probes[1].isAt(text + second + i) &
-                               probes[2].isAt(text + third + i) & probes[3].isAt(text + last + i);
-            }};
+    const Probe first(lowered[0]);
+    const Probe end(lowered[last]);
+    if (last <= 1) {
+        mark(firstPiece, endPiece, [=](Flags& flags, const char* text) {
+            for (std::size_t i = 0; i < stride; ++i) flags[i] = first.isAt(text + i) & end.isAt(text + last + i);
+        });
+        return;
+    }
+    const Probe second(lowered[1]);
+    const Probe third(lowered[2]);
+    mark(firstPiece, endPiece, [=](Flags& flags, const char* text) {
+        for (std::size_t i = 0; i < stride; ++i)
+            flags[i] =
+                first.isAt(text + i) & second.isAt(text + 1 + i) & third.isAt(text + 2 + i) & end.isAt(text + last + i);
+    });
 }
 
 }  // namespace store

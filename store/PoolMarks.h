@@ -12,14 +12,20 @@
 namespace store {
 
 // A bit for every byte of a pool of texts, which says whether something stands there. Made in one pass over the whole
-// pool, by loops without a branch, it answers for each of a million texts in a few instructions.
+// pool, which stays where it is, by loops without a branch, it answers for each of a million texts in a few
+// instructions.
 class PoolMarks {
 public:
     // Marks the bytes that are no ASCII characters.
     static PoolMarks ofOtherThanAscii(std::string_view pool);
-    // Marks where a lowered text may begin, ASCII letters in either case. A text of up to wholeSize bytes does begin
-    // there; of longer ones so many bytes do.
-    static PoolMarks ofStarts(std::string_view pool, std::string_view lowered);
+
+    // The pool is marked piece by piece, which can be done at the same time; nothing is asked before all of it is.
+    explicit PoolMarks(std::string_view pool);
+    std::size_t pieces() const;
+
+    // Marks, in some pieces, where a lowered text may begin, ASCII letters in either case. A text of up to wholeSize
+    // bytes does begin there; of longer ones so many bytes do.
+    void markStarts(std::string_view lowered, std::size_t firstPiece, std::size_t endPiece);
     static constexpr std::size_t wholeSize = 4;
 
     // Whether isWanted(place) holds for a marked place among `size` places from `at` on.
@@ -32,7 +38,7 @@ private:
     static constexpr std::size_t window = 56;
 
     template <typename Mark>
-    PoolMarks(std::string_view pool, Mark mark);
+    void mark(std::size_t firstPiece, std::size_t endPiece, Mark mark);
 
     std::uint64_t bits(std::size_t at, std::size_t count) const {
         std::uint64_t word;
@@ -40,6 +46,7 @@ private:
         return word >> (at % 8) & ((std::uint64_t{1} << count) - 1);
     }
 
+    std::string_view pool_;
     LargeVector<std::uint8_t> bytes_;
 };
 

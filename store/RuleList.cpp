@@ -26,10 +26,9 @@ struct RuleList::Private {
         ruleSearch.reset();
     }
 
-    // By number, 1 for an entry that matches.
-    LargeVector<std::uint8_t> matches(std::string_view text) {
+    LargeVector<std::uint32_t> search(std::string_view text) {
         if (!ruleSearch) ruleSearch.emplace(storage);
-        return ruleSearch->search(text);
+        return ruleSearch->search(text, rows);
     }
 
     // Equal entries keep their order.
@@ -135,16 +134,7 @@ void RuleList::clear() {
 }
 
 LargeVector<std::uint32_t> RuleList::search(std::string_view text) const {
-    const LargeVector<std::uint8_t> matches = d_->matches(text);
-    // Every row is put down, and stays when it matches: which do cannot be foretold, as a branch would have to.
-    LargeVector<std::uint32_t> positions(d_->rows.size() + 1);
-    std::size_t count = 0;
-    for (std::uint32_t row = 0; row < d_->rows.size(); ++row) {
-        positions[count] = row;
-        count += matches[d_->rows[row]];
-    }
-    positions.resize(count);
-    return positions;
+    return d_->search(text);
 }
 
 Value RuleList::value() const {

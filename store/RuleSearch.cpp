@@ -1,6 +1,8 @@
 #include "store/RuleSearch.h"
 
 #include <algorithm>
+#include <mutex>
+#include <utility>
 
 #include "store/Ascii.h"
 #include "store/Parts.h"
@@ -16,8 +18,11 @@ constexpr std::size_t worthwhile = 50'000;  // rules, for a thread of their own
 // Looks for one lowered text in the texts of a pool, where each is ASCII or lowered already.
 class Finder {
 public:
-    Finder(std::string_view pool, std::string_view wanted)
-        : pool_(pool), wanted_(wanted), starts_(PoolMarks::ofStarts(pool, wanted)) {}
+    Finder(std::string_view pool, std::string_view wanted) : pool_(pool), wanted_(wanted), starts_(pool) {}
+
+    // Every piece is prepared before a text is asked about.
+    std::size_t pieces() const { return starts_.pieces(); }
+    void prepare(std::size_t firstPiece, std::size_t endPiece) { starts_.markStarts(wanted_, firstPiece, endPiece); }
 
     bool isIn(std::string_view text) const {
         if (text.size() < wanted_.size()) return false;
@@ -52,19 +57,83 @@ RuleSearch::RuleSearch(const RuleStorage& storage) : storage_(&storage) {
     }
 }
 
-LargeVector<std::uint8_t> RuleSearch::search(std::string_view text) const {
-    const std::string wanted = loweredForSearch(text);
-    if (wanted.empty()) return LargeVector<std::uint8_t>(storage_->size(), 0);
-    LargeVector<std::uint8_t> matches(storage_->size());
-    const Finder inRules(storage_->pool(), wanted);
-    inParts(matches.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
+// One search, in phases: prepare the finder, match the rules by their numbers, put down the rows that match.
+class RuleSearch::Pass {
+public:
+    using Number = RuleStorage::Number;
+
+    Pass(const RuleSearch& search, const std::string& wanted, std::span<const Number> rows)
+        : search_(search),
+          rows_(rows),
+          inRules_(search.storage_->pool(), wanted),
+          inLowered_(search.lowered_, wanted),
+          matches_(search.storage_->size()),
+          positions_(rows.size()) {
+        inLowered_.prepare(0, inLowered_.pieces());
+    }
+
+    LargeVector<std::uint32_t> run() {
+        const auto prepare = [this](std::size_t begin, std::size_t end) { inRules_.prepare(begin, end); };
+        const auto match = [this](std::size_t begin, std::size_t end) { matchRules(begin, end); };
+        const auto put = [this](std::size_t begin, std::size_t end) { putRows(begin, end); };
+        inPhases(partsWorthwhile(matches_.size(), worthwhile),
+                 {{inRules_.pieces(), prepare}, {matches_.size(), match}, {rows_.size(), put}});
+        closeGaps();
+        return std::move(positions_);
+    }
+
+private:
+    // The matching rows of a part of them, put down from the place of its first row on.
+    struct Run {
+        std::size_t begin;
+        std::size_t size;
+        bool operator<(const Run& other) const { return begin < other.begin; }
+    };
+
+    void matchRules(std::size_t begin, std::size_t end) {
         for (std::size_t number = begin; number < end; ++number)
-            matches[number] = inRules.isIn(storage_->rule(static_cast<RuleStorage::Number>(number)));
-    });
-    const Finder inLowered(lowered_, wanted);
-    for (std::size_t other = 0; other < others_.size(); ++other)
-        matches[others_[other]] = inLowered.isIn(lowered(other));
-    return matches;
+            matches_[number] = inRules_.isIn(search_.storage_->rule(static_cast<Number>(number)));
+        const auto& others = search_.others_;
+        const auto first = std::lower_bound(others.begin(), others.end(), begin);
+        for (auto other = first; other != others.end() && *other < end; ++other)
+            matches_[*other] = inLowered_.isIn(search_.lowered(static_cast<std::size_t>(other - others.begin())));
+    }
+
+    // Every row is put down, and stays when it matches: which do cannot be foretold, as a branch would have to.
+    void putRows(std::size_t begin, std::size_t end) {
+        std::size_t next = begin;
+        for (std::size_t row = begin; row < end; ++row) {
+            positions_[next] = static_cast<std::uint32_t>(row);
+            next += matches_[rows_[row]];
+        }
+        const std::lock_guard guard(lock_);
+        runs_.push_back({begin, next - begin});
+    }
+
+    void closeGaps() {
+        std::sort(runs_.begin(), runs_.end());
+        std::size_t size = 0;
+        for (const Run& run : runs_) {
+            std::copy_n(positions_.data() + run.begin, run.size, positions_.data() + size);
+            size += run.size;
+        }
+        positions_.resize(size);
+    }
+
+    const RuleSearch& search_;
+    std::span<const Number> rows_;
+    Finder inRules_;
+    Finder inLowered_;
+    LargeVector<std::uint8_t> matches_;  // bytes, since writing a bit takes a branch
+    LargeVector<std::uint32_t> positions_;
+    std::mutex lock_;  // guards the runs
+    std::vector<Run> runs_;
+};
+
+LargeVector<std::uint32_t> RuleSearch::search(std::string_view text, std::span<const RuleStorage::Number> rows) const {
+    const std::string wanted = loweredForSearch(text);
+    if (wanted.empty()) return {};
+    return Pass(*this, wanted, rows).run();
 }
 
 std::string_view RuleSearch::lowered(std::size_t other) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,10 +19,12 @@ class RuleSearch {
 public:
     explicit RuleSearch(const RuleStorage& storage);
 
-    // By number, 1 for a rule that matches, otherwise 0; see SearchText. Bytes, since writing a bit takes a branch.
-    LargeVector<std::uint8_t> search(std::string_view text) const;
+    // Which of the rows, that stand for rules by their numbers, match; see SearchText. Ascending.
+    LargeVector<std::uint32_t> search(std::string_view text, std::span<const RuleStorage::Number> rows) const;
 
 private:
+    class Pass;
+
     std::string_view lowered(std::size_t other) const;
 
     const RuleStorage* storage_;

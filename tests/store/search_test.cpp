@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
+#include <random>
 #include <string>
 
 #include "store/RuleSearch.h"
@@ -9,6 +12,8 @@
 
 namespace store {
 namespace {
+
+using Positions = LargeVector<std::uint32_t>;
 
 RuleStorage storageOf(const std::vector<std::string>& rules) {
     RuleStorage storage;
@@ -47,7 +52,7 @@ TEST(Search, MatchesWithoutRegardToCase) {
     for (const Row& row : table) {
         EXPECT_EQ(SearchText(row.text).matches(row.field), row.matches) << row.text << " in " << row.field;
         const RuleStorage storage = storageOf({row.field});
-        EXPECT_EQ(RuleSearch(storage).search(row.text), LargeVector<std::uint8_t>(1, row.matches))
+        EXPECT_EQ(RuleSearch(storage).search(row.text, std::vector<RuleStorage::Number>{0}), Positions(row.matches, 0))
             << row.text << " in " << row.field;
     }
 }
@@ -73,11 +78,12 @@ TEST(Search, LowersTextOfAnyLength) {
 TEST(Search, KeepsTextsApart) {
     const RuleStorage storage = storageOf({"ab", "cd", "", "abcd"});
     const RuleSearch search(storage);
-    using Matches = LargeVector<std::uint8_t>;
-    EXPECT_EQ(search.search("bc"), (Matches{0, 0, 0, 1}));
-    EXPECT_EQ(search.search("b"), (Matches{1, 0, 0, 1}));
-    EXPECT_EQ(search.search("ba"), (Matches{0, 0, 0, 0}));
-    EXPECT_EQ(search.search("cd"), (Matches{0, 1, 0, 1}));
+    const std::vector<RuleStorage::Number> rows{0, 1, 2, 3};
+    EXPECT_EQ(search.search("bc", rows), (Positions{3}));
+    EXPECT_EQ(search.search("b", rows), (Positions{0, 3}));
+    EXPECT_EQ(search.search("ba", rows), (Positions{}));
+    EXPECT_EQ(search.search("cd", rows), (Positions{1, 3}));
+    EXPECT_EQ(search.search("cd", std::vector<RuleStorage::Number>{3, 0, 1}), (Positions{0, 2}));
 }
 
 // Texts around the sizes in which a pool is looked at, with what is searched at their ends.
@@ -94,12 +100,37 @@ TEST(Search, FindsAtEveryPlaceOfAnyLength) {
     }
     const RuleStorage storage = storageOf(rules);
     const RuleSearch search(storage);
+    std::vector<RuleStorage::Number> rows(rules.size());
+    std::iota(rows.begin(), rows.end(), 0);
     const std::string longest = 'q' + std::string(70, 'x');
     for (const std::string& wanted : {std::string("q"), std::string("QX"), std::string("qxy"), std::string("qxyz"),
                                       std::string("qxYzw"), std::string("x\u00C9"), longest}) {
-        const LargeVector<std::uint8_t> found = search.search(wanted);
-        for (std::size_t i = 0; i < rules.size(); ++i)
-            EXPECT_EQ(found[i] != 0, SearchText(wanted).matches(rules[i])) << wanted << " in " << rules[i];
+        const Positions found = search.search(wanted, rows);
+        for (std::uint32_t i = 0; i < rules.size(); ++i)
+            EXPECT_EQ(std::binary_search(found.begin(), found.end(), i), SearchText(wanted).matches(rules[i]))
+                << wanted << " in " << rules[i];
+    }
+}
+
+// A list long enough to be searched by several threads, in another order than it is stored in.
+TEST(Search, FindsTheSameInPartsAsOneByOne) {
+    constexpr std::size_t count = 200'000;
+    std::mt19937 random(7);
+    std::vector<std::string> rules;
+    for (std::size_t i = 0; i < count; ++i)
+        rules.push_back((i % 97 == 0 ? "B\u00DCro" : "host") + std::to_string(random() % 5000) + ".Test" +
+                        std::to_string(i));
+    const RuleStorage storage = storageOf(rules);
+    std::vector<RuleStorage::Number> rows(count);
+    std::iota(rows.begin(), rows.end(), 0);
+    std::shuffle(rows.begin(), rows.end(), random);
+    const RuleSearch search(storage);
+    for (const char* wanted : {"t", "st12", "b\u00FCr", ".test7", "nowhere"}) {
+        Positions expected;
+        const SearchText text(wanted);
+        for (std::uint32_t row = 0; row < count; ++row)
+            if (text.matches(rules[rows[row]])) expected.push_back(row);
+        EXPECT_EQ(search.search(wanted, rows), expected) << wanted;
     }
 }
 
