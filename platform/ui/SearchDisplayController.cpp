@@ -10,6 +10,12 @@
 
 namespace platform {
 
+namespace {
+
+constexpr int barOffset = 0;  // where the contents stand while one searches: the bar is part of their header
+
+}  // namespace
+
 bool SearchDisplayDelegate::shouldReloadTableForSearchString(SearchDisplayController&, const QString&) {
     return true;
 }
@@ -25,7 +31,6 @@ struct SearchDisplayController::Private {
     void showResults();
     void hideResults();
     void place();
-    int barTop() const;
     bool key(const QObject* watched, int key);
     bool fieldKey(int key);
     void takeFocusFrom(QWidget* widget);
@@ -69,7 +74,7 @@ void SearchDisplayController::Private::textChanged(const QString& text) {
 
 void SearchDisplayController::Private::showResults() {
     showsResults = true;
-    contents->setContentOffset(barTop());
+    contents->setContentOffset(barOffset);
     contents->setOnlyReachable(bar);
     place();
     table().setContentOffset(0);
@@ -91,11 +96,6 @@ void SearchDisplayController::Private::place() {
     QRect frame = contents->geometry();
     frame.setTop(bar->mapTo(contents->parentWidget(), QPoint(0, bar->height())).y());
     results->setGeometry(frame);
-}
-
-// How far down the content the bar begins.
-int SearchDisplayController::Private::barTop() const {
-    return bar->mapTo(contents->viewport(), QPoint()).y() + contents->contentOffset();
 }
 
 // What goes must not leave the focus to whatever comes next.
@@ -138,7 +138,7 @@ SearchDisplayController::SearchDisplayController(SearchBar* searchBar, TableView
     connect(searchBar, &SearchBar::cancelClicked, this, [this] { setActive(false, true); });
     // While results lie over the contents, the bar above them stays where it is.
     connect(contentsTable->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
-        if (d_->showsResults) d_->contents->setContentOffset(d_->barTop());
+        if (d_->showsResults) d_->contents->setContentOffset(barOffset);
     });
 }
 
@@ -176,7 +176,7 @@ void SearchDisplayController::setActive(bool active, bool animated) {
     if (d_->active == active) return;
     d_->active = active;
     if (active) {
-        d_->contents->setContentOffset(d_->barTop());
+        d_->contents->setContentOffset(barOffset);
     } else {
         // First of all: a "Cancel" that goes with the focus would give it to the field, and the search began again.
         d_->takeFocusFrom(d_->bar);
