@@ -112,14 +112,7 @@ void TableView::Private::release() {
     const RowGesture done = std::exchange(gesture, {});
     switch (done.kind) {
         case RowGesture::Kind::press:
-            if (done.field && done.field->isEnabled()) {
-                const QPoint inField = done.field->mapFrom(q->viewport(), done.start);
-                done.field->setFocus(Qt::MouseFocusReason);
-                done.field->setCursorPosition(done.field->cursorPositionAt(inField));
-            } else if (done.row && geometry.contains(*done.row)) {
-                current = done.row;
-                if (canSelect()) select(*done.row);
-            }
+            tap(done);
             break;
         case RowGesture::Kind::scroll:
             kinetic.letGo();
@@ -129,6 +122,18 @@ void TableView::Private::release() {
             break;
         default:
             break;
+    }
+}
+
+void TableView::Private::tap(const RowGesture& done) {
+    const bool isOnRow = done.row && geometry.contains(*done.row);
+    if (isOnRow) current = done.row;
+    if (done.field && done.field->isEnabled()) {
+        const QPoint inField = done.field->mapFrom(q->viewport(), done.start);
+        done.field->setFocus(Qt::MouseFocusReason);
+        done.field->setCursorPosition(done.field->cursorPositionAt(inField));
+    } else if (isOnRow && canSelect()) {
+        select(*done.row);
     }
 }
 

@@ -292,6 +292,10 @@ TEST_F(TableViewTest, FieldTakesATapInEditModeAndLeavesTheRestToTheTable) {
     tap(in({1, 4}, 120) - QPoint(0, 5));
     EXPECT_TRUE(cell({1, 4})->field->hasFocus());
     EXPECT_EQ(rows->selected.size(), 1);
+    table->setFocus();
+    QTest::keyClick(table.get(), Qt::Key_Down);
+    QTest::keyClick(table.get(), Qt::Key_Return);
+    EXPECT_EQ(rows->selected.back(), (IndexPath{1, 5})) << "the keyboard goes on from the row that was edited";
 }
 
 TEST_F(TableViewTest, EditingEndsForTheRowItBeganOn) {
