@@ -1,5 +1,7 @@
 #include "screens/apps/AppListScreen.h"
 
+#include <cmath>
+
 #include "catalog/VxmAppList.h"
 #include "platform/system/ApplicationList.h"
 #include "platform/ui/TableView.h"
@@ -96,7 +98,7 @@ void AppListScreen::showIcon(views::VxmAppCell& cell, const QString& identifier)
     }
     cell.appImageView()->setImage(defaultImage_);
     // At a fractional scale an icon is a part of a point wider than its size: whole pixels.
-    const bool isIconSized = defaultImage_.deviceIndependentSize().toSize().width() == catalog::iconSize;
+    const bool isIconSized = std::abs(defaultImage_.deviceIndependentSize().width() - catalog::iconSize) < 1;
     if (!isIconSized) cell.setIndentationWidth(catalog::iconSize + placeholderGap);
     cell.setIndentationLevel(isIconSized ? 0 : 1);
     iconsToLoad_.request(identifier);

@@ -3,6 +3,7 @@
 
 #include <QTest>
 
+#include "platform/system/DesktopApplicationList.h"
 #include "platform/ui/AlertView.h"
 #include "platform/ui/TableView.h"
 #include "platform/ui/TableViewCell.h"
@@ -102,6 +103,20 @@ TEST(MainScreenTest, UninstalledAppLosesItsRecordAtTheNextAppearance) {
     device.tap(292, 20);
     EXPECT_EQ(device.rows(1), 0);
     EXPECT_TRUE(recordsBecome(device, {"150"}));
+}
+
+// At some scales an icon of 29 points is a part of a point wider: whole pixels.
+TEST(MainScreenTest, RowsWithoutAnIconStandInLineAtEveryScale) {
+    for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 2.625, 3.0}) {
+        TestDevice device;
+        device.applications().setScale(scale);
+        device.install("org.example.Mail", "Mail");
+        device.put(File::appRules, mailRecord);
+        device.launch();
+        ASSERT_EQ(device.rows(1), 1);
+        const platform::TableViewCell* row = device.table()->cellForRow({1, 0});
+        EXPECT_EQ(row->indentationLevel() * row->indentationWidth(), 0) << "at " << scale;
+    }
 }
 
 TEST(MainScreenTest, LoadsItsListASecondTimeAfterAppearing) {

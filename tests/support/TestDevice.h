@@ -49,6 +49,7 @@ public:
 
     // What the app is given when it is launched.
     platform::Device& device() { return device_; }
+    platform::DesktopApplicationList& applications() { return *applications_; }
     void launch();
     void terminate();
 
