@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <barrier>
-#include <system_error>
+#include <exception>
 #include <thread>
 #include <vector>
 
@@ -31,6 +31,7 @@ void inPhases(std::size_t parts, std::initializer_list<Phase> phases) {
     std::barrier ends(static_cast<std::ptrdiff_t>(parts));
     std::vector<std::jthread> others;
     try {
+        others.reserve(parts);
         for (std::size_t part = 1; part < parts; ++part) {
             others.push_back(startBeside([&ends, phases, part, parts] {
                 for (const Phase& phase : phases) {
@@ -39,8 +40,9 @@ void inPhases(std::size_t parts, std::initializer_list<Phase> phases) {
                 }
             }));
         }
-    } catch (const std::system_error&) {
-        // No more threads: what would have been theirs is done here.
+    } catch (const std::exception&) {
+        // No more threads or memory: what would have been theirs is done here. Those that are there wait for the
+        // others.
     }
     for (std::size_t missing = others.size() + 1; missing < parts; ++missing) ends.arrive_and_drop();
     for (const Phase& phase : phases) {
