@@ -34,7 +34,7 @@ bool isTranslationIntoOneOf(std::span<const char* const> languages, std::string_
 // What is no line of a key stays, so that a file with a line that is nothing at all is refused.
 bool isOfUse(std::string_view line, std::span<const std::string_view> keys, std::span<const char* const> languages) {
     const auto skipBlanks = [](std::string_view text) {
-        return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
+        return text.substr(std::min(text.find_first_not_of(" \t\n\f\r"), text.size()));  // the parser's white space
     };
     const std::string_view text = skipBlanks(line);
     if (text.starts_with('[')) return true;
