@@ -16,7 +16,7 @@ std::optional<Dictionary> readDictionary(const std::filesystem::path& path) {
 }
 
 std::optional<Dictionary> readDictionary(const std::filesystem::path& path, std::error_code& failed) {
-    std::optional<Buffer> file = readFile(path, mayBePropertyList, failed);
+    std::optional<Buffer> file = holdFile(path, mayBePropertyList, failed);
     if (!file) return std::nullopt;
     ReadResult result = readPropertyList(*std::move(file));
     if (auto* dictionary = std::get_if<Dictionary>(&result)) return std::move(*dictionary);

@@ -8,9 +8,11 @@
 #include <unistd.h>
 
 #include <string>
+#include <thread>
 
 #include "Child.h"
 #include "Files.h"
+#include "store/Descriptor.h"
 #include "store/FileReading.h"
 #include "store/Sink.h"
 #include "store/Temporaries.h"
@@ -166,6 +168,57 @@ TEST(FileReplacement, DoesNotSweepWhatIsBeingWritten) {
     });
     EXPECT_FALSE(failed);
     EXPECT_EQ(contentOf(directory / "file"), "whole");
+}
+
+std::optional<Buffer> hold(const std::filesystem::path& path) {
+    std::error_code failed;
+    return holdFile(
+        path, [](std::string_view) { return true; }, failed);
+}
+
+bool hasLeases(const std::filesystem::path& folder) {
+    put(folder / "leased", "");
+    const Descriptor leased(open((folder / "leased").c_str(), O_RDONLY));
+    return fcntl(leased.number(), F_SETLEASE, F_RDLCK) == 0;
+}
+
+TEST(FileReading, HoldsLargeFilesWithoutACopy) {
+    TemporaryDirectory directory;
+    if (!hasLeases(directory.path())) GTEST_SKIP() << "this file system knows no leases";
+    const std::filesystem::path file = directory / "file";
+    for (const std::size_t size : {std::size_t{2} << 20, (std::size_t{2} << 20) + 1}) {
+        const std::string content(size, 'x');
+        put(file, content);
+        std::optional<Buffer> held = hold(file);
+        ASSERT_TRUE(held && held->view() == content);
+        EXPECT_EQ(std::string(held->bytes.get() + size, Buffer::padding), std::string(Buffer::padding, '\0'));
+        // Nobody changes what is held, neither by writing nor by cutting it short.
+        for (const int flags : {O_WRONLY, O_WRONLY | O_TRUNC}) {
+            EXPECT_FALSE(Descriptor(open(file.c_str(), flags | O_NONBLOCK)).isOpen());
+            EXPECT_EQ(errno, EWOULDBLOCK);
+        }
+        // To replace it changes nothing of what is held.
+        EXPECT_FALSE(replaceWith(file, "new"));
+        EXPECT_TRUE(held->view() == content);
+        EXPECT_EQ(contentOf(file), "new");
+        // Who wants to write waits until it is let go.
+        put(file, content);
+        held = hold(file);
+        std::thread letsGo([&] { held.reset(); });
+        EXPECT_TRUE(Descriptor(open(file.c_str(), O_WRONLY)).isOpen());
+        letsGo.join();
+    }
+}
+
+TEST(FileReading, CopiesWhatIsBeingWritten) {
+    TemporaryDirectory directory;
+    const std::filesystem::path file = directory / "file";
+    const std::string content(std::size_t{2} << 20, 'x');
+    put(file, content);
+    const Descriptor writer(open(file.c_str(), O_WRONLY));
+    const std::optional<Buffer> held = hold(file);
+    ASSERT_EQ(ftruncate(writer.number(), 0), 0);
+    EXPECT_TRUE(held && held->view() == content);
 }
 
 TEST(FileReading, ReadsRegularFilesOnly) {
