@@ -20,6 +20,19 @@ void doPart(const Phase& phase, std::size_t part, std::size_t parts) {
     if (begin < end) phase.work(begin, end);
 }
 
+// Threads for all parts but the first, or for fewer when there are no more threads or memory: what would have been
+// theirs is to be done by others.
+std::vector<std::jthread> startOthers(std::size_t parts, const std::function<void(std::size_t)>& work) {
+    std::vector<std::jthread> others;
+    try {
+        others.reserve(parts);
+        for (std::size_t part = 1; part < parts; ++part) others.push_back(startBeside([work, part] { work(part); }));
+    } catch (const std::exception&) {
+        return others;
+    }
+    return others;
+}
+
 }  // namespace
 
 std::size_t partsWorthwhile(std::size_t count, std::size_t worthwhile) {
@@ -29,27 +42,24 @@ std::size_t partsWorthwhile(std::size_t count, std::size_t worthwhile) {
 
 void inPhases(std::size_t parts, std::initializer_list<Phase> phases) {
     std::barrier ends(static_cast<std::ptrdiff_t>(parts));
-    std::vector<std::jthread> others;
-    try {
-        others.reserve(parts);
-        for (std::size_t part = 1; part < parts; ++part) {
-            others.push_back(startBeside([&ends, phases, part, parts] {
-                for (const Phase& phase : phases) {
-                    doPart(phase, part, parts);
-                    ends.arrive_and_wait();
-                }
-            }));
+    const std::vector<std::jthread> others = startOthers(parts, [&ends, phases, parts](std::size_t part) {
+        for (const Phase& phase : phases) {
+            doPart(phase, part, parts);
+            ends.arrive_and_wait();
         }
-    } catch (const std::exception&) {
-        // No more threads or memory: what would have been theirs is done here. Those that are there wait for the
-        // others.
-    }
+    });
     for (std::size_t missing = others.size() + 1; missing < parts; ++missing) ends.arrive_and_drop();
     for (const Phase& phase : phases) {
         doPart(phase, 0, parts);
         for (std::size_t missing = others.size() + 1; missing < parts; ++missing) doPart(phase, missing, parts);
         ends.arrive_and_wait();
     }
+}
+
+void inAll(std::size_t parts, const std::function<void(std::size_t)>& work) {
+    const std::vector<std::jthread> others = startOthers(parts, work);
+    work(0);
+    for (std::size_t missing = others.size() + 1; missing < parts; ++missing) work(missing);
 }
 
 void inParts(std::size_t count, std::size_t worthwhile, const std::function<void(std::size_t, std::size_t)>& work) {

@@ -20,6 +20,9 @@ std::size_t partsWorthwhile(std::size_t count, std::size_t worthwhile);
 // multiples of 64: each has cache lines of its own in an array of bytes.
 void inPhases(std::size_t parts, std::initializer_list<Phase> phases);
 
+// Does something for each of so many at the same time, as long as there are threads: otherwise for one after the other.
+void inAll(std::size_t parts, const std::function<void(std::size_t part)>& work);
+
 // A single phase, in as many parts as pay off.
 void inParts(std::size_t count, std::size_t worthwhile, const std::function<void(std::size_t, std::size_t)>& work);
 

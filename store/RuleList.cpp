@@ -121,11 +121,12 @@ void RuleList::remove(std::size_t position) {
 }
 
 std::vector<std::size_t> RuleList::removeEqual(std::size_t position) {
-    Number removed = d_->rows[position];
+    const std::vector<Number> removed = d_->storage.equalTo(d_->rows[position]);
+    auto isRemoved = [&](Number number) { return std::ranges::binary_search(removed, number); };
     std::vector<std::size_t> positions;
     for (std::size_t row = 0; row < d_->rows.size(); ++row)
-        if (d_->storage.areEqual(d_->rows[row], removed)) positions.push_back(row);
-    std::erase_if(d_->rows, [&](Number number) { return d_->storage.areEqual(number, removed); });
+        if (isRemoved(d_->rows[row])) positions.push_back(row);
+    std::erase_if(d_->rows, isRemoved);
     return positions;
 }
 

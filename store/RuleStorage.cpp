@@ -1,6 +1,7 @@
 #include "store/RuleStorage.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "store/Parts.h"
 #include "store/RuleEntryWriter.h"
@@ -21,6 +22,13 @@ bool RuleStorage::areEqual(Number a, Number b) const {
     return entries_[a].date == entries_[b].date && rule(a) == rule(b);
 }
 
+std::vector<RuleStorage::Number> RuleStorage::equalTo(Number number) const {
+    std::vector<Number> equal;
+    for (Number other = 0; other < entries_.size(); ++other)
+        if (areEqual(other, number)) equal.push_back(other);
+    return equal;
+}
+
 RuleStorage::Number RuleStorage::add(std::string_view rule, Date date) {
     entries_.push_back(plainEntry(rule, date.time_since_epoch().count()));
     return static_cast<Number>(entries_.size() - 1);
@@ -32,17 +40,17 @@ void RuleStorage::replace(Number number, std::string_view rule, Date date) {
 
 RuleStorage::Part RuleStorage::keep(std::string_view text) {
     Part part{static_cast<std::uint32_t>(pool_.size()), static_cast<std::uint32_t>(text.size())};
-    pool_.append(text);
+    pool_.resize(pool_.size() + text.size());
+    if (!text.empty()) std::memcpy(pool_.data() + part.offset, text.data(), text.size());
     return part;
 }
 
 RuleStorage::Entry RuleStorage::plainEntry(std::string_view rule, std::int64_t date) {
-    Part text = keep(rule);
-    Entry entry;
-    entry.offset = text.offset;
-    entry.size = text.size & 0x3FFFFFFF;
-    entry.date = date;
-    return entry;
+    return plainEntry(keep(rule), date);
+}
+
+RuleStorage::Entry RuleStorage::plainEntry(Part rule, std::int64_t date) {
+    return {.offset = rule.offset, .size = rule.size & 0x3FFFFFFF, .hasRule = true, .isPlain = true, .date = date};
 }
 
 std::string_view RuleStorage::original(Number number) const {
@@ -82,16 +90,19 @@ void RuleStorage::dropRepeated() {
 void RuleStorage::write(XmlWriter& writer, const std::vector<Number>& numbers) const {
     constexpr std::size_t entryAhead = 32;
     constexpr std::size_t textAhead = 16;
-    RuleEntryWriter entries(writer);
-    for (std::size_t each = 0; each < numbers.size(); ++each) {
-        if (each + entryAhead < numbers.size()) __builtin_prefetch(&entries_[numbers[each + entryAhead]]);
-        if (each + textAhead < numbers.size()) __builtin_prefetch(rule(numbers[each + textAhead]).data());
-        const Number number = numbers[each];
-        if (entries_[number].isPlain)
-            entries.write(rule(number), date(number));
-        else
-            writer.line(original(number));
-    }
+    writer.inBlocks(numbers.size(), [&](XmlWriter& part) {
+        return [this, &numbers, &part, entries = RuleEntryWriter(part)](std::size_t begin, std::size_t end) mutable {
+            for (std::size_t each = begin; each < end; ++each) {
+                if (each + entryAhead < numbers.size()) __builtin_prefetch(&entries_[numbers[each + entryAhead]]);
+                if (each + textAhead < numbers.size()) __builtin_prefetch(rule(numbers[each + textAhead]).data());
+                const Number number = numbers[each];
+                if (entries_[number].isPlain)
+                    entries.write(rule(number), date(number));
+                else
+                    part.line(original(number));
+            }
+        };
+    });
     for (Part element : foreign_) writer.line(at(element));
 }
 

@@ -28,7 +28,7 @@ public:
 
     std::size_t size() const { return entries_.size(); }
     // All texts, those of the rules among them.
-    std::string_view pool() const { return pool_; }
+    std::string_view pool() const { return {pool_.data(), pool_.size()}; }
     std::string_view rule(Number number) const {
         const Entry& entry = entries_[number];
         return {pool_.data() + entry.offset, entry.size};
@@ -36,7 +36,9 @@ public:
     std::optional<Date> date(Number number) const;
     // Later dates are larger; no date is smaller than any.
     std::int64_t dateOrder(Number number) const { return entries_[number].date; }
-    bool areEqual(Number a, Number b) const;
+    // Every entry that is equal to this one in all its keys, itself among them, ascending. In the order in which
+    // entries lie in memory a million are gone through in no time.
+    std::vector<Number> equalTo(Number number) const;
 
     Number add(std::string_view rule, Date date);
     void replace(Number number, std::string_view rule, Date date);
@@ -54,11 +56,11 @@ private:
         std::uint32_t size = 0;
     };
     struct Entry {
-        std::uint32_t offset = 0;
-        std::uint32_t size : 30 = 0;
-        std::uint32_t hasRule : 1 = true;
-        std::uint32_t isPlain : 1 = true;
-        std::int64_t date = noDate;
+        std::uint32_t offset;
+        std::uint32_t size : 30;
+        std::uint32_t hasRule : 1;
+        std::uint32_t isPlain : 1;
+        std::int64_t date;
     };
     struct Original {
         Number number;
@@ -66,12 +68,14 @@ private:
     };
 
     std::string_view at(Part part) const { return {pool_.data() + part.offset, part.size}; }
+    bool areEqual(Number a, Number b) const;
     Part keep(std::string_view text);
+    static Entry plainEntry(Part rule, std::int64_t date);
     Entry plainEntry(std::string_view rule, std::int64_t date);
     std::string_view original(Number number) const;
     void dropRepeated();
 
-    std::string pool_;
+    LargeVector<char> pool_;
     LargeVector<Entry> entries_;
     std::vector<Original> originals_;  // the texts of entries that were not plain when they were read, by number
     std::vector<Part> foreign_;

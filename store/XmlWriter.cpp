@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <deque>
 #include <vector>
 
+#include "store/Parts.h"
 #include "store/Scalars.h"
 #include "store/Sink.h"
+#include "store/Turns.h"
 #include "store/Utf.h"
 
 namespace store {
@@ -175,6 +179,62 @@ void XmlWriter::scalar(const Value& value) {
                    [](const auto&) {},
                },
                value.content_);
+}
+
+namespace {
+
+// The sink of one of several writers: what is written reaches the common one only in the writer's turn.
+class TurnSink : public Sink {
+public:
+    TurnSink(Turns& turns, Sink& sink) : turns_(turns), sink_(sink) {}
+
+    void setTurn(std::size_t turn) { turn_ = turn; }
+    void write(std::string_view bytes) override {
+        turns_.await(turn_);
+        sink_.write(bytes);
+    }
+
+private:
+    Turns& turns_;
+    Sink& sink_;
+    std::size_t turn_ = 0;
+};
+
+}  // namespace
+
+// One of several that write blocks.
+struct XmlWriter::BlockWriter {
+    BlockWriter(Turns& turns, Sink& common, std::size_t depth) : sink(turns, common), writer(sink) {
+        writer.depth_ = depth;
+    }
+
+    TurnSink sink;
+    XmlWriter writer;
+    BlockWork work;
+};
+
+void XmlWriter::inBlocks(std::size_t count, const std::function<BlockWork(XmlWriter&)>& workFor) {
+    constexpr std::size_t blockSize = 400;      // elements; of rules, so many fit into a writer's memory
+    constexpr std::size_t worthwhile = 50'000;  // elements, for a thread of their own
+    flush();
+    Turns turns;
+    std::deque<BlockWriter> writers;
+    for (std::size_t parts = partsWorthwhile(count, worthwhile); writers.size() < parts;) {
+        BlockWriter& added = writers.emplace_back(turns, sink_, depth_);
+        added.work = workFor(added.writer);
+    }
+    // Blocks go to whoever is free: one begun is always ended, so that no turn waits for ever.
+    std::atomic<std::size_t> next = 0;
+    inAll(writers.size(), [&](std::size_t each) {
+        BlockWriter& own = writers[each];
+        for (std::size_t block = next++; block * blockSize < count; block = next++) {
+            own.sink.setTurn(block);
+            own.work(block * blockSize, std::min((block + 1) * blockSize, count));
+            own.writer.flush();
+            turns.await(block);
+            turns.pass();
+        }
+    });
 }
 
 void XmlWriter::date(Date date) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -33,6 +34,12 @@ public:
     void line(std::string_view text);
     void key(std::string_view text);
     void string(std::string_view text);
+    // Writes so many elements in blocks, several at the same time where that pays off. `workFor` is called in the
+    // beginning, on the calling thread, for each writer that takes part, and returns what writes elements from one
+    // number to another with that writer; they come out in the order of their numbers. That is called on any thread
+    // and must not throw.
+    using BlockWork = std::function<void(std::size_t begin, std::size_t end)>;
+    void inBlocks(std::size_t count, const std::function<BlockWork(XmlWriter&)>& workFor);
     // The tabs before an element at the present depth. From some depth on they would be most of the text: there are no
     // more of them.
     std::string indentation() const { return std::string(tabCount(), '\t'); }
@@ -42,6 +49,7 @@ public:
     void outdent() { --depth_; }
 
 private:
+    struct BlockWriter;
     struct Container;
     static constexpr std::size_t capacity = 64 * 1024;
     static constexpr std::size_t mostTabs = 64;

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "LargeRuleList.h"
 #include "Values.h"
 #include "store/Ordering.h"
 #include "store/Search.h"
@@ -111,6 +112,23 @@ TEST(RuleList, CarriesElementsThatAreNoEntriesBehindTheOthers) {
     EXPECT_EQ(storedOf(list), storedOf(entry("b") + "<string>x</string><array><dict/></array>"));
     list.clear();
     EXPECT_EQ(storedOf(list), storedOf(""));
+}
+
+TEST(RuleList, ReadsAndWritesALargeListInOrder) {
+    std::mt19937 random(11);
+    const LargeRuleList large(random);
+    Value array = *dictionaryOf("<dict><key>a</key>" + large.array(0, large.rules.size()) + "</dict>").find("a");
+    for (const char* what : {"read", "written and read"}) {
+        const RuleList list = RuleList::load(&array);
+        ASSERT_EQ(list.size(), large.rules.size()) << what;
+        for (std::size_t each = 0; each < list.size(); ++each) {
+            ASSERT_EQ(list.rule(each), large.rules[each]) << what;
+            ASSERT_EQ(list.date(each), at(1577836800)) << what;
+        }
+        Dictionary dictionary;
+        dictionary.set("a", list.value());
+        array = *dictionaryOf(written(dictionary)).find("a");
+    }
 }
 
 TEST(RuleList, SortsByNameOrDate) {
