@@ -26,8 +26,10 @@ public:
     };
 
     // The entry at "<dict>" in a Buffer, if it is laid out like this behind the tabs that it has. A rule that is not
-    // plain ASCII text does not match, nor does a date that is none.
+    // plain text in UTF-8 does not match, nor does a date that is none.
     static Match matchAt(const char* dict);
+    // The "<dict>" on the line behind an entry that ends at `behind`, if there is one that stands as far to the right.
+    static const char* nextEntry(const char* dict, const char* behind);
 
 private:
     Match match(const char* dict) const;

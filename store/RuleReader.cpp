@@ -1,7 +1,11 @@
+#include <atomic>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "store/Parts.h"
 #include "store/RuleEntryLayout.h"
+#include "store/RuleEntryRuns.h"
 #include "store/RuleStorage.h"
 #include "store/Scalars.h"
 #include "store/Schema.h"
@@ -12,18 +16,26 @@ namespace store {
 // Goes through an array's text once, taking entries apart as far as a list needs them.
 class RuleReader {
 public:
-    RuleReader(const Slice& array, RuleStorage& storage) : scanner_(array), storage_(storage) {
+    RuleReader(const Slice& array, RuleStorage& storage) : array_(array), scanner_(array), storage_(storage) {
         std::size_t count = static_cast<std::size_t>(array.end - array.begin) / typicalEntry;
         storage_.entries_.reserve(count);
         storage_.pool_.reserve(count * typicalRule);
     }
 
     void read() {
+        walk();
+        fillRuns();
+    }
+
+private:
+    using Event = XmlScanner::Event;
+
+    void walk() {
         if (scanner_.next() != Event::open) return;
         for (Event event = scanner_.next(); event != Event::close; event = scanner_.next()) {
             const char* begin = scanner_.tagBegin();
             bool isEntry = scanner_.tag() == Tag::dict;
-            if (isEntry && takeWhole(begin)) continue;
+            if (isEntry && (leaveRoom(begin) || takeWhole(begin))) continue;
             if (isEntry)
                 readEntry(event);
             else
@@ -36,11 +48,8 @@ public:
         }
     }
 
-private:
-    using Event = XmlScanner::Event;
-
-    // Entries as they are written take about 140 bytes, of which a rule is a sixth. Rather more is reserved: what is not
-    // used costs nothing, but to grow is to copy it all.
+    // Entries as they are written take about 140 bytes, of which a rule is a sixth. Rather more is reserved: what is
+    // not used costs nothing, but to grow is to copy it all.
     static constexpr std::size_t typicalEntry = 128;
     static constexpr std::size_t typicalRule = 40;
 
@@ -50,6 +59,46 @@ private:
         std::int64_t date = RuleStorage::noDate;
         bool isPlain = true;
     };
+
+    // Entries that are taken when all has been walked through, several runs at the same time.
+    struct Room {
+        RuleEntryRun run;
+        std::size_t number;
+        std::size_t offset;
+    };
+
+    bool leaveRoom(const char* begin) {
+        if (!knowsRuns_) runs_ = RuleEntryRuns(begin, array_.end);
+        knowsRuns_ = true;
+        const RuleEntryRun* run = runs_.at(begin);
+        if (!run) return false;
+        rooms_.push_back({*run, storage_.entries_.size(), storage_.pool_.size()});
+        storage_.entries_.resize(storage_.entries_.size() + run->count);
+        storage_.pool_.resize(storage_.pool_.size() + run->textSize);
+        scanner_.moveTo(run->behind);
+        return true;
+    }
+
+    void fillRuns() {
+        constexpr std::size_t worthwhile = 4;  // runs, for a thread of their own
+        std::atomic<std::size_t> next = 0;
+        inAll(partsWorthwhile(rooms_.size(), worthwhile), [&](std::size_t) {
+            for (std::size_t each = next++; each < rooms_.size(); each = next++) fill(rooms_[each]);
+        });
+    }
+
+    void fill(const Room& room) {
+        RuleStorage::Part text{static_cast<std::uint32_t>(room.offset), 0};
+        const char* dict = room.run.begin;
+        for (std::size_t number = room.number; number < room.number + room.run.count; ++number) {
+            const RuleEntryLayout::Match match = RuleEntryLayout::matchAt(dict);
+            text.size = static_cast<std::uint32_t>(match.rule.size());
+            storage_.entries_[number] = RuleStorage::plainEntry(text, match.date.time_since_epoch().count());
+            match.rule.copy(storage_.pool_.data() + text.offset, text.size);
+            text.offset += text.size;
+            dict = RuleEntryLayout::nextEntry(dict, match.end);
+        }
+    }
 
     bool takeWhole(const char* begin) {
         RuleEntryLayout::Match match = RuleEntryLayout::matchAt(begin);
@@ -105,7 +154,11 @@ private:
         storage_.entries_.push_back(entry);
     }
 
+    const Slice& array_;
     XmlScanner scanner_;
+    bool knowsRuns_ = false;  // since the first entry
+    RuleEntryRuns runs_;
+    std::vector<Room> rooms_;
     RuleStorage& storage_;
     Reading entry_;
 };

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "store/RuleEntryLayout.h"
+#include "store/RuleEntryRuns.h"
 #include "store/Scalars.h"
 #include "store/XmlScanner.h"
 
@@ -130,7 +131,11 @@ private:
 
     // An element of an array never is a value of the outermost dictionary: there is nothing to note.
     bool skipRuleEntry() {
-        const char* behind = RuleEntryLayout::matchAt(scanner_.tagBegin()).end;
+        const char* begin = scanner_.tagBegin();
+        if (!knowsRuns_) runs_ = RuleEntryRuns(begin, end_);
+        knowsRuns_ = true;
+        const RuleEntryRun* run = runs_.at(begin);
+        const char* behind = run ? run->behind : RuleEntryLayout::matchAt(begin).end;
         if (behind) scanner_.moveTo(behind);
         return behind;
     }
@@ -173,6 +178,8 @@ private:
     const Buffer& text_;
     const char* end_;
     XmlScanner scanner_;
+    bool knowsRuns_ = false;  // since the first entry
+    RuleEntryRuns runs_;
     std::vector<bool> inDictionary_;  // for each container that is open, whether it is a dictionary
     bool hasKey_ = false;             // in the innermost dictionary, a key that has no value yet
     std::string key_;                 // the outermost dictionary's last key

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <random>
 #include <string>
 
+#include "LargeRuleList.h"
 #include "Values.h"
 #include "store/Scalars.h"
 #include "store/XmlReader.h"
@@ -301,6 +303,12 @@ TEST(PropertyListReading, SkipsTextAsTheSimpleScannerDoes) {
     }
 }
 
+std::string outcome(const std::variant<Dictionary, XmlFailure>& result, const Buffer& buffer) {
+    if (auto* found = std::get_if<Dictionary>(&result)) return written(*found);
+    auto failure = std::get<XmlFailure>(result);
+    return std::to_string(failure.at - buffer.bytes.get()) + describe(failure.reason);
+}
+
 // A list of entries as they are written, each of its bytes changed in turn: taking entries as a whole must accept,
 // reject and find the same as going through them tag by tag.
 TEST(PropertyListReading, TakesRuleEntriesAsTagByTag) {
@@ -313,11 +321,6 @@ TEST(PropertyListReading, TakesRuleEntriesAsTagByTag) {
     dictionary.set("globalDeny", Value(Array{Value(entry)}));
     dictionary.set("app", Value(record));
     std::string text = written(dictionary);
-    auto outcome = [](const std::variant<Dictionary, XmlFailure>& result, const Buffer& buffer) {
-        if (auto* found = std::get_if<Dictionary>(&result)) return written(*found);
-        auto failure = std::get<XmlFailure>(result);
-        return std::to_string(failure.at - buffer.bytes.get()) + describe(failure.reason);
-    };
     for (std::size_t at = text.find("<dict>"); at < text.size(); ++at) {
         for (char c : {'<', '>', '/', '&', '9', 'x', ' ', '\t', '\n', '\0', '\xC3'}) {
             std::string changed = text;
@@ -327,6 +330,20 @@ TEST(PropertyListReading, TakesRuleEntriesAsTagByTag) {
                 ASSERT_EQ(outcome(readXml(buffer), buffer), outcome(readXmlTagByTag(buffer), buffer)) << variant;
             }
         }
+    }
+}
+
+// So large that it is looked through in pieces, with a fault anywhere.
+TEST(PropertyListReading, TakesRunsOfRuleEntriesAsTagByTag) {
+    std::mt19937 random(7);
+    const LargeRuleList list(random);
+    const std::string text = "<dict><key>first</key>" + list.array(0, 3) + "<key>second</key>" +
+                             list.array(3, list.rules.size()) + "</dict>";
+    for (int variant = 0; variant < 12; ++variant) {
+        std::string changed = text;
+        if (variant > 0) changed[random() % changed.size()] = "<\xC3"[variant % 2];
+        const Buffer buffer = Buffer::copyOf(changed);
+        EXPECT_TRUE(outcome(readXml(buffer), buffer) == outcome(readXmlTagByTag(buffer), buffer)) << variant;
     }
 }
 

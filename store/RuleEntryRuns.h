@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace store {
+
+// Rule entries as they are written that follow one another without a break.
+struct RuleEntryRun {
+    const char* begin = nullptr;   // the first one's "<dict>"
+    const char* behind = nullptr;  // behind the last one's "</dict>"
+    std::size_t count = 0;
+    std::size_t textSize = 0;  // bytes of all rules
+};
+
+// Where in a large text such runs are. A text that holds a million entries is looked through in pieces, several at the
+// same time, before anybody knows what the pieces are part of: that entries stand there is true wherever they stand.
+class RuleEntryRuns {
+public:
+    // No runs.
+    RuleEntryRuns() = default;
+    // The runs of a Buffer's text from an entry's "<dict>" on. None for a text that one thread is done with as soon.
+    RuleEntryRuns(const char* dict, const char* end);
+
+    // The run that begins with this "<dict>"; nullptr when none is known to. To be asked in ascending order.
+    const RuleEntryRun* at(const char* dict);
+
+private:
+    std::vector<RuleEntryRun> runs_;  // ascending
+    std::size_t next_ = 0;
+};
+
+}  // namespace store
