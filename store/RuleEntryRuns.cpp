@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <new>
 #include <string_view>
 
 #include "store/Parts.h"
@@ -14,14 +15,14 @@ namespace {
 constexpr std::size_t pieceSize = std::size_t{1} << 20;
 constexpr std::size_t worthwhile = std::size_t{4} << 20;
 
-// The "<dict>" of the first entry, behind another one, whose line begins in a piece. There may be none.
-const char* firstEntry(const char* piece, const char* end) {
+// The "<dict>" on the first line behind an entry's end from here on. There may be none.
+const char* nextBehindEntry(const char* from, const char* end) {
     constexpr std::string_view before = "</dict>\n";
-    const std::string_view text(piece, static_cast<std::size_t>(end - piece));
+    const std::string_view text(from, static_cast<std::size_t>(end - from));
     const std::size_t line = text.find(before);
     if (line == std::string_view::npos) return nullptr;
     const std::size_t dict = text.find_first_not_of('\t', line + before.size());
-    return dict == std::string_view::npos ? nullptr : piece + dict;
+    return dict == std::string_view::npos ? nullptr : from + dict;
 }
 
 // The entries that follow one another from here on and begin in the piece. There may be none.
@@ -38,22 +39,39 @@ RuleEntryRun runAt(const char* dict, const char* pieceEnd) {
     return run;
 }
 
+// The piece's runs, but for short ones, from an entry on.
+std::vector<RuleEntryRun> runsFrom(const char* dict, const char* pieceEnd) {
+    constexpr std::size_t fewest = 16;
+    std::vector<RuleEntryRun> runs;
+    while (dict) {
+        const RuleEntryRun run = runAt(dict, pieceEnd);
+        if (run.count >= fewest) runs.push_back(run);
+        dict = nextBehindEntry(run.count > 0 ? std::min(run.behind, pieceEnd) : dict, pieceEnd);
+    }
+    return runs;
+}
+
 }  // namespace
 
 RuleEntryRuns::RuleEntryRuns(const char* dict, const char* end) {
     const auto size = static_cast<std::size_t>(end - dict);
     const std::size_t threads = partsWorthwhile(size, worthwhile);
     if (threads == 1) return;
-    runs_.resize((size + pieceSize - 1) / pieceSize);
-    std::atomic<std::size_t> nextPiece = 0;
+    std::vector<std::vector<RuleEntryRun>> pieces((size + pieceSize - 1) / pieceSize);
+    std::atomic<std::size_t> next = 0;
     inAll(threads, [&](std::size_t) {
-        for (std::size_t piece = nextPiece++; piece < runs_.size(); piece = nextPiece++) {
+        for (std::size_t piece = next++; piece < pieces.size(); piece = next++) {
             const char* begin = dict + piece * pieceSize;
             const char* pieceEnd = std::min(begin + pieceSize, end);
-            runs_[piece] = runAt(piece == 0 ? dict : firstEntry(begin, pieceEnd), pieceEnd);
+            try {
+                pieces[piece] = runsFrom(piece == 0 ? dict : nextBehindEntry(begin, pieceEnd), pieceEnd);
+            } catch (const std::bad_alloc&) {
+                // What is not known to be a run is gone through entry by entry.
+                continue;
+            }
         }
     });
-    std::erase_if(runs_, [](const RuleEntryRun& run) { return run.count == 0; });
+    for (const std::vector<RuleEntryRun>& runs : pieces) runs_.insert(runs_.end(), runs.begin(), runs.end());
 }
 
 const RuleEntryRun* RuleEntryRuns::at(const char* dict) {

@@ -75,9 +75,10 @@ void RuleStorage::dropRepeated() {
     for (Number number = 0; number < entries_.size(); ++number) {
         if (number + lookAhead < hashes.size()) rules.prefetch(hashes[number + lookAhead]);
         bool hasOriginal = original != originals_.end() && original->number == number;
-        auto isEqual = [&](Number other) { return rule(other) == rule(number); };
+        auto isEqual = [&](Number other) { return hashes[other] == hashes[number] && rule(other) == rule(number); };
         if (!entries_[number].hasRule || rules.insert(hashes[number], kept, isEqual)) {
             if (hasOriginal) *keptOriginal++ = {kept, original->text};
+            hashes[kept] = hashes[number];
             entries_[kept++] = entries_[number];
         }
         if (hasOriginal) ++original;

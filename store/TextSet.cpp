@@ -26,7 +26,7 @@ std::uint64_t word(const char* p, std::size_t size) {
 }  // namespace
 
 // At most half full, so that there is always an empty slot to end a search, and mostly a near one.
-TextSet::TextSet(std::size_t count) : slots_(std::bit_ceil(2 * count + 1), Slot()) {
+TextSet::TextSet(std::size_t count) : slots_(std::bit_ceil(2 * count + 1), none) {
     std::random_device chance;
     seed_ = std::uint64_t{chance()} << 32 | chance();
 }

@@ -20,29 +20,24 @@ public:
     void prefetch(std::uint32_t hash) const { __builtin_prefetch(&slots_[placeOf(hash)]); }
 
     // The number of a text with this hash goes in unless an equal text is there; `isEqual` compares the text with that
-    // of a number that went in.
+    // of a number that went in, its hash first.
     template <class IsEqual>
     bool insert(std::uint32_t hash, std::uint32_t number, IsEqual isEqual) {
         for (std::size_t at = placeOf(hash);; at = (at + 1) & (slots_.size() - 1)) {
-            Slot& slot = slots_[at];
-            if (slot.number == none) {
-                slot = {hash, number};
+            if (slots_[at] == none) {
+                slots_[at] = number;
                 return true;
             }
-            if (slot.hash == hash && isEqual(slot.number)) return false;
+            if (isEqual(slots_[at])) return false;
         }
     }
 
 private:
     static constexpr std::uint32_t none = 0xFFFFFFFF;
-    struct Slot {
-        std::uint32_t hash = 0;
-        std::uint32_t number = none;
-    };
 
     std::size_t placeOf(std::uint32_t hash) const { return hash & (slots_.size() - 1); }
 
-    LargeVector<Slot> slots_;
+    LargeVector<std::uint32_t> slots_;  // numbers, or none
     std::uint64_t seed_;
 };
 
