@@ -17,7 +17,7 @@ struct RuleList::Private {
     RuleStorage storage;
     std::vector<Number> rows;              // the entries as they are shown
     std::optional<RuleOrder> order;        // in which the rows are known to be
-    std::optional<RuleSearch> ruleSearch;  // made by the first search since a text changed
+    std::optional<RuleSearch> ruleSearch;  // made when a search begins, or by the first since a text changed
 
     std::string_view rule(std::size_t row) const { return storage.rule(rows[row]); }
 
@@ -26,8 +26,12 @@ struct RuleList::Private {
         ruleSearch.reset();
     }
 
-    LargeVector<std::uint32_t> search(std::string_view text) {
+    void prepareSearch() {
         if (!ruleSearch) ruleSearch.emplace(storage);
+    }
+
+    LargeVector<std::uint32_t> search(std::string_view text) {
+        prepareSearch();
         return ruleSearch->search(text, rows);
     }
 
@@ -132,6 +136,10 @@ std::vector<std::size_t> RuleList::removeEqual(std::size_t position) {
 
 void RuleList::clear() {
     *d_ = Private();
+}
+
+void RuleList::prepareSearch() {
+    d_->prepareSearch();
 }
 
 LargeVector<std::uint32_t> RuleList::search(std::string_view text) const {

@@ -52,6 +52,8 @@ public:
     std::vector<std::size_t> removeEqual(std::size_t position);
     void clear();
 
+    // What the first search since a text changed would begin with.
+    void prepareSearch();
     // Positions of the entries that match, in list order.
     LargeVector<std::uint32_t> search(std::string_view text) const;
 

@@ -16,6 +16,7 @@ constexpr int barOffset = 0;  // where the contents stand while one searches: th
 
 }  // namespace
 
+void SearchDisplayDelegate::willBeginSearch(SearchDisplayController&) {}
 bool SearchDisplayDelegate::shouldReloadTableForSearchString(SearchDisplayController&, const QString&) {
     return true;
 }
@@ -176,6 +177,7 @@ void SearchDisplayController::setActive(bool active, bool animated) {
     if (d_->active == active) return;
     d_->active = active;
     if (active) {
+        if (d_->delegate) d_->delegate->willBeginSearch(*this);
         d_->contents->setContentOffset(barOffset);
     } else {
         // First of all: a "Cancel" that goes with the focus would give it to the field, and the search began again.

@@ -24,6 +24,8 @@ public:
     SearchDisplayDelegate(const SearchDisplayDelegate&) = delete;
     SearchDisplayDelegate& operator=(const SearchDisplayDelegate&) = delete;
 
+    // The search begins: nothing has been typed yet.
+    virtual void willBeginSearch(SearchDisplayController& controller);
     // The search text changed. Returns whether the results table is to be reloaded.
     virtual bool shouldReloadTableForSearchString(SearchDisplayController& controller, const QString& text);
     virtual bool shouldReloadTableForSearchScope(SearchDisplayController& controller, int scope);

@@ -260,6 +260,11 @@ void RuleListScreen::filterContentForSearchText(const QString& text, int) {
     filteredRulesArray_ = rulesArray_.search(text.toStdString());
 }
 
+// Who has gone to the field takes a moment to find the first key.
+void RuleListScreen::willBeginSearch(platform::SearchDisplayController&) {
+    rulesArray_.prepareSearch();
+}
+
 bool RuleListScreen::shouldReloadTableForSearchString(platform::SearchDisplayController& controller,
                                                       const QString& text) {
     filterContentForSearchText(text, controller.searchBar()->selectedScopeButtonIndex());

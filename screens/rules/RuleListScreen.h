@@ -60,6 +60,7 @@ public:
                             platform::IndexPath indexPath) override;
     void didSelectRowAtIndexPath(platform::TableView& table, platform::IndexPath indexPath) override;
 
+    void willBeginSearch(platform::SearchDisplayController& controller) override;
     bool shouldReloadTableForSearchString(platform::SearchDisplayController& controller, const QString& text) override;
     bool shouldReloadTableForSearchScope(platform::SearchDisplayController& controller, int scope) override;
 

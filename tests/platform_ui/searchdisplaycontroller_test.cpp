@@ -32,6 +32,7 @@ public:
         found = all.filter(text);
         return true;
     }
+    void willBeginSearch(SearchDisplayController&) override { calls += u'b'; }
     void willShowSearchResultsTableView(SearchDisplayController&, TableView&) override { calls += u'+'; }
     void willUnloadSearchResultsTableView(SearchDisplayController&, TableView&) override { calls += u'-'; }
 
@@ -85,7 +86,7 @@ protected:
         EXPECT_FALSE(results()->isVisible());
         EXPECT_TRUE(bar->text().isEmpty());
         EXPECT_FALSE(bar->field()->hasFocus());
-        EXPECT_EQ(words.calls, QStringLiteral("+-"));
+        EXPECT_EQ(words.calls, QStringLiteral("b+-"));
     }
 
     Words words;
@@ -111,7 +112,7 @@ TEST_F(SearchTest, ResultsLieBelowTheBarWhileThereIsText) {
     EXPECT_FALSE(results()->isVisible());
     EXPECT_TRUE(search->isActive());
     type("x");
-    EXPECT_EQ(words.calls, QStringLiteral("+-+"));
+    EXPECT_EQ(words.calls, QStringLiteral("b+-+"));
     EXPECT_EQ(results()->contentHeight(), 0);
 }
 
