@@ -2,14 +2,12 @@
 
 #include <cstring>
 
-#include "store/LargePages.h"
-
 namespace store {
 
 std::shared_ptr<char[]> allocateBytes(std::size_t size) {
-    auto* bytes = static_cast<char*>(allocateForLargePages(size + Buffer::padding));
-    std::memset(bytes + size, 0, Buffer::padding);
-    return std::shared_ptr<char[]>(bytes, freeLargePages);
+    auto bytes = std::make_shared_for_overwrite<char[]>(size + Buffer::padding);
+    std::memset(bytes.get() + size, 0, Buffer::padding);
+    return bytes;
 }
 
 Buffer Buffer::copyOf(std::string_view text) {

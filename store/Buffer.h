@@ -21,7 +21,7 @@ struct Buffer {
     static Buffer adopt(std::string text);
 };
 
-// Memory for `size` bytes and the padding, only the padding written. Large ones are laid out for huge pages.
+// Memory for `size` bytes and the padding, only the padding written.
 std::shared_ptr<char[]> allocateBytes(std::size_t size);
 
 }  // namespace store

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "store/LargePages.h"
+#include "store/LargeVector.h"
 
 namespace store {
 

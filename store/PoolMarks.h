@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "store/LargePages.h"
+#include "store/LargeVector.h"
 
 namespace store {
 

@@ -126,11 +126,15 @@ void RuleList::remove(std::size_t position) {
 
 std::vector<std::size_t> RuleList::removeEqual(std::size_t position) {
     const std::vector<Number> removed = d_->storage.equalTo(d_->rows[position]);
-    auto isRemoved = [&](Number number) { return std::ranges::binary_search(removed, number); };
     std::vector<std::size_t> positions;
-    for (std::size_t row = 0; row < d_->rows.size(); ++row)
-        if (isRemoved(d_->rows[row])) positions.push_back(row);
-    std::erase_if(d_->rows, isRemoved);
+    std::size_t kept = 0;
+    for (std::size_t row = 0; row < d_->rows.size(); ++row) {
+        if (std::ranges::binary_search(removed, d_->rows[row]))
+            positions.push_back(row);
+        else
+            d_->rows[kept++] = d_->rows[row];
+    }
+    d_->rows.resize(kept);
     return positions;
 }
 

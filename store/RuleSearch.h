@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "store/LargePages.h"
+#include "store/LargeVector.h"
 #include "store/RuleStorage.h"
 
 namespace store {

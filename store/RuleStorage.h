@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "store/LargePages.h"
+#include "store/LargeVector.h"
 #include "store/PropertyList.h"
 
 namespace store {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "store/LargePages.h"
+#include "store/LargeVector.h"
 
 namespace store {
 
