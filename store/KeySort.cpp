@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <functional>
 #include <numeric>
 #include <span>
 #include <utility>
@@ -74,6 +75,21 @@ void sortByPart(std::span<Keyed> things, std::span<Keyed> spare, int shift) {
     }
 }
 
+// Calls found(first, last) for each run of more than one with the same part.
+template <class Found>
+void forEachRun(std::span<Keyed> things, Found found) {
+    for (auto first = things.begin(); first != things.end();) {
+        const auto last = std::find_if(first, things.end(), [&](const Keyed& k) { return k.part != first->part; });
+        if (last - first > 1) found(first, last);
+        first = last;
+    }
+}
+
+void sortByPlace(std::span<Keyed>::iterator first, std::span<Keyed>::iterator last) {
+    const auto byPlace = [](const Keyed& a, const Keyed& b) { return a.place < b.place; };
+    if (!std::is_sorted(first, last, byPlace)) std::sort(first, last, byPlace);
+}
+
 // Things that share the first eight bytes of their keys, which are at hand, are sorted by the next eight, and so on:
 // every key is looked at a few times only, in memory far away.
 void sortGroup(std::span<Keyed> things, std::span<Keyed> spare, const char* keys) {
@@ -90,30 +106,19 @@ void sortGroup(std::span<Keyed> things, std::span<Keyed> spare, const char* keys
         if (alike.depth > 0) loadParts(some, keys + alike.depth);
         const int known = alike.depth > 0 ? 0 : groupBits;
         sortByPart(some, spare.subspan(alike.first, alike.size), bits - known - byteBits);
-        for (auto first = some.begin(); first != some.end();) {
-            const auto last = std::find_if(first, some.end(), [&](const Keyed& k) { return k.part != first->part; });
+        forEachRun(some, [&](auto first, auto last) {
             const bool goesOn = first->part & 0xFF;
-            if (goesOn && last - first > 1)
-                left.push_back({static_cast<std::size_t>(first - things.begin()),
-                                static_cast<std::size_t>(last - first), alike.depth + step});
-            first = last;
-        }
+            if (!goesOn) return sortByPlace(first, last);
+            left.push_back({static_cast<std::size_t>(first - things.begin()), static_cast<std::size_t>(last - first),
+                            alike.depth + step});
+        });
     }
 }
 
-bool areSorted(const LargeVector<Keyed>& things, const char* keys) {
-    return std::ranges::is_sorted(
-        things, [keys](const Keyed& a, const Keyed& b) { return std::strcmp(keys + a.offset, keys + b.offset) < 0; });
-}
-
-}  // namespace
-
-void sortByKeys(LargeVector<Keyed>& things, const char* keys) {
-    // Lists are mostly read in the order in which they were last shown.
-    if (areSorted(things, keys)) return;
-    inParts(things.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
-        loadParts(std::span(things).subspan(begin, end - begin), keys);
-    });
+// Groups things by the first bits of their parts, and sorts the groups, several at the same time. `sortGroup` gets a
+// group and a spare span of the same size.
+void sortInGroups(LargeVector<Keyed>& things,
+                  const std::function<void(std::span<Keyed>, std::span<Keyed>)>& sortGroup) {
     LargeVector<Keyed> spare(things.size());
     const auto ends = group<groupBits>(things, spare, bits - groupBits);
     things.swap(spare);
@@ -122,10 +127,52 @@ void sortByKeys(LargeVector<Keyed>& things, const char* keys) {
         for (const std::size_t last : ends) {
             const std::size_t size = last - first;
             if (size > 1 && first >= begin && first < end)
-                sortGroup(std::span(things).subspan(first, size), std::span(spare).subspan(first, size), keys);
+                sortGroup(std::span(things).subspan(first, size), std::span(spare).subspan(first, size));
             first = last;
         }
     });
+}
+
+bool areSorted(const LargeVector<Keyed>& things, const char* keys) {
+    return std::ranges::is_sorted(things, [keys](const Keyed& a, const Keyed& b) {
+        const int order = std::strcmp(keys + a.offset, keys + b.offset);
+        return order != 0 ? order < 0 : a.place < b.place;
+    });
+}
+
+}  // namespace
+
+LargeVector<Keyed> keyedByNumber(const std::vector<std::uint32_t>& things) {
+    constexpr auto noPlace = UINT32_MAX;
+    const std::size_t numbers = things.empty() ? 0 : std::size_t{*std::ranges::max_element(things)} + 1;
+    LargeVector<std::uint32_t> placeOf(numbers, noPlace);
+    for (std::uint32_t place = 0; place < things.size(); ++place) placeOf[things[place]] = place;
+    LargeVector<Keyed> keyed;
+    keyed.reserve(things.size());
+    for (const std::uint32_t place : placeOf)
+        if (place != noPlace) keyed.push_back({0, 0, place});
+    return keyed;
+}
+
+void sortByParts(LargeVector<Keyed>& things) {
+    std::uint64_t all = 0;
+    for (const Keyed& keyed : things) all |= keyed.part;
+    // The first bits are to tell things apart.
+    const int unused = std::countl_zero(all | 1);
+    for (Keyed& keyed : things) keyed.part <<= unused;
+    sortInGroups(things, [](std::span<Keyed> some, std::span<Keyed> spare) {
+        sortByPart(some, spare, bits - groupBits - byteBits);
+        forEachRun(some, sortByPlace);
+    });
+}
+
+void sortByKeys(LargeVector<Keyed>& things, const char* keys) {
+    // Lists are mostly read in the order in which they were last shown.
+    if (areSorted(things, keys)) return;
+    inParts(things.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
+        loadParts(std::span(things).subspan(begin, end - begin), keys);
+    });
+    sortInGroups(things, [keys](std::span<Keyed> some, std::span<Keyed> spare) { sortGroup(some, spare, keys); });
 }
 
 }  // namespace store

@@ -39,11 +39,11 @@ private:
     // Names of ASCII characters get keys that cost next to nothing, the others real sort keys. The two kinds of key
     // cannot be compared with each other, so each is sorted for itself.
     void makeKeys() {
-        ascii_.resize(things_.size());
+        ascii_ = keyedByNumber(things_);
         std::size_t size = 0;
-        for (std::uint32_t place = 0; place < things_.size(); ++place) {
-            ascii_[place] = {0, static_cast<std::uint32_t>(size), place};
-            size += nameOf_(things_[place]).size() + 1;
+        for (Keyed& keyed : ascii_) {
+            keyed.offset = static_cast<std::uint32_t>(size);
+            size += nameOf(keyed).size() + 1;
         }
         asciiKeys_ = allocateBytes(size + behindKeys);
         const AsciiOrder* ascii = order_.asciiOrder();

@@ -4,6 +4,7 @@
 #include <numeric>
 #include <utility>
 
+#include "store/DateSort.h"
 #include "store/NameSort.h"
 #include "store/Ordering.h"
 #include "store/RuleSearch.h"
@@ -41,8 +42,7 @@ struct RuleList::Private {
             sortByName(
                 rows, [this](Number number) { return storage.rule(number); }, names);
         else
-            std::stable_sort(rows.begin(), rows.end(),
-                             [this](Number a, Number b) { return storage.dateOrder(a) > storage.dateOrder(b); });
+            sortByDate(rows, [this](Number number) { return storage.dateOrder(number); });
     }
 
     // In rows that are sorted that way, the first that belongs behind an entry.

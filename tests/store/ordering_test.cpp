@@ -4,10 +4,16 @@
 #include <unicode/ucol.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <functional>
 #include <numeric>
 #include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "store/DateSort.h"
 #include "store/NameSort.h"
 
 namespace store {
@@ -73,9 +79,17 @@ std::vector<std::string> randomNames(std::size_t count, const std::vector<std::s
     return names;
 }
 
+// Some of the numbers below `end`, in no order.
+std::vector<std::uint32_t> shuffledNumbers(std::size_t end) {
+    std::vector<std::uint32_t> numbers(end);
+    std::iota(numbers.begin(), numbers.end(), 0u);
+    std::shuffle(numbers.begin(), numbers.end(), std::mt19937(4));
+    numbers.resize(end - end / 10);
+    return numbers;
+}
+
 void expectSortedLikeTheCollator(const std::vector<std::string>& names, const NameOrder& order) {
-    std::vector<std::uint32_t> expected(names.size());
-    std::iota(expected.begin(), expected.end(), 0u);
+    std::vector<std::uint32_t> expected = shuffledNumbers(names.size());
     std::vector<std::uint32_t> sorted = expected;
     std::stable_sort(expected.begin(), expected.end(),
                      [&](auto a, auto b) { return order.compare(names[a], names[b]) < 0; });
@@ -101,6 +115,39 @@ TEST(Ordering, SortsLikeTheCollatorInEveryLocale) {
 TEST(Ordering, SortsManyLikeTheCollator) {
     expectSortedLikeTheCollator(randomNames(120'000, {"", "www.", "*static.images.", "aaaaaaaaaaaaaaaaaaaaaaaa"}),
                                 NameOrder("en_US"));
+}
+
+// The names themselves are in order, but those that compare as the same are not shown in that order.
+TEST(Ordering, KeepsTheOrderOfEqualNames) {
+    std::vector<std::string> names;
+    for (int i = 0; i < 2000; ++i) names.push_back((i % 2 ? "NAME" : "name") + std::to_string(1000 + i / 2));
+    expectSortedLikeTheCollator(names, NameOrder("en_US"));
+}
+
+TEST(Ordering, SortsDatesLikeAPlainSort) {
+    constexpr std::int64_t none = INT64_MIN;
+    constexpr std::int64_t latest = INT64_MAX;
+    std::mt19937_64 random(7);
+    const std::pair<const char*, std::function<std::int64_t()>> kinds[]{
+        {"of a few years", [&] { return 1'700'000'000 + std::int64_t(random() % 100'000'000); }},
+        {"mostly the same", [&] { return random() % 100 ? 1'700'000'000 : std::int64_t(random() % 5); }},
+        {"the same", [] { return 5; }},
+        {"none", [] { return none; }},
+        {"some", [&] { return random() % 3 ? -std::int64_t(random() % 1000) : none; }},
+        {"any", [&] {
+             return std::array{none, none + 1, latest, std::int64_t(random())}[random() % 4];
+         }}};
+    for (const auto& [kind, made] : kinds) {
+        for (const std::size_t count : {0, 1, 30, 500, 120'000}) {
+            std::vector<std::int64_t> dates(count);
+            std::ranges::generate(dates, made);
+            std::vector<std::uint32_t> expected = shuffledNumbers(count);
+            std::vector<std::uint32_t> sorted = expected;
+            std::ranges::stable_sort(expected, std::greater(), [&](std::uint32_t each) { return dates[each]; });
+            sortByDate(sorted, [&](std::uint32_t each) { return dates[each]; });
+            EXPECT_EQ(sorted, expected) << count << " dates: " << kind;
+        }
+    }
 }
 
 }  // namespace
