@@ -95,7 +95,11 @@ void RuleStorage::write(XmlWriter& writer, const std::vector<Number>& numbers) c
         return [this, &numbers, &part, entries = RuleEntryWriter(part)](std::size_t begin, std::size_t end) mutable {
             for (std::size_t each = begin; each < end; ++each) {
                 if (each + entryAhead < numbers.size()) __builtin_prefetch(&entries_[numbers[each + entryAhead]]);
-                if (each + textAhead < numbers.size()) __builtin_prefetch(rule(numbers[each + textAhead]).data());
+                if (each + textAhead < numbers.size()) {
+                    const std::string_view text = rule(numbers[each + textAhead]);
+                    __builtin_prefetch(text.data());
+                    __builtin_prefetch(text.data() + text.size());
+                }
                 const Number number = numbers[each];
                 if (entries_[number].isPlain)
                     entries.write(rule(number), date(number));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -37,6 +39,35 @@ inline const char* skipPlainText(const char* p) {
     }
 #else
     return skipPlainTextBytewise(p);
+#endif
+}
+
+// How many bytes at a text's beginning are plain, and no '>' either: they stand for themselves wherever they are
+// written.
+inline std::size_t plainTextSizeBytewise(std::string_view text) {
+    const auto isOther = [](char c) { return static_cast<signed char>(c) < ' ' || c == '<' || c == '>' || c == '&'; };
+    return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isOther) - text.begin());
+}
+
+// The same, sixteen bytes at a time; the last ones may be looked at twice.
+inline std::size_t plainTextSize(std::string_view text) {
+#if defined(__SSE2__)
+    constexpr std::size_t step = 16;
+    if (text.size() < step) return plainTextSizeBytewise(text);
+    const __m128i space = _mm_set1_epi8(' ');
+    const __m128i tag = _mm_set1_epi8('<');
+    const __m128i tagEnd = _mm_set1_epi8('>');
+    const __m128i reference = _mm_set1_epi8('&');
+    for (std::size_t at = 0;; at = std::min(at + step, text.size() - step)) {
+        __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
+        __m128i found = _mm_or_si128(_mm_or_si128(_mm_cmplt_epi8(bytes, space), _mm_cmpeq_epi8(bytes, reference)),
+                                     _mm_or_si128(_mm_cmpeq_epi8(bytes, tag), _mm_cmpeq_epi8(bytes, tagEnd)));
+        if (int mask = _mm_movemask_epi8(found))
+            return at + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(mask)));
+        if (at + step == text.size()) return text.size();
+    }
+#else
+    return plainTextSizeBytewise(text);
 #endif
 }
 

@@ -1,16 +1,13 @@
 #include "store/XmlWriter.h"
 
 #include <algorithm>
-#include <array>
-#include <atomic>
-#include <deque>
 #include <vector>
 
 #include "store/Parts.h"
 #include "store/Scalars.h"
 #include "store/Sink.h"
-#include "store/Turns.h"
 #include "store/Utf.h"
+#include "store/XmlText.h"
 
 namespace store {
 
@@ -21,14 +18,6 @@ constexpr std::string_view header =
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
     "<plist version=\"1.0\">\n";
 constexpr std::string_view footer = "</plist>\n";
-
-// Bytes that stand for themselves.
-constexpr auto isPlain = [] {
-    std::array<bool, 256> plain{};
-    for (int c = ' '; c < 0x80; ++c) plain[static_cast<std::size_t>(c)] = c != '<' && c != '>' && c != '&';
-    plain['\t'] = plain['\n'] = true;
-    return plain;
-}();
 
 template <class... Functions>
 struct Overloaded : Functions... {
@@ -54,7 +43,8 @@ struct XmlWriter::Container {
     std::string_view tag() const { return array ? "array" : "dict"; }
 };
 
-XmlWriter::XmlWriter(Sink& sink) : sink_(sink), bytes_(std::make_unique_for_overwrite<char[]>(capacity)) {}
+XmlWriter::XmlWriter(Sink& sink, std::size_t depth)
+    : sink_(sink), bytes_(std::make_unique_for_overwrite<char[]>(capacity)), depth_(depth) {}
 
 void XmlWriter::document(const Dictionary& dictionary) {
     raw(header);
@@ -181,60 +171,13 @@ void XmlWriter::scalar(const Value& value) {
                value.content_);
 }
 
-namespace {
-
-// The sink of one of several writers: what is written reaches the common one only in the writer's turn.
-class TurnSink : public Sink {
-public:
-    TurnSink(Turns& turns, Sink& sink) : turns_(turns), sink_(sink) {}
-
-    void setTurn(std::size_t turn) { turn_ = turn; }
-    void write(std::string_view bytes) override {
-        turns_.await(turn_);
-        sink_.write(bytes);
-    }
-
-private:
-    Turns& turns_;
-    Sink& sink_;
-    std::size_t turn_ = 0;
-};
-
-}  // namespace
-
-// One of several that write blocks.
-struct XmlWriter::BlockWriter {
-    BlockWriter(Turns& turns, Sink& common, std::size_t depth) : sink(turns, common), writer(sink) {
-        writer.depth_ = depth;
-    }
-
-    TurnSink sink;
-    XmlWriter writer;
-    BlockWork work;
-};
-
-void XmlWriter::inBlocks(std::size_t count, const std::function<BlockWork(XmlWriter&)>& workFor) {
-    constexpr std::size_t blockSize = 400;      // elements; of rules, so many fit into a writer's memory
+void XmlWriter::inBlocks(std::size_t count, const std::function<XmlBlocks::Work(XmlWriter&)>& workFor) {
     constexpr std::size_t worthwhile = 50'000;  // elements, for a thread of their own
+    constexpr std::size_t ahead = 8;            // blocks that one may lay out before others have ended theirs
     flush();
-    Turns turns;
-    std::deque<BlockWriter> writers;
-    for (std::size_t parts = partsWorthwhile(count, worthwhile); writers.size() < parts;) {
-        BlockWriter& added = writers.emplace_back(turns, sink_, depth_);
-        added.work = workFor(added.writer);
-    }
-    // Blocks go to whoever is free: one begun is always ended, so that no turn waits for ever.
-    std::atomic<std::size_t> next = 0;
-    inAll(writers.size(), [&](std::size_t each) {
-        BlockWriter& own = writers[each];
-        for (std::size_t block = next++; block * blockSize < count; block = next++) {
-            own.sink.setTurn(block);
-            own.work(block * blockSize, std::min((block + 1) * blockSize, count));
-            own.writer.flush();
-            turns.await(block);
-            turns.pass();
-        }
-    });
+    const std::size_t parts = partsWorthwhile(count, worthwhile);
+    XmlBlocks blocks(sink_, depth_, count, parts == 1 ? 1 : parts * ahead, workFor);
+    inAll(parts, [&](std::size_t) { blocks.write(); });
 }
 
 void XmlWriter::date(Date date) {
@@ -254,15 +197,14 @@ void XmlWriter::data(const std::vector<std::byte>& data) {
 
 void XmlWriter::escaped(std::string_view text) {
     while (!text.empty()) {
-        std::size_t run = 0;
-        while (run < text.size() && isPlain[static_cast<unsigned char>(text[run])]) ++run;
-        raw(text.substr(0, run));
-        text.remove_prefix(run);
+        const std::size_t plain = plainTextSize(text);
+        raw(text.substr(0, plain));
+        text.remove_prefix(plain);
         if (!text.empty()) character(text);
     }
 }
 
-// The first character of the rest, which is not plain.
+// The first character of the rest, which may not stand for itself.
 void XmlWriter::character(std::string_view& rest) {
     Utf8Character next = decodeUtf8(rest.data(), rest.data() + rest.size());
     std::string_view bytes = rest.substr(0, std::max(next.length, 1u));

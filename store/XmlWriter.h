@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "store/PropertyList.h"
+#include "store/XmlBlocks.h"
 
 namespace store {
 
@@ -19,7 +20,7 @@ class Sink;
 // Bytes are gathered; `flush` hands over the last ones.
 class XmlWriter {
 public:
-    explicit XmlWriter(Sink& sink);
+    explicit XmlWriter(Sink& sink, std::size_t depth = 0);
 
     void document(const Dictionary& dictionary);
     // One value with its indentation and line end.
@@ -34,12 +35,9 @@ public:
     void line(std::string_view text);
     void key(std::string_view text);
     void string(std::string_view text);
-    // Writes so many elements in blocks, several at the same time where that pays off. `workFor` is called in the
-    // beginning, on the calling thread, for each writer that takes part, and returns what writes elements from one
-    // number to another with that writer; they come out in the order of their numbers. That is called on any thread
-    // and must not throw.
-    using BlockWork = std::function<void(std::size_t begin, std::size_t end)>;
-    void inBlocks(std::size_t count, const std::function<BlockWork(XmlWriter&)>& workFor);
+    // So many elements, in the order of their numbers; where that pays off, several writers lay them out at the same
+    // time. `workFor` is called in the beginning, on the calling thread, for each of these.
+    void inBlocks(std::size_t count, const std::function<XmlBlocks::Work(XmlWriter&)>& workFor);
     // The tabs before an element at the present depth. From some depth on they would be most of the text: there are no
     // more of them.
     std::string indentation() const { return std::string(tabCount(), '\t'); }
@@ -49,7 +47,6 @@ public:
     void outdent() { --depth_; }
 
 private:
-    struct BlockWriter;
     struct Container;
     static constexpr std::size_t capacity = 64 * 1024;
     static constexpr std::size_t mostTabs = 64;
@@ -67,7 +64,7 @@ private:
     Sink& sink_;
     std::unique_ptr<char[]> bytes_;
     std::size_t used_ = 0;
-    std::size_t depth_ = 0;
+    std::size_t depth_;
 };
 
 inline void XmlWriter::raw(std::string_view text) {

@@ -292,13 +292,14 @@ TEST(PropertyListReading, NeedsNoTimeForManyAttributesAndEntities) {
     EXPECT_EQ(error.reason, ReadFailure::unknownReference);
 }
 
-// The scanner that takes sixteen bytes at a time stops where the simple one does.
-TEST(PropertyListReading, SkipsTextAsTheSimpleScannerDoes) {
+// The scanners that take sixteen bytes at a time stop where the simple ones do.
+TEST(PropertyListReading, SkipsTextAsTheSimpleScannersDo) {
     for (std::size_t length = 0; length < 70; ++length) {
         for (int byte = 0; byte < 256; ++byte) {
             Buffer text = Buffer::copyOf(std::string(length, 'x') + static_cast<char>(byte) + "x<");
             EXPECT_EQ(skipPlainText(text.bytes.get()), skipPlainTextBytewise(text.bytes.get()))
                 << length << " " << byte;
+            EXPECT_EQ(plainTextSize(text.view()), plainTextSizeBytewise(text.view())) << length << " " << byte;
         }
     }
 }
