@@ -1,91 +1,116 @@
 #include "store/PoolMarks.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "store/Parts.h"
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace store {
 
 namespace {
 
-// So many places are looked at in one go, by a loop that a compiler makes vector instructions of, since its length is
-// fixed and it has no branch.
+// So many places are marked by one call, and so many strides before anything is asked.
 constexpr std::size_t stride = 4096;
+constexpr std::size_t stridesAtOnce = 4;
 constexpr std::size_t farthestProbe = 63;
-constexpr std::size_t worthwhile = 256;  // strides, for a thread of their own
-using Flags = std::uint8_t[stride];
+constexpr std::size_t step = 16;  // places that are looked at in one go
 
-// The flags of eight places, each 0 or 1, as the bits of a byte.
-std::uint8_t packed(const std::uint8_t* flags) {
-    static_assert(std::endian::native == std::endian::little);
-    constexpr std::uint64_t gather = 0x0102040810204080;
-    std::uint64_t word;
-    std::memcpy(&word, flags, sizeof word);
-    return static_cast<std::uint8_t>((word * gather) >> 56);
+#if defined(__SSE2__)
+
+using Places = __m128i;
+
+// Places where, with some bits set, a byte is the wanted one.
+Places placesOf(const char* text, std::uint8_t wanted, std::uint8_t set) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+    return _mm_cmpeq_epi8(_mm_or_si128(bytes, _mm_set1_epi8(static_cast<char>(set))),
+                          _mm_set1_epi8(static_cast<char>(wanted)));
+}
+
+std::uint16_t bitsOf(Places places) {
+    return static_cast<std::uint16_t>(_mm_movemask_epi8(places));
+}
+
+#else
+
+using Places = unsigned;
+
+Places placesOf(const char* text, std::uint8_t wanted, std::uint8_t set) {
+    Places places = 0;
+    for (std::size_t i = 0; i < step; ++i)
+        places |= unsigned{(static_cast<std::uint8_t>(text[i]) | set) == wanted} << i;
+    return places;
+}
+
+std::uint16_t bitsOf(Places places) {
+    return static_cast<std::uint16_t>(places);
+}
+
+#endif
+
+Places otherThanAscii(const char* text) {
+    return placesOf(text, 0xFF, 0x7F);
 }
 
 // A byte of a lowered text; ASCII letters stand for either case.
 struct Probe {
     Probe(char lowered)
         : wanted(static_cast<std::uint8_t>(lowered)), caseBit(lowered >= 'a' && lowered <= 'z' ? 0x20 : 0) {}
-    bool isAt(const char* text) const { return (static_cast<std::uint8_t>(*text) | caseBit) == wanted; }
+    Places places(const char* text) const { return placesOf(text, wanted, caseBit); }
 
     std::uint8_t wanted;
     std::uint8_t caseBit;
 };
 
+// A stride's marks, from what says for sixteen places from one on which are marked.
+template <class Marked>
+void markStride(std::uint8_t* bits, const char* text, Marked marked) {
+    for (std::size_t i = 0; i < stride; i += step) {
+        const std::uint16_t sixteen = bitsOf(marked(text + i));
+        std::memcpy(bits + i / 8, &sixteen, sizeof sixteen);
+    }
+}
+
 }  // namespace
 
-PoolMarks::PoolMarks(std::string_view pool) : pool_(pool), bytes_(pieces() * stride / 8 + sizeof(std::uint64_t)) {
+PoolMarks::PoolMarks(std::string_view pool, Mark mark) : pool_(pool), mark_(std::move(mark)) {}
+
+void PoolMarks::move(std::size_t begin, std::size_t end) {
+    begin_ = begin / stride * stride;
+    const std::size_t strides = std::max((end - begin_ + stride - 1) / stride, stridesAtOnce);
+    end_ = begin_ + strides * stride;
+    bytes_.resize(strides * stride / 8 + sizeof(std::uint64_t));
     std::fill_n(bytes_.rbegin(), sizeof(std::uint64_t), std::uint8_t{0});
-}
-
-std::size_t PoolMarks::pieces() const {
-    return (pool_.size() + stride - 1) / stride;
-}
-
-// mark(flags, text) sets the flags of a stride of text, behind which farthestProbe bytes more can be looked at.
-template <typename Mark>
-void PoolMarks::mark(std::size_t firstPiece, std::size_t endPiece, Mark mark) {
-    Flags flags;
-    for (std::size_t each = firstPiece; each < endPiece; ++each) {
-        const std::string_view text = pool_.substr(each * stride, stride + farthestProbe);
+    for (std::size_t at = begin_; at < end_; at += stride) {
+        const std::string_view text = pool_.substr(std::min(at, pool_.size()), stride + farthestProbe);
         char padded[stride + farthestProbe] = {};
         const bool isWhole = text.size() == sizeof padded;
         if (!isWhole) text.copy(padded, text.size());
-        mark(flags, isWhole ? text.data() : padded);
-        std::uint8_t* to = bytes_.data() + each * stride / 8;
-        for (std::size_t i = 0; i < stride; i += 8) *to++ = packed(flags + i);
+        mark_(bytes_.data() + (at - begin_) / 8, isWhole ? text.data() : padded);
     }
 }
 
 PoolMarks PoolMarks::ofOtherThanAscii(std::string_view pool) {
-    PoolMarks marks(pool);
-    inParts(marks.pieces(), worthwhile, [&marks](std::size_t first, std::size_t end) {
-        marks.mark(first, end, [](Flags& flags, const char* text) {
-            for (std::size_t i = 0; i < stride; ++i) flags[i] = static_cast<std::uint8_t>(text[i]) >> 7;
-        });
-    });
-    return marks;
+    return {pool, [](auto* bits, auto* text) { markStride(bits, text, otherThanAscii); }};
 }
 
-void PoolMarks::markStarts(std::string_view lowered, std::size_t firstPiece, std::size_t endPiece) {
+PoolMarks PoolMarks::ofStarts(std::string_view pool, std::string_view lowered) {
     const std::size_t last = std::min(lowered.size() - 1, farthestProbe);
     const Probe first(lowered[0]);
     const Probe end(lowered[last]);
     if (last <= 1) {
-        mark(firstPiece, endPiece, [=](Flags& flags, const char* text) {
-            for (std::size_t i = 0; i < stride; ++i) flags[i] = first.isAt(text + i) & end.isAt(text + last + i);
-        });
-        return;
+        return {pool, [=](auto* bits, auto* text) {
+                    markStride(bits, text, [=](const char* at) { return first.places(at) & end.places(at + last); });
+                }};
     }
     const Probe second(lowered[1]);
     const Probe third(lowered[2]);
-    mark(firstPiece, endPiece, [=](Flags& flags, const char* text) {
-        for (std::size_t i = 0; i < stride; ++i)
-            flags[i] =
-                first.isAt(text + i) & second.isAt(text + 1 + i) & third.isAt(text + 2 + i) & end.isAt(text + last + i);
-    });
+    return {pool, [=](auto* bits, auto* text) {
+                markStride(bits, text, [=](const char* at) {
+                    return first.places(at) & second.places(at + 1) & third.places(at + 2) & end.places(at + last);
+                });
+            }};
 }
 
 }  // namespace store

@@ -89,7 +89,8 @@ TEST(Search, KeepsTextsApart) {
 // Texts around the sizes in which a pool is looked at, with what is searched at their ends.
 TEST(Search, FindsAtEveryPlaceOfAnyLength) {
     std::vector<std::string> rules;
-    for (const std::size_t size : {1, 3, 7, 8, 55, 56, 57, 63, 64, 65, 111, 112, 113, 4095, 4096, 4097, 9000}) {
+    for (const std::size_t size :
+         {1, 3, 7, 8, 55, 56, 57, 63, 64, 65, 111, 112, 113, 4095, 4096, 4097, 16383, 16384, 16385, 40000}) {
         for (const char* wanted : {"Q", "qX", "Qxy", "qxyZ", "qxyzW"}) {
             const std::string_view text(wanted);
             if (text.size() > size) continue;
