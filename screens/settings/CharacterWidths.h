@@ -6,7 +6,8 @@
 
 namespace screens {
 
-// How far each character of a font moves the next one, measured once per character. Points.
+// How far each character of a font moves the next one, measured once per character, by the thread that made this.
+// Points.
 class CharacterWidths {
 public:
     explicit CharacterWidths(const QFont& font);
@@ -14,9 +15,12 @@ public:
     const QFont& font() const { return font_; }
 
     float of(char32_t character) {
-        const float width = widths_[character];
+        const float width = measured(character);
         return width >= 0 ? width : measure(character);
     }
+
+    // Negative for a character that was not measured yet. May be asked by several threads as long as none measures.
+    float measured(char32_t character) const { return widths_[character]; }
 
 private:
     float measure(char32_t character);

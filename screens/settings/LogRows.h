@@ -14,8 +14,9 @@ class CharacterWidths;
 // ideographs where there are any in the row, otherwise between any two characters. Spaces at the end of a row hang
 // over its edge. A row is never longer than 1,024 units, however little room they take.
 //
-// One pass over the text finds the rows; of every 32nd the beginning is kept, the others are found again from there.
-// So any row costs the same, and the memory is a small part of the text's.
+// One pass over the text finds the rows, in pieces at the same time where it is long; of about every 32nd the beginning
+// is kept, the others are found again from there. So any row costs the same, and the memory is a small part of the
+// text's.
 class LogRows {
 public:
     struct Row {
@@ -34,7 +35,29 @@ public:
     std::size_t rowAt(std::size_t position) const;
 
 private:
+    // A row whose beginning is kept.
+    struct Mark {
+        std::uint32_t row;
+        std::uint32_t begin;
+    };
+    // Some of the text, from one line's beginning to another's or to the text's end.
+    struct Piece {
+        std::size_t begin;
+        std::size_t end;
+        std::size_t count = 0;                   // of its rows
+        std::vector<std::uint32_t> begins = {};  // of its rows 0, 32, 64, ...
+        bool isWrapped = false;
+    };
+
+    template <class WidthOf>
+    Row rowFrom(std::size_t begin, WidthOf widthOf) const;
     Row rowFrom(std::size_t begin) const;
+    template <class WidthOf>
+    void wrap(Piece& piece, WidthOf widthOf) const;
+    void measureAndWrap(Piece& piece);
+    void wrapAsMeasured(Piece& piece) const;
+    void wrapTogether(std::vector<Piece>& pieces) const;
+    std::vector<Piece> pieces() const;
     bool isLast(const Row& row) const;
 
     const LogText& text_;
@@ -42,7 +65,7 @@ private:
     float width_;
     float tabDistance_;
     std::size_t count_ = 0;
-    std::vector<std::uint32_t> begins_;  // of rows 0, 32, 64, ...
+    std::vector<Mark> marks_;
 };
 
 }  // namespace screens

@@ -104,6 +104,45 @@ TEST_F(LogRowsTest, AnyRowAndPositionIsFoundFromTheNearestOneKept) {
     EXPECT_TRUE(rows.rows(rows.count(), 3).empty());
 }
 
+// A text that is wrapped in pieces, with what was not measured before and lines of every kind on their edges.
+TEST_F(LogRowsTest, AreTheSameInPiecesAsLineByLine) {
+    const float width = 10.5F * widths.of('0');
+    const QStringList lines{{},
+                            QStringLiteral("0123456789 0123"),
+                            QString(3000, u'w'),
+                            QStringLiteral("a\r"),
+                            QStringLiteral("\U0001F600 \u4E00\u4E8C-\t."),
+                            QStringLiteral("word and words")};
+    for (const bool endsWithLine : {false, true}) {
+        QString string;
+        std::vector<std::size_t> expected;
+        for (int each = 0; string.size() < 5'000'000; ++each) {
+            const bool isRare = each % 5 == 4 && string.size() < 3'000'000;
+            const QString line = isRare ? QString(QChar(0x100 + each % 0x1000)) : lines[each * 7 % 6];
+            const LogText text = textOf(line);
+            const LogRows rows(text, widths, width, 28);
+            for (const auto& row : rows.rows(0, rows.count()))
+                expected.push_back(std::size_t(string.size()) + row.begin);
+            if (line.endsWith(u'\r')) expected.pop_back();  // what follows is no line of its own
+            string += line + u'\n';
+        }
+        if (endsWithLine)
+            expected.push_back(std::size_t(string.size()));
+        else
+            string.chop(1);
+        const LogText text = textOf(string);
+        screens::CharacterWidths notMeasured(widths.font());
+        const LogRows rows(text, notMeasured, width, 28);
+        ASSERT_EQ(rows.count(), expected.size());
+        const auto all = rows.rows(0, rows.count());
+        for (std::size_t row = 0; row < all.size(); ++row) ASSERT_EQ(all[row].begin, expected[row]) << row;
+        for (std::size_t row = 0; row < all.size(); row += 997) {
+            ASSERT_EQ(rows.rows(row, 1).front().begin, expected[row]);
+            ASSERT_EQ(rows.rowAt(expected[row]), row);
+        }
+    }
+}
+
 class LogViewTest : public testing::Test {
 protected:
     screens::LogTextView* open(const std::optional<std::string>& bytes) {
