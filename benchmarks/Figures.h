@@ -14,6 +14,7 @@ using Work = std::function<Figures()>;
 inline constexpr int fewestRounds = 5;
 
 double median(std::vector<double> values);
+double mean(const std::vector<double>& values);
 
 // Does the works in turn, round after round, so that whatever else the machine is doing strikes all of them alike, and
 // settles the machine before each. The median of every figure.
