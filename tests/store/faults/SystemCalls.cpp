@@ -3,12 +3,14 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -19,9 +21,11 @@ namespace {
 
 Fault waiting;
 int atCall = 0;
-bool isArmed = false;
 bool linksAreRefused = false;
-Seen seen;
+// Of all threads, one of which may outlive the change: it lets go of the file.
+std::atomic<bool> isArmed;
+std::atomic<int> calls;
+std::atomic<long> faultAt;
 
 void die() {
     syscall(SYS_kill, getpid(), SIGKILL);
@@ -30,15 +34,20 @@ void die() {
 // Counts a call; the fault, when it is this call's turn.
 Effect next() {
     if (!isArmed) return Effect::nothing;
-    ++seen.calls;
-    const bool lasts = waiting.effect == Effect::failsFromNow && seen.calls > atCall;
-    return seen.calls == atCall || lasts ? waiting.effect : Effect::nothing;
+    const int now = ++calls;
+    const bool lasts = waiting.effect == Effect::failsFromNow && now > atCall;
+    return now == atCall || lasts ? waiting.effect : Effect::nothing;
+}
+
+void met(long number) {
+    long none = 0;
+    faultAt.compare_exchange_strong(none, number);
 }
 
 bool fails(Effect effect, long number) {
     if (effect == Effect::kills) die();
     if (effect != Effect::fails && effect != Effect::failsFromNow) return false;
-    if (seen.faultAt == 0) seen.faultAt = number;
+    met(number);
     errno = waiting.error;
     return true;
 }
@@ -53,7 +62,7 @@ template <class Run>
 ssize_t callFor(long number, std::size_t size, Run run) {
     const Effect effect = next();
     const bool isShort = effect == Effect::isShort && size > 1;
-    if (isShort) seen.faultAt = number;
+    if (isShort) met(number);
     if (effect == Effect::kills) run(size / 2);
     return fails(effect, number) ? -1 : run(isShort ? size / 2 : size);
 }
@@ -64,13 +73,14 @@ void arm(Fault fault, int at, bool refusesLinks) {
     waiting = fault;
     atCall = at;
     linksAreRefused = refusesLinks;
-    seen = {};
+    calls = 0;
+    faultAt = 0;
     isArmed = true;
 }
 
 Seen disarm() {
     isArmed = false;
-    return seen;
+    return {calls, faultAt};
 }
 
 }  // namespace faults
@@ -97,6 +107,9 @@ int open(const char* path, int flags, ...) {
 ssize_t read(int file, void* to, size_t size) {
     return callFor(SYS_read, size, [&](size_t part) { return syscall(SYS_read, file, to, part); });
 }
+ssize_t pread(int file, void* to, size_t size, off_t at) {
+    return callFor(SYS_pread64, size, [&](size_t part) { return syscall(SYS_pread64, file, to, part, at); });
+}
 ssize_t write(int file, const void* from, size_t size) {
     return callFor(SYS_write, size, [&](size_t part) { return syscall(SYS_write, file, from, part); });
 }
@@ -110,6 +123,22 @@ int close(int file) {
     const int result = int(syscall(SYS_close, file));
     if (fails) errno = error;
     return fails ? -1 : result;
+}
+int fcntl(int file, int command, ...) {
+    va_list arguments;
+    va_start(arguments, command);
+    void* argument = va_arg(arguments, void*);
+    va_end(arguments);
+    return int(call(SYS_fcntl, file, command, argument));
+}
+// Memory without a file is not a matter of files.
+void* mmap(void* address, size_t size, int protection, int flags, int file, off_t at) noexcept {
+    const bool isOfFile = (flags & MAP_ANONYMOUS) == 0;
+    if (isOfFile && faults::fails(faults::next(), SYS_mmap)) return MAP_FAILED;
+    return reinterpret_cast<void*>(syscall(SYS_mmap, address, size, protection, flags, file, at));
+}
+int madvise(void* address, size_t size, int advice) noexcept {
+    return int(call(SYS_madvise, address, size, advice));
 }
 int fsync(int) {
     return faults::fails(faults::next(), SYS_fsync) ? -1 : 0;
