@@ -14,6 +14,10 @@ if(VEXMOR_SANITIZE)
   add_link_options(-fsanitize=${VEXMOR_SANITIZE})
 endif()
 
+if(VEXMOR_FUZZ)
+  add_compile_definitions(FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION)
+endif()
+
 # A compiler cache makes rebuilding in a second checkout a matter of seconds; builds do without it as well.
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)

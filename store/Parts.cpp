@@ -24,6 +24,7 @@ void doPart(const Phase& phase, std::size_t part, std::size_t parts) {
 // theirs is to be done by others.
 std::vector<std::jthread> startOthers(std::size_t parts, const std::function<void(std::size_t)>& work) {
     std::vector<std::jthread> others;
+    if (isFuzzed) return others;
     try {
         others.reserve(parts);
         for (std::size_t part = 1; part < parts; ++part) others.push_back(startBeside([work, part] { work(part); }));
@@ -36,8 +37,8 @@ std::vector<std::jthread> startOthers(std::size_t parts, const std::function<voi
 }  // namespace
 
 std::size_t partsWorthwhile(std::size_t count, std::size_t worthwhile) {
-    const std::size_t processors = std::max(1u, std::thread::hardware_concurrency());
-    return std::clamp<std::size_t>(count / worthwhile, 1, processors);
+    const std::size_t processors = isFuzzed ? 3 : std::max(1u, std::thread::hardware_concurrency());
+    return std::clamp<std::size_t>(count / partSize(worthwhile), 1, processors);
 }
 
 void inPhases(std::size_t parts, std::initializer_list<Phase> phases) {

@@ -1,10 +1,24 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
 
 namespace store {
+
+// A fuzzer's inputs are small. In its build they are gone through in parts all the same, as large ones are elsewhere,
+// but by one thread, so that an input always takes the same way.
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
+inline constexpr bool isFuzzed = true;
+#else
+inline constexpr bool isFuzzed = false;
+#endif
+
+// The size of a part that is so large for everybody but a fuzzer.
+constexpr std::size_t partSize(std::size_t usual) {
+    return isFuzzed ? std::max<std::size_t>(usual / 4096, 1) : usual;
+}
 
 // Work on the numbers below `count`, any part of which can be done at the same time as the others. Must not throw.
 struct Phase {

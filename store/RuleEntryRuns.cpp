@@ -12,7 +12,7 @@ namespace store {
 
 namespace {
 
-constexpr std::size_t pieceSize = std::size_t{1} << 20;
+constexpr std::size_t pieceSize = partSize(std::size_t{1} << 20);
 constexpr std::size_t worthwhile = std::size_t{4} << 20;
 
 // The "<dict>" on the first line behind an entry's end from here on. There may be none.
@@ -41,7 +41,7 @@ RuleEntryRun runAt(const char* dict, const char* pieceEnd) {
 
 // The piece's runs, but for short ones, from an entry on.
 std::vector<RuleEntryRun> runsFrom(const char* dict, const char* pieceEnd) {
-    constexpr std::size_t fewest = 16;
+    constexpr std::size_t fewest = isFuzzed ? 2 : 16;
     std::vector<RuleEntryRun> runs;
     while (dict) {
         const RuleEntryRun run = runAt(dict, pieceEnd);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "store/Parts.h"
 #include "store/Sink.h"
 #include "store/XmlWriter.h"
 
@@ -10,7 +11,7 @@ namespace store {
 
 namespace {
 
-constexpr std::size_t blockSize = 400;  // elements; of rules, so many fit into a writer's memory
+constexpr std::size_t blockSize = partSize(400);  // elements; of rules, so many fit into a writer's memory
 
 }  // namespace
 

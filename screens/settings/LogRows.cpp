@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::size_t longestRow = 1024;
 constexpr std::size_t rowsPerMark = 32;
-constexpr std::size_t pieceSize = std::size_t{1} << 20;  // units at least
-constexpr std::size_t piecesWorthwhile = 2;              // for a thread of their own
+constexpr std::size_t pieceSize = store::partSize(std::size_t{1} << 20);  // units at least
+constexpr std::size_t piecesWorthwhile = 2;                               // for a thread of their own
 constexpr char32_t firstIdeograph = 0x2E80;
 
 // A line does not break before or behind it, unless there is no other place.
