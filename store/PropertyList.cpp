@@ -181,7 +181,8 @@ Slice sliceOf(const Value& value) {
     writer.value(value);
     writer.flush();
     const Buffer text = sink.take();
-    return {text.bytes, text.bytes.get(), text.bytes.get() + text.size};
+    return {std::make_shared<const SlicedText>(SlicedText{text.bytes, nullptr}), text.bytes.get(),
+            text.bytes.get() + text.size};
 }
 
 const Value* Dictionary::find(std::string_view key) const {

@@ -26,6 +26,7 @@ using Date = std::chrono::sys_seconds;
 enum class Kind { string, boolean, date, data, integer, real, array, dictionary };
 
 class Dictionary;
+class RuleEntryRuns;
 class Value;
 class XmlWriter;
 
@@ -42,10 +43,16 @@ public:
     virtual void writeElements(XmlWriter& writer) const = 0;
 };
 
+// What slices are parts of.
+struct SlicedText {
+    std::shared_ptr<const char[]> bytes;
+    std::shared_ptr<const RuleEntryRuns> runs;  // nullptr when nobody has looked for them
+};
+
 // Part of a text that was read and checked: an element. Keeps the text alive. Large dictionaries hold little else, so
 // it is small: what kind of element it is stands in the text.
 struct Slice {
-    std::shared_ptr<const char[]> text;
+    std::shared_ptr<const SlicedText> text;
     const char* begin = nullptr;  // at the element's opening tag
     const char* end = nullptr;    // behind its closing tag
 };

@@ -74,9 +74,11 @@ RuleEntryRuns::RuleEntryRuns(const char* dict, const char* end) {
     for (const std::vector<RuleEntryRun>& runs : pieces) runs_.insert(runs_.end(), runs.begin(), runs.end());
 }
 
-const RuleEntryRun* RuleEntryRuns::at(const char* dict) {
-    while (next_ < runs_.size() && runs_[next_].begin < dict) ++next_;
-    return next_ < runs_.size() && runs_[next_].begin == dict ? &runs_[next_] : nullptr;
+const RuleEntryRun* RuleEntryRuns::Guide::at(const char* dict) {
+    if (!runs_) runs_ = std::make_shared<const RuleEntryRuns>(dict, end_);
+    const std::vector<RuleEntryRun>& runs = runs_->runs_;
+    while (next_ < runs.size() && runs[next_].begin < dict) ++next_;
+    return next_ < runs.size() && runs[next_].begin == dict ? &runs[next_] : nullptr;
 }
 
 }  // namespace store

@@ -16,7 +16,8 @@ namespace store {
 // Goes through an array's text once, taking entries apart as far as a list needs them.
 class RuleReader {
 public:
-    RuleReader(const Slice& array, RuleStorage& storage) : array_(array), scanner_(array), storage_(storage) {
+    RuleReader(const Slice& array, RuleStorage& storage)
+        : scanner_(array), runs_(array.text->runs, array.end), storage_(storage) {
         std::size_t count = static_cast<std::size_t>(array.end - array.begin) / typicalEntry;
         storage_.entries_.reserve(count);
         storage_.pool_.reserve(count * typicalRule);
@@ -50,8 +51,8 @@ private:
 
     // Entries as they are written take about 140 bytes, of which a rule is a sixth. Rather more is reserved: what is
     // not used costs nothing, but to grow is to copy it all.
-    static constexpr std::size_t typicalEntry = 128;
-    static constexpr std::size_t typicalRule = 40;
+    static constexpr std::size_t typicalEntry = 96;
+    static constexpr std::size_t typicalRule = 32;
 
     // What one entry says.
     struct Reading {
@@ -68,8 +69,6 @@ private:
     };
 
     bool leaveRoom(const char* begin) {
-        if (!knowsRuns_) runs_ = RuleEntryRuns(begin, array_.end);
-        knowsRuns_ = true;
         const RuleEntryRun* run = runs_.at(begin);
         if (!run) return false;
         rooms_.push_back({*run, storage_.entries_.size(), storage_.pool_.size()});
@@ -154,10 +153,8 @@ private:
         storage_.entries_.push_back(entry);
     }
 
-    const Slice& array_;
     XmlScanner scanner_;
-    bool knowsRuns_ = false;  // since the first entry
-    RuleEntryRuns runs_;
+    RuleEntryRuns::Guide runs_;
     std::vector<Room> rooms_;
     RuleStorage& storage_;
     Reading entry_;

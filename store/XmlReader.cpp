@@ -49,12 +49,15 @@ class Reader {
 public:
     Reader(const Buffer& text, bool takesEntriesWhole)
         : takesEntriesWhole_(takesEntriesWhole),
-          text_(text),
+          text_(std::make_shared<SlicedText>(SlicedText{text.bytes, nullptr})),
           end_(text.bytes.get() + text.size),
-          scanner_(text.bytes.get(), end_) {}
+          scanner_(text.bytes.get(), end_),
+          runs_(nullptr, end_) {}
 
     std::variant<Dictionary, XmlFailure> read() {
-        if (scanner_.prolog() && readDocument()) return std::move(top_);
+        const bool isRead = scanner_.prolog() && readDocument();
+        text_->runs = runs_.runs();
+        if (isRead) return std::move(top_);
         return XmlFailure{scanner_.failure(), scanner_.failedAt()};
     }
 
@@ -132,8 +135,6 @@ private:
     // An element of an array never is a value of the outermost dictionary: there is nothing to note.
     bool skipRuleEntry() {
         const char* begin = scanner_.tagBegin();
-        if (!knowsRuns_) runs_ = RuleEntryRuns(begin, end_);
-        knowsRuns_ = true;
         const RuleEntryRun* run = runs_.at(begin);
         const char* behind = run ? run->behind : RuleEntryLayout::matchAt(begin).end;
         if (behind) scanner_.moveTo(behind);
@@ -168,18 +169,17 @@ private:
     bool valueComplete() {
         hasKey_ = false;
         if (inDictionary_.size() > 1) return true;
-        value_.text = text_.bytes;
+        value_.text = text_;
         value_.end = scanner_.position();
         top_.set(key_, Value(value_));
         return true;
     }
 
     const bool takesEntriesWhole_;
-    const Buffer& text_;
+    std::shared_ptr<SlicedText> text_;
     const char* end_;
     XmlScanner scanner_;
-    bool knowsRuns_ = false;  // since the first entry
-    RuleEntryRuns runs_;
+    RuleEntryRuns::Guide runs_;
     std::vector<bool> inDictionary_;  // for each container that is open, whether it is a dictionary
     bool hasKey_ = false;             // in the innermost dictionary, a key that has no value yet
     std::string key_;                 // the outermost dictionary's last key
