@@ -1,7 +1,9 @@
 #include "store/RuleStorage.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <new>
 
 #include "store/Parts.h"
 #include "store/RuleEntryWriter.h"
@@ -9,6 +11,12 @@
 #include "store/XmlWriter.h"
 
 namespace store {
+
+namespace {
+
+constexpr std::size_t worthwhile = 100'000;  // rules, for a thread of their own
+
+}  // namespace
 
 std::optional<Date> RuleStorage::date(Number number) const {
     std::int64_t seconds = entries_[number].date;
@@ -59,26 +67,60 @@ std::string_view RuleStorage::original(Number number) const {
     return at(found->text);
 }
 
+LargeVector<std::uint32_t> RuleStorage::hashes() const {
+    LargeVector<std::uint32_t> hashes(entries_.size());
+    inParts(hashes.size(), worthwhile, [&, hashOf = TextHash()](std::size_t begin, std::size_t end) {
+        for (std::size_t number = begin; number < end; ++number)
+            hashes[number] = hashOf(rule(static_cast<Number>(number)));
+    });
+    return hashes;
+}
+
+// Among the entries of one part; the others are left.
+template <class IsOfPart>
+void RuleStorage::markRepeated(const LargeVector<std::uint32_t>& hashes, IsOfPart isOfPart,
+                               LargeVector<char>& isRepeated) const {
+    constexpr std::size_t lookAhead = 32;
+    TextSet rules(static_cast<std::size_t>(std::ranges::count_if(hashes, isOfPart)));
+    for (Number number = 0; number < hashes.size(); ++number) {
+        if (number + lookAhead < hashes.size() && isOfPart(hashes[number + lookAhead]))
+            rules.prefetch(hashes[number + lookAhead]);
+        if (!isOfPart(hashes[number])) continue;
+        const auto isEqual = [&](Number other) {
+            return hashes[other] == hashes[number] && rule(other) == rule(number);
+        };
+        isRepeated[number] = entries_[number].hasRule && !rules.insert(hashes[number], number, isEqual);
+    }
+}
+
+// Equal rules have the same hash, so they are all of one part.
+LargeVector<char> RuleStorage::repeated() const {
+    const std::size_t parts = partsWorthwhile(entries_.size(), worthwhile);
+    const LargeVector<std::uint32_t> hashes = this->hashes();
+    LargeVector<char> isRepeated(entries_.size());
+    std::atomic<bool> hasMemory = true;
+    inAll(parts, [&](std::size_t part) {
+        try {
+            markRepeated(
+                hashes, [=](std::uint32_t hash) { return std::uint64_t{hash} * parts >> 32 == part; }, isRepeated);
+        } catch (const std::bad_alloc&) {
+            hasMemory = false;
+        }
+    });
+    if (!hasMemory) throw std::bad_alloc();
+    return isRepeated;
+}
+
 // Entries move up, and their numbers change.
 void RuleStorage::dropRepeated() {
-    constexpr std::size_t lookAhead = 16;
-    constexpr std::size_t worthwhile = 100'000;  // rules, for a thread of their own
-    TextSet rules(entries_.size());
-    LargeVector<std::uint32_t> hashes(entries_.size());
-    inParts(hashes.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
-        for (std::size_t number = begin; number < end; ++number)
-            hashes[number] = rules.hashOf(rule(static_cast<Number>(number)));
-    });
+    const LargeVector<char> isRepeated = repeated();
     Number kept = 0;
     auto original = originals_.begin();
     auto keptOriginal = originals_.begin();
     for (Number number = 0; number < entries_.size(); ++number) {
-        if (number + lookAhead < hashes.size()) rules.prefetch(hashes[number + lookAhead]);
-        bool hasOriginal = original != originals_.end() && original->number == number;
-        auto isEqual = [&](Number other) { return hashes[other] == hashes[number] && rule(other) == rule(number); };
-        if (!entries_[number].hasRule || rules.insert(hashes[number], kept, isEqual)) {
+        const bool hasOriginal = original != originals_.end() && original->number == number;
+        if (!isRepeated[number]) {
             if (hasOriginal) *keptOriginal++ = {kept, original->text};
-            hashes[kept] = hashes[number];
             entries_[kept++] = entries_[number];
         }
         if (hasOriginal) ++original;

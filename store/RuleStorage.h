@@ -73,6 +73,11 @@ private:
     static Entry plainEntry(Part rule, std::int64_t date);
     Entry plainEntry(std::string_view rule, std::int64_t date);
     std::string_view original(Number number) const;
+    LargeVector<std::uint32_t> hashes() const;
+    template <class IsOfPart>
+    void markRepeated(const LargeVector<std::uint32_t>& hashes, IsOfPart isOfPart, LargeVector<char>& isRepeated) const;
+    // For each entry, whether an earlier one has its rule.
+    LargeVector<char> repeated() const;
     void dropRepeated();
 
     LargeVector<char> pool_;

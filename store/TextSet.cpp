@@ -25,13 +25,12 @@ std::uint64_t word(const char* p, std::size_t size) {
 
 }  // namespace
 
-// At most half full, so that there is always an empty slot to end a search, and mostly a near one.
-TextSet::TextSet(std::size_t count) : slots_(std::bit_ceil(2 * count + 1), none) {
+TextHash::TextHash() {
     std::random_device chance;
     seed_ = std::uint64_t{chance()} << 32 | chance();
 }
 
-std::uint32_t TextSet::hashOf(std::string_view text) const {
+std::uint32_t TextHash::operator()(std::string_view text) const {
     std::uint64_t hash = seed_ ^ text.size();
     const char* p = text.data();
     std::size_t rest = text.size();
@@ -39,5 +38,8 @@ std::uint32_t TextSet::hashOf(std::string_view text) const {
     if (rest > 0) hash = folded(hash ^ word(p, rest), seed_ ^ odd);
     return static_cast<std::uint32_t>(hash ^ hash >> 32);
 }
+
+// At most half full, so that there is always an empty slot to end a search, and mostly a near one.
+TextSet::TextSet(std::size_t count) : slots_(std::bit_ceil(2 * count + 1), none) {}
 
 }  // namespace store

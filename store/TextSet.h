@@ -8,14 +8,23 @@
 
 namespace store {
 
+// Hashes that depend on chance, so that no file can make all of its texts land in one place.
+class TextHash {
+public:
+    TextHash();
+    std::uint32_t operator()(std::string_view text) const;
+
+private:
+    std::uint64_t seed_;
+};
+
 // Which texts, equal to the byte, have been seen before. The texts themselves lie with the user, who knows each by a
-// number. Where a text lands depends on chance, so that no file can make all of its texts land in one place.
+// number and its hash.
 class TextSet {
 public:
     // There is room for so many texts and no more.
     explicit TextSet(std::size_t count);
 
-    std::uint32_t hashOf(std::string_view text) const;
     // A hash that will be asked for soon: a large table lies far away.
     void prefetch(std::uint32_t hash) const { __builtin_prefetch(&slots_[placeOf(hash)]); }
 
@@ -38,7 +47,6 @@ private:
     std::size_t placeOf(std::uint32_t hash) const { return hash & (slots_.size() - 1); }
 
     LargeVector<std::uint32_t> slots_;  // numbers, or none
-    std::uint64_t seed_;
 };
 
 }  // namespace store
