@@ -143,12 +143,17 @@ bool areSorted(const LargeVector<Keyed>& things, const char* keys) {
 }  // namespace
 
 LargeVector<Keyed> keyedByNumber(const std::vector<std::uint32_t>& things) {
+    LargeVector<Keyed> keyed;
+    keyed.reserve(things.size());
+    // As they are when a list has just been read.
+    if (std::ranges::is_sorted(things)) {
+        for (std::uint32_t place = 0; place < things.size(); ++place) keyed.push_back({0, 0, place});
+        return keyed;
+    }
     constexpr auto noPlace = UINT32_MAX;
     const std::size_t numbers = things.empty() ? 0 : std::size_t{*std::ranges::max_element(things)} + 1;
     LargeVector<std::uint32_t> placeOf(numbers, noPlace);
     for (std::uint32_t place = 0; place < things.size(); ++place) placeOf[things[place]] = place;
-    LargeVector<Keyed> keyed;
-    keyed.reserve(things.size());
     for (const std::uint32_t place : placeOf)
         if (place != noPlace) keyed.push_back({0, 0, place});
     return keyed;

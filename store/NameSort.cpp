@@ -39,14 +39,16 @@ private:
     // Names of ASCII characters get keys that cost next to nothing, the others real sort keys. The two kinds of key
     // cannot be compared with each other, so each is sorted for itself.
     void makeKeys() {
-        ascii_ = keyedByNumber(things_);
+        const AsciiOrder* ascii = nullptr;
         std::size_t size = 0;
-        for (Keyed& keyed : ascii_) {
-            keyed.offset = static_cast<std::uint32_t>(size);
-            size += nameOf(keyed).size() + 1;
-        }
+        // Finding out about an order takes as long as finding a place for a million keys.
+        inAll(2, [&](std::size_t part) {
+            if (part == 0)
+                size = placeKeys();
+            else
+                ascii = order_.asciiOrder();
+        });
         asciiKeys_ = allocateBytes(size + behindKeys);
-        const AsciiOrder* ascii = order_.asciiOrder();
         inParts(ascii_.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
             for (Keyed& keyed : std::span(ascii_).subspan(begin, end - begin))
                 keyed.part = ascii && ascii->writeKey(nameOf(keyed), asciiKeys_.get() + keyed.offset);
@@ -55,6 +57,17 @@ private:
         others_.assign(others, ascii_.end());
         ascii_.erase(others, ascii_.end());
         makeOtherKeys();
+    }
+
+    // One behind the other. Returns how many bytes they take.
+    std::size_t placeKeys() {
+        ascii_ = keyedByNumber(things_);
+        std::size_t size = 0;
+        for (Keyed& keyed : ascii_) {
+            keyed.offset = static_cast<std::uint32_t>(size);
+            size += nameOf(keyed).size() + 1;
+        }
+        return size;
     }
 
     void makeOtherKeys() {
