@@ -12,7 +12,7 @@ namespace bench {
 namespace {
 
 constexpr std::size_t configuredApps = 300;
-constexpr int rounds = 15;
+constexpr int rounds = 31;
 
 void configure(DeviceFolder& device, const std::vector<std::string>& identifiers) {
     store::Dictionary rules;
