@@ -88,7 +88,17 @@ void VxmMainViewController::loadApps() {
     setApps(std::move(apps));
     // Who waits to see the list does not wait for the disk as well.
     if (!keysToRemove.empty())
-        QTimer::singleShot(frameDelay, this, [this, keys = std::move(keysToRemove)] { removeKeys(keys); });
+        QTimer::singleShot(frameDelay, this,
+                           [this, keys = std::move(keysToRemove)] { removeKeys(uninstalledAmong(keys)); });
+}
+
+// By now: whoever has been installed since the list was made keeps its record.
+std::vector<std::string> VxmMainViewController::uninstalledAmong(std::vector<std::string> keys) const {
+    QStringList identifiers;
+    for (const std::string& key : keys) identifiers.append(QString::fromStdString(key));
+    const auto installed = catalog::VxmAppList::applicationsWithBundleIdentifiers(catalog(), identifiers);
+    std::erase_if(keys, [&](const std::string& key) { return installed.contains(QString::fromStdString(key)); });
+    return keys;
 }
 
 void VxmMainViewController::removeKeys(const std::vector<std::string>& keys) {

@@ -49,6 +49,7 @@ protected:
 private:
     bool isGlobalSection(const platform::TableView& table, platform::IndexPath indexPath) const;
     platform::TableViewCell* globalCell(platform::TableView& table, bool isDeny);
+    std::vector<std::string> uninstalledAmong(std::vector<std::string> keys) const;
     void warnWhenDisabled();
 
     AppRoutes& routes_;

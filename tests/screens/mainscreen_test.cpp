@@ -105,6 +105,15 @@ TEST(MainScreenTest, UninstalledAppLosesItsRecordAtTheNextAppearance) {
     EXPECT_TRUE(recordsBecome(device, {"150"}));
 }
 
+TEST(MainScreenTest, AppInstalledBeforeTheRecordsGoKeepsItsOwn) {
+    TestDevice device;
+    device.put(File::appRules, "<dict><key>org.example.Gone</key><dict/><key>org.example.Mail</key><dict/></dict>");
+    device.launch();
+    ASSERT_EQ(keysOf(device.plist(File::appRules)), (Keys{"org.example.Gone", "org.example.Mail"}));
+    device.install("org.example.Mail", "Mail");
+    EXPECT_TRUE(recordsBecome(device, {"150", "org.example.Mail"}));
+}
+
 // At some scales an icon of 29 points is a part of a point wider: whole pixels.
 TEST(MainScreenTest, RowsWithoutAnIconStandInLineAtEveryScale) {
     for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 2.625, 3.0}) {
