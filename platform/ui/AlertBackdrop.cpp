@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "platform/ui/AnimationClock.h"
+#include "platform/ui/HeldPress.h"
 #include "platform/ui/OnScreenKeyboard.h"
 
 namespace platform {
@@ -49,6 +50,7 @@ private:
 };
 
 AlertBackdrop::AlertBackdrop(QWidget* window, QWidget* panel) : InputShield(window), panel_(panel) {
+    HeldPress::cancel(*window);
     setGeometry(window->rect());
     panel->setParent(this);
     window->installEventFilter(this);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/ui/AnimationClock.h"
+#include "platform/ui/HeldPress.h"
 
 namespace platform {
 
@@ -27,6 +28,7 @@ QPoint lowerPlace(bool sideways, const QSize& stage, double covered) {
 
 ScreenTransition::ScreenTransition(QWidget* stage, QWidget* leaving, QWidget* coming, Way way)
     : InputShield(stage), leaving_(leaving), coming_(coming), way_(way) {
+    HeldPress::cancel(*leaving);
     place(0);
     show();
     coming->show();

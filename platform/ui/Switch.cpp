@@ -48,7 +48,7 @@ Switch::Switch(QWidget* parent) : QAbstractButton(parent), knob_(this, [this] { 
     setCheckable(true);
     setFocusPolicy(Qt::TabFocus);
     resize(sizeHint());
-    connect(this, &QAbstractButton::toggled, this, [this](bool on) { knob_.glideTo(on ? 1 : 0, seconds); });
+    connect(this, &QAbstractButton::toggled, this, [this] { glideHome(); });
     connect(this, &QAbstractButton::clicked, this, [this] { Q_EMIT valueChanged(this); });
 }
 
@@ -91,8 +91,17 @@ void Switch::mouseReleaseEvent(QMouseEvent* event) {
     if (switches) {
         click();
     } else {
-        knob_.glideTo(isOn() ? 1 : 0, seconds);
+        glideHome();
     }
+}
+
+bool Switch::event(QEvent* event) {
+    if (event->type() == QEvent::UngrabMouse) glideHome();
+    return QAbstractButton::event(event);
+}
+
+void Switch::glideHome() {
+    knob_.glideTo(isOn() ? 1 : 0, seconds);
 }
 
 void Switch::keyPressEvent(QKeyEvent* event) {

@@ -26,6 +26,7 @@ Q_SIGNALS:
     void valueChanged(platform::Switch* sender);
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -33,6 +34,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void glideHome();
+
     QColor onTintColor_{55, 171, 200};
     GlidingValue knob_;  // 0 off, 1 on: where the knob is drawn
     double pressedKnob_ = 0;

@@ -223,6 +223,7 @@ bool TableView::endsRowEditing() {
 bool TableView::event(QEvent* event) {
     if (event->type() == QEvent::Show) d_->ensureLoaded();
     if (event->type() == QEvent::Enter) d_->thumb->flash();
+    if (event->type() == QEvent::UngrabMouse) d_->cancelGesture();
     return QAbstractScrollArea::event(event);
 }
 

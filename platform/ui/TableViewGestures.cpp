@@ -125,6 +125,12 @@ void TableView::Private::release() {
     }
 }
 
+void TableView::Private::cancelGesture() {
+    if (gesture.kind == RowGesture::Kind::press) highlight(false);
+    if (gesture.kind == RowGesture::Kind::swipe) closeUncovered();
+    gesture = {};
+}
+
 void TableView::Private::tap(const RowGesture& done) {
     const bool isOnRow = done.row && geometry.contains(*done.row);
     if (isOnRow) current = done.row;

@@ -101,6 +101,7 @@ struct TableView::Private {
     void press(QPoint position, QLineEdit* field);
     void move(QPoint position);
     void release();
+    void cancelGesture();
     void tap(const RowGesture& done);
     void highlight(bool highlighted) const;
     void wheel(QWheelEvent* event);

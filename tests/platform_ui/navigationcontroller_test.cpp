@@ -143,6 +143,40 @@ TEST_F(NavigationControllerTest, TakesNoInputWhileScreensMove) {
     EXPECT_EQ(log.last(), named("next pressed"));
 }
 
+TEST_F(NavigationControllerTest, WhatIsHeldWhenAScreenGoesOrIsCoveredIsNotPressed) {
+    const std::pair<const char*, std::function<void()>> cases[] = {
+        {"push", [&] { push("next"); }},
+        {"present", [&] { present("next"); }},
+        {"pop", [&] { QTest::keyClick(navigation.windowHandle(), Qt::Key_Back); }},
+        {"alert",
+         [&] { (new platform::AlertView(named("Sure?"), QString(), nullptr, named("OK")))->show(&navigation); }},
+    };
+    const QPoint onButton(100, 70);
+    show();
+    for (const auto& [name, act] : cases) {
+        SCOPED_TRACE(name);
+        const QPointer<QPushButton> held = push("held", false)->button;
+        QTest::mousePress(navigation.windowHandle(), Qt::LeftButton, {}, onButton);
+        ASSERT_TRUE(held->isDown());
+        act();
+        EXPECT_FALSE(held->isDown());
+        QTest::mouseMove(navigation.windowHandle(), onButton + QPoint(1, 1));
+        QTest::qWait(400);  // until whatever moves has come to rest
+        QTest::mouseMove(navigation.windowHandle(), onButton);
+        EXPECT_FALSE(held && held->isDown());
+        QTest::mouseRelease(navigation.windowHandle(), Qt::LeftButton, {}, onButton);
+        EXPECT_EQ(log.filter(named("pressed")), QStringList());
+        {
+            const InstantClock instant;
+            for (auto* alert : platform::AlertView::shownIn(&navigation)) alert->dismissWithClickedButtonIndex(0);
+            while (navigation.visibleViewController() != root) navigation.popViewController(false);
+        }
+        QTest::mouseClick(navigation.windowHandle(), Qt::LeftButton, {}, onButton);
+        EXPECT_EQ(log.filter(named("pressed")), QStringList(named("root pressed"))) << "the next press is one again";
+        takeLog();
+    }
+}
+
 TEST_F(NavigationControllerTest, AlertWaitsForTheScreenThatAskedForItToComeToRest) {
     show();
     auto next = adopted("next");

@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QTest>
 
+#include "platform/ui/HeldPress.h"
 #include "platform_ui/InstantClock.h"
 
 namespace {
@@ -61,6 +62,23 @@ TEST_F(SwitchTest, AnswersToTheFinger) {
         EXPECT_EQ(toggle->isOn(), each.after);
         EXPECT_EQ(told, each.after == each.before ? std::vector<bool>{} : std::vector<bool>{each.after});
     }
+}
+
+TEST_F(SwitchTest, HeldSwitchIsAsBeforeWhenThePressIsCancelled) {
+    const QPoint place = toggle->pos();
+    const auto look = [this] { return toggle->grab().toImage(); };
+    const QImage atRest = look();
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, place + QPoint(10, 15));
+    QTest::mouseMove(window.windowHandle(), place + QPoint(45, 15));
+    EXPECT_NE(look(), atRest);
+    platform::HeldPress::cancel(window);
+    EXPECT_EQ(look(), atRest);
+    QTest::mouseMove(window.windowHandle(), place + QPoint(48, 15));
+    EXPECT_EQ(look(), atRest);
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, place + QPoint(48, 15));
+    EXPECT_EQ(told, std::vector<bool>());
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, place + QPoint(40, 15));
+    EXPECT_EQ(told, std::vector<bool>{true});
 }
 
 TEST_F(SwitchTest, AnswersToTheKeyboardAndToAssistance) {

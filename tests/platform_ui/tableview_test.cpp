@@ -11,6 +11,7 @@
 #include <functional>
 
 #include "platform/ui/AnimationClock.h"
+#include "platform/ui/HeldPress.h"
 #include "platform/ui/Switch.h"
 #include "platform/ui/TableViewCell.h"
 
@@ -214,6 +215,27 @@ TEST_F(TableViewTest, PressedRowIsSelectedOnlyWhileItRests) {
     moveTo(in({1, 2}, 300) + QPoint(0, -20));
     EXPECT_FALSE(cell({1, 2})->isSelected());
     release(in({1, 2}, 300));
+}
+
+TEST_F(TableViewTest, CancelledPressLeavesNothingBehind) {
+    for (const QPoint way : {QPoint(0, 0), QPoint(0, -20), QPoint(-120, 0), QPoint(30, 0)}) {
+        SCOPED_TRACE(testing::Message() << way.x() << "," << way.y());
+        show(40);
+        const QPoint from = in({1, 2}, 280);
+        press(from);
+        moveTo(from + way);
+        const int offset = table->contentOffset();
+        platform::HeldPress::cancel(*window);
+        moveTo(from + way * 2);
+        release(from + way * 2);
+        EXPECT_EQ(table->contentOffset(), offset);
+        EXPECT_FALSE(cell({1, 2})->isSelected());
+        EXPECT_FALSE(deleteButton());
+        EXPECT_TRUE(rows->selected.isEmpty());
+        tap(in({1, 3}, 100));
+        EXPECT_EQ(rows->selected, (QList<IndexPath>{{1, 3}}));
+        TearDown();
+    }
 }
 
 TEST_F(TableViewTest, SwipedRowIsDeletedByItsButton) {
