@@ -10,7 +10,6 @@
 #include "platform/system/DesktopEntry.h"
 #include "platform/system/IconImage.h"
 #include "platform/system/IconTheme.h"
-#include "store/Threads.h"
 
 namespace platform {
 
@@ -149,7 +148,9 @@ void DesktopApplicationList::Private::beginReading() {
         firstCatalog = std::make_shared<const DesktopCatalog>(readDesktopCatalog(dataDirectories, DesktopCatalog()));
     };
     try {
-        firstReading = store::startBeside(read);
+        // Where the system likes: the processor beside has the fonts to read, this one is free as soon as the app waits
+        // for them.
+        firstReading = std::jthread(read);
     } catch (const std::system_error&) {  // no more threads to be had
         read();
     }
