@@ -7,6 +7,7 @@
 #include "app/Termination.h"
 #include "app/VxmAppDelegate.h"
 #include "platform/system/Fonts.h"
+#include "platform/ui/Images.h"
 #include "resources/Resources.h"
 #include "views/Chrome.h"
 #include "views/Palette.h"
@@ -32,6 +33,12 @@ QPalette appPalette() {
     return colours;
 }
 
+// What the first screen shows and no font is needed for.
+void paintFirstImages(double scale) {
+    for (const char16_t* name : {u"SettingsButton", u"AddButton", u"GlobalAllow", u"GlobalDeny"})
+        platform::Images::named(QString::fromUtf16(name), scale);
+}
+
 }  // namespace
 
 std::jthread prepare() {
@@ -46,6 +53,7 @@ int run(QApplication& application, const platform::Device& device, std::jthread 
     resources::initialize();
     // The environment may have named another one, which came first.
     if (QApplication::style()->name() != styleName()) QApplication::setStyle(styleName());
+    paintFirstImages(application.devicePixelRatio());
     if (fonts.joinable()) fonts.join();
     QApplication::setFont(views::fontWithName(QStringLiteral("Helvetica"), 14));
     quitOnTerminationSignals();
