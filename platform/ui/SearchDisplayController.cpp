@@ -62,6 +62,8 @@ TableView& SearchDisplayController::Private::table() {
 
 void SearchDisplayController::Private::textChanged(const QString& text) {
     if (!text.isEmpty() && !active) q->setActive(true, false);
+    // What is edited in a result ends while that result is still there.
+    if (showsResults && Focus::heldWithin(results)) results->setFocus(Qt::OtherFocusReason);
     const bool reloads = !delegate || delegate->shouldReloadTableForSearchString(*q, text);
     if (text.isEmpty()) {
         hideResults();

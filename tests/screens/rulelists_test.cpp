@@ -1,9 +1,11 @@
 // The rule lists of all apps and of one app, used as a person uses them, with the files after every step.
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTest>
 
 #include "platform/ui/AlertView.h"
@@ -340,6 +342,39 @@ TEST_P(RuleListTest, SearchNarrowsEditsAndDeletes) {
     EXPECT_EQ(shownRules(0), list({"new.ads"}));
     EXPECT_EQ(storedRules(), list({"b.example", "new.ads"}));
     expectTheRestIsUntouched();
+}
+
+TEST_P(RuleListTest, WhateverEndsTheSearchKeepsTheEditOfAResult) {
+    open(entry("ads.example") + entry("b.example") + entry("static.ads.example"));
+    edit();
+    if (device.alert()) device.answer(0);
+    platform::SearchBar* bar = screen()->header()->searchBar();
+    const auto tap = [&](const QWidget* widget) {
+        const QPoint at = widget->mapTo(device.window(), widget->rect().center());
+        device.tap(at.x(), at.y());
+    };
+    const auto tapButton = [&](const char* name) {
+        for (const auto* button : bar->findChildren<QAbstractButton*>())
+            if (button->accessibleName() == QLatin1String(name)) tap(button);
+    };
+    const std::pair<const char*, std::function<void()>> ends[] = {
+        {"Clear", [&] { tapButton("Clear"); }},
+        {"Cancel", [&] { tapButton("Cancel"); }},
+        {"another text", [&] { bar->setText(QStringLiteral("b.")); }},
+    };
+    for (const auto& [name, end] : ends) {
+        SCOPED_TRACE(name);
+        tap(bar->field());
+        device.type(QStringLiteral("static"));
+        device.tapRow(0, 0);
+        device.key(Qt::Key_End);
+        device.type(QStringLiteral("+"));
+        end();
+        EXPECT_TRUE(storedRules().last().endsWith(u'+')) << storedRules().last().toStdString();
+        screen()->searchController()->setActive(false, false);
+        EXPECT_EQ(shownRules(), storedRules());
+    }
+    EXPECT_EQ(storedRules(), list({"ads.example", "b.example", "static.ads.example+++"}));
 }
 
 TEST_P(RuleListTest, SortsByDateNewestFirstWithoutWriting) {
