@@ -33,11 +33,25 @@ void advance(int milliseconds) {
 
 }  // namespace monkey::Clock
 
-// Takes the place of the system's in the whole process.
+// These take the place of the system's in the whole process.
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
     const bool isDate = clock == CLOCK_REALTIME || clock == CLOCK_REALTIME_COARSE;
     const bool isSteady = clock == CLOCK_MONOTONIC || clock == CLOCK_MONOTONIC_COARSE || clock == CLOCK_MONOTONIC_RAW;
     if (!isMonkeys || !(isDate || isSteady)) return int(syscall(SYS_clock_gettime, clock, time));
     *time = later(isDate ? firstDay : start, passed);
     return 0;
+}
+
+extern "C" int gettimeofday(timeval* time, void* /*zone*/) noexcept {
+    timespec now{};
+    if (const int failure = clock_gettime(CLOCK_REALTIME, &now); failure != 0) return failure;
+    *time = {now.tv_sec, now.tv_nsec / 1000};
+    return 0;
+}
+
+extern "C" time_t time(time_t* also) noexcept {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    if (also) *also = now.tv_sec;
+    return now.tv_sec;
 }

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
+#include <functional>
 
 // The sanitizers', where the program is built with one.
 extern "C" [[gnu::weak]] void __sanitizer_set_death_callback(void (*callback)());
@@ -19,6 +20,7 @@ constexpr unsigned patience = 120;  // seconds for one event
 
 std::uint64_t seed = 0;
 std::deque<std::pair<long, std::string>> events;
+std::uint64_t noted = 0;
 
 void print() {
     std::fprintf(stderr, "monkey: seed %llu, event %ld. The last events:\n", static_cast<unsigned long long>(seed),
@@ -53,6 +55,11 @@ void event(long number) {
 void note(const std::string& what) {
     std::string& line = events.back().second;
     line += line.empty() ? what : ", " + what;
+    noted = std::hash<std::string>()(std::to_string(noted) + what);
+}
+
+std::uint64_t digest() {
+    return noted;
 }
 
 void fail(const std::string& finding) {

@@ -12,6 +12,8 @@ void begin(std::uint64_t seed);
 void event(long number);
 // What it turned out to be.
 void note(const std::string& what);
+// Of all that was noted: runs that have it in common were the same.
+std::uint64_t digest();
 [[noreturn]] void fail(const std::string& finding);
 
 }  // namespace monkey::Journal

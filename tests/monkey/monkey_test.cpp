@@ -47,7 +47,8 @@ int main(int argc, char** argv) {
     monkey::Monkey monkey(seed);
     monkey.run(events);
 
-    std::cout << "seed " << seed << ", " << events << " events, " << monkey.launches() << " launches, 0 findings\n";
+    std::cout << "seed " << seed << ", " << events << " events, " << monkey.launches() << " launches, digest "
+              << monkey::Journal::digest() << ", 0 findings\n";
     print("visits", monkey.screens().visits());
     print("writes", monkey::ConfigurationWatch::writes());
     print("posts", monkey.posts());
