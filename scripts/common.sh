@@ -17,6 +17,8 @@ option_value() {
 
 is_seconds() { [[ $1 =~ ^[1-9][0-9]{0,6}$ ]]; }
 
+source scripts/progress.sh
+
 # packages GROUP...: the packages of these groups of packaging/packages.txt, one a line.
 packages() {
     local group
@@ -25,25 +27,31 @@ packages() {
     done | tr -s ' ' '\n' | sort -u
 }
 
-is_installed() { [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
+# missing_packages GROUP...: those of them that are not installed.
+missing_packages() {
+    local wanted; wanted=$(packages "$@")
+    comm -23 <(echo "$wanted") <(dpkg-query -W -f '${Package} ${db:Status-Status}\n' 2>/dev/null |
+        sed -n 's/ installed$//p' | sort -u)
+}
 
 # ensure_packages GROUP...: installs what is missing; says nothing when nothing is.
 ensure_packages() {
     command -v dpkg-query >/dev/null && command -v apt-get >/dev/null ||
         fail "this is not a Debian system; install by hand what packaging/packages.txt names"
-    local package missing=() as_root=()
-    for package in $(packages "$@"); do
-        is_installed "$package" || missing+=("$package")
-    done
+    local missing as_root=()
+    mapfile -t missing < <(missing_packages "$@")
     [ ${#missing[@]} -gt 0 ] || return 0
     if [ "$(id -u)" -ne 0 ]; then
         command -v sudo >/dev/null || fail "missing packages, and neither root nor sudo to install them: ${missing[*]}"
         as_root=(sudo)
     fi
     say "installing ${missing[*]}"
+    # The status goes the way of all output: sudo passes no other descriptor on.
     apt() {
         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 \
-            -o Dpkg::Use-Pty=0 "$@" >"$log" 2>&1
+            -o Dpkg::Use-Pty=0 -o APT::Status-Fd=1 "$@" 2>&1 |
+            sed -uE 's/^dlstatus:[^:]*:([0-9]+)[^:]*:/\tdownloading packages\t\1\t/
+                     s/^pmstatus:[^:]*:([0-9]+)[^:]*:/\tinstalling packages\t\1\t/' | progress >"$log"
     }
     local log; log=$(mktemp)
     apt update || true  # a source of the machine's own may be out of reach; what counts is whether the packages come
@@ -54,14 +62,27 @@ ensure_packages() {
     rm -f "$log"
 }
 
-# build PRESET [TARGET...]: configures and builds; everything when no target is named.
+# groups_of PRESET: the groups of packages without which the preset cannot be configured.
+groups_of() {
+    case $1 in
+        release) echo build ;;
+        bench) echo build bench ;;
+        fuzz) echo build fuzz ;;
+        *) echo build test assistance ;;
+    esac
+}
+
+# build PRESET [TARGET...]: configures and builds; everything when no target is named. Installs what the preset needs.
 build() {
     local preset=$1 targets=(); shift
     [ $# -eq 0 ] || targets=(--target "$@")
+    # shellcheck disable=SC2046
+    ensure_packages $(groups_of "$preset")
     mkdir -p build 2>/dev/null && [ -w build ] || fail "cannot write to $PWD/build"
     say "building $preset"
     local log; log=$(mktemp)
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; rm -f "$log"; fail "configuring $preset failed"; }
     rm -f "$log"
-    cmake --build --preset "$preset" "${targets[@]}" || fail "building $preset failed"
+    NINJA_STATUS=$'\t'"building $preset"$'\t%p\t%f of %t: ' cmake --build --preset "$preset" "${targets[@]}" | progress ||
+        fail "building $preset failed"
 }

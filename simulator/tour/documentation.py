@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/env -S python3 -B
 """documentation.py COMMAND...
 
 Serves the documentation pages on the loopback while a command runs that is told where: it gets the arguments

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/env -S python3 -B
 """Takes the tour on screens of every size and sharpness that the app is made for, and leaves pictures of every screen
 in build/pictures: a folder for each kind of display, size and scale, and beside it a sheet that shows them all. An option
 narrows the choice; it may be given more than once. Sizes are in points; on a desktop the app has a window of its own,
