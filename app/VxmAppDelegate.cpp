@@ -54,6 +54,7 @@ void VxmAppDelegate::didFinishLaunching() {
 
     chrome_.emplace(views::isFontInstalled(QStringLiteral("HelveticaNeue-CondensedBold")), device_.model,
                     device_.screen);
+    writeWarning_.emplace(store_.path(store::File::appRules).parent_path(), device_);
     showOnScreen(*window_, chrome_->windowSize());
 
     routes_ = std::make_unique<RouteTable>(device_, *chrome_, store_);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "app/WriteWarning.h"
 #include "store/ConfigurationStore.h"
 #include "views/Chrome.h"
 
@@ -44,6 +45,7 @@ private:
     std::optional<views::Chrome> chrome_;
     std::unique_ptr<RouteTable> routes_;
     std::unique_ptr<QWidget> window_;
+    std::optional<WriteWarning> writeWarning_;
     platform::NavigationController* navigation_ = nullptr;
 };
 

@@ -5,6 +5,7 @@
 #include "app/Run.h"
 #include "platform/system/DesktopAddress.h"
 #include "platform/system/DesktopApplicationList.h"
+#include "platform/system/DesktopNotification.h"
 #include "platform/system/Device.h"
 #include "platform/system/HostNetwork.h"
 #include "platform/system/SystemNotifyCenter.h"
@@ -32,11 +33,13 @@ int main(int argc, char** argv) {
 
     platform::SystemNotifyCenter notifyCenter;
     platform::HostNetwork network;
+    platform::DesktopNotification notification;
     platform::Device device;
     device.notifyCenter = &notifyCenter;
     device.applicationList = &applications;
     device.network = &network;
     device.openURL = platform::openOnDesktop;
+    device.notify = [&](const QString& summary, const QString& body) { notification.post(summary, body); };
     device.screen = deviceScreen(*QGuiApplication::primaryScreen());
     return app::run(application, device, std::move(fonts));
 }
