@@ -171,6 +171,12 @@ TableView* SearchDisplayController::searchResultsTableView() const {
     return &d_->table();
 }
 
+std::vector<TableView*> SearchDisplayController::tables() const {
+    std::vector<TableView*> tables{d_->contents};
+    if (d_->showsResults) tables.push_back(d_->results);
+    return tables;
+}
+
 bool SearchDisplayController::isActive() const {
     return d_->active;
 }

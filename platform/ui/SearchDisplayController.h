@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QWidget>
 #include <memory>
+#include <vector>
 
 class QAbstractButton;
 class QLineEdit;
@@ -87,6 +88,10 @@ public:
     SearchBar* searchBar() const;
     // Made on first use, kept as long as this object.
     TableView* searchResultsTableView() const;
+
+    // Those whose rows are shown: the contents' table and, while there are results, theirs. What news there are for
+    // rows go to all of them, also to those that lie under the results until the search ends.
+    std::vector<TableView*> tables() const;
 
     bool isActive() const;
     void setActive(bool active, bool animated);

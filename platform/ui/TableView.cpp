@@ -103,6 +103,11 @@ TableViewCell* TableView::dequeueReusableCell(const QString& reuseIdentifier) {
     return d_->cells.dequeue(reuseIdentifier);
 }
 
+void TableView::forEachCell(const std::function<void(IndexPath, TableViewCell&)>& tell) const {
+    if (d_->needsReload) return;  // all of them are about to be built anew
+    for (const auto& [path, cell] : d_->cells.shown()) tell(path, *cell);
+}
+
 TableViewCell* TableView::cellForRow(IndexPath indexPath) const {
     d_->ensureLoaded();
     return d_->cells.at(indexPath);
@@ -110,14 +115,6 @@ TableViewCell* TableView::cellForRow(IndexPath indexPath) const {
 
 std::optional<IndexPath> TableView::indexPathForCell(const QWidget* cellOrDescendant) const {
     return d_->cells.pathOf(cellOrDescendant);
-}
-
-std::vector<IndexPath> TableView::indexPathsForVisibleRows() const {
-    d_->ensureLoaded();
-    const auto [first, last] = d_->geometry.rowsBetween(d_->offset(), d_->offset() + viewport()->height());
-    std::vector<IndexPath> paths;
-    for (int ordinal = first; ordinal < last; ++ordinal) paths.push_back(d_->geometry.atOrdinal(ordinal));
-    return paths;
 }
 
 QRect TableView::rectForRow(IndexPath indexPath) const {
@@ -264,8 +261,8 @@ void TableView::focusInEvent(QFocusEvent* event) {
     const bool byTab = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
     const bool isSeen = byTab || Focus::isByKeyboard();
     if (!isSeen && !QAccessible::isActive()) return;
-    const std::vector<IndexPath> visible = indexPathsForVisibleRows();
-    if (!d_->current && !visible.empty()) d_->current = visible.front();
+    d_->ensureLoaded();
+    if (!d_->current) d_->current = d_->firstInSight();
     d_->showsCurrent = isSeen;
     d_->showFocus();
     // After the toolkit has told of the table's own focus: where it is now is a row.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractScrollArea>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -95,10 +96,13 @@ public:
     // A cell that was made with this identifier and is not in use, or nullptr. Already prepared for reuse.
     TableViewCell* dequeueReusableCell(const QString& reuseIdentifier);
 
-    // The cell that shows a row now, or nullptr when the row is out of sight.
+    // Every row that has a cell, from top to bottom: those in sight and those in the margin, which come into sight as
+    // they are. This is how news (an icon has come, a state has changed) reaches rows that are built already; all
+    // others ask the data source when they come near. `tell` changes cells, not rows.
+    void forEachCell(const std::function<void(IndexPath, TableViewCell&)>& tell) const;
+    // The cell of one row, or nullptr when the row is neither in sight nor in the margin.
     TableViewCell* cellForRow(IndexPath indexPath) const;
     std::optional<IndexPath> indexPathForCell(const QWidget* cellOrDescendant) const;
-    std::vector<IndexPath> indexPathsForVisibleRows() const;
 
     // Where a row lies in the viewport's coordinates, visible or not.
     QRect rectForRow(IndexPath indexPath) const;

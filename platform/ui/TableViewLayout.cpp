@@ -128,6 +128,13 @@ std::pair<int, int> TableView::Private::rowsToKeep() const {
     return geometry.rowsBetween(offset() - around, offset() + q->viewport()->height() + around);
 }
 
+// At least a point of it.
+std::optional<IndexPath> TableView::Private::firstInSight() const {
+    const auto [first, last] = geometry.rowsBetween(offset(), offset() + q->viewport()->height());
+    if (first == last) return std::nullopt;
+    return geometry.atOrdinal(first);
+}
+
 // What was typed must reach the row it was typed for: the field loses the focus while its cell still shows that row.
 void TableView::Private::endEditingOf(const std::function<bool(IndexPath)>& rows) {
     QWidget* field = q->window()->focusWidget();

@@ -69,6 +69,7 @@ struct TableView::Private {
     int offset() const;
     int headerHeight() const;
     std::pair<int, int> rowsToKeep() const;
+    std::optional<IndexPath> firstInSight() const;
     void endEditingOf(const std::function<bool(IndexPath)>& rows);
     void endEditing();
     void keepEditingInSight();

@@ -105,17 +105,21 @@ void AppListScreen::showIcon(views::VxmAppCell& cell, const QString& identifier)
 }
 
 void AppListScreen::iconLoaded(const QString& identifier) {
-    platform::TableView& table = tableForArrivingIcons();
-    for (const platform::IndexPath indexPath : table.indexPathsForVisibleRows()) {
-        if (&table == this->table() && indexPath.section != appSection()) continue;
-        if (QString::fromStdString(appAt(table, indexPath).bundleIdentifier) != identifier) continue;
-        auto* cell = static_cast<views::VxmAppCell*>(table.cellForRow(indexPath));
-        const QImage& shown = cell->appImageView()->image();
-        if (!shown.isNull() && shown.cacheKey() != defaultImage_.cacheKey()) continue;
-        cell->setIndentationLevel(0);
-        cell->setIndentationWidth(defaultIndentationWidth);
-        cell->appImageView()->setImage(catalog_.iconOfSize(catalog::iconSize, identifier));
+    for (platform::TableView* table : searchCont_->tables()) {
+        table->forEachCell([&](platform::IndexPath indexPath, platform::TableViewCell& cell) {
+            if (table == this->table() && indexPath.section != appSection()) return;
+            if (QString::fromStdString(appAt(*table, indexPath).bundleIdentifier) != identifier) return;
+            replacePlaceholder(static_cast<views::VxmAppCell&>(cell), identifier);
+        });
     }
+}
+
+void AppListScreen::replacePlaceholder(views::VxmAppCell& cell, const QString& identifier) {
+    const QImage& shown = cell.appImageView()->image();
+    if (!shown.isNull() && shown.cacheKey() != defaultImage_.cacheKey()) return;
+    cell.setIndentationLevel(0);
+    cell.setIndentationWidth(defaultIndentationWidth);
+    cell.appImageView()->setImage(catalog_.iconOfSize(catalog::iconSize, identifier));
 }
 
 void AppListScreen::filterContentForSearchText(const QString& text, int) {

@@ -55,8 +55,6 @@ protected:
     virtual int appSection() const { return 0; }
     // A new cell's accessory and the like.
     virtual void prepareCell(views::VxmAppCell& cell) const;
-    // The table in which rows are given icons that arrive.
-    virtual platform::TableView& tableForArrivingIcons() const { return *table(); }
 
     // Builds bar, table and search into the screen's view.
     void buildAppListView(views::VxmNavBarView* bar);
@@ -76,6 +74,7 @@ protected:
 private:
     void showIcon(views::VxmAppCell& cell, const QString& identifier);
     void iconLoaded(const QString& identifier);
+    void replacePlaceholder(views::VxmAppCell& cell, const QString& identifier);
 
     store::ConfigurationStore& store_;
     platform::ApplicationList& catalog_;

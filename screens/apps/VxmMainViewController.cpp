@@ -173,16 +173,4 @@ void VxmMainViewController::didSelectRowAtIndexPath(platform::TableView& table, 
     routes_.openApp(*this, QString::fromStdString(app.bundleIdentifier), QString::fromStdString(app.displayName));
 }
 
-platform::TableView& VxmMainViewController::tableForArrivingIcons() const {
-    return isSearching_ ? *searchController()->searchResultsTableView() : *table();
-}
-
-void VxmMainViewController::willShowSearchResultsTableView(platform::SearchDisplayController&, platform::TableView&) {
-    isSearching_ = true;
-}
-
-void VxmMainViewController::willUnloadSearchResultsTableView(platform::SearchDisplayController&, platform::TableView&) {
-    isSearching_ = false;
-}
-
 }  // namespace screens

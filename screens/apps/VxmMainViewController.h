@@ -32,11 +32,6 @@ public:
                             platform::IndexPath indexPath) override;
     void didSelectRowAtIndexPath(platform::TableView& table, platform::IndexPath indexPath) override;
 
-    void willShowSearchResultsTableView(platform::SearchDisplayController& controller,
-                                        platform::TableView& table) override;
-    void willUnloadSearchResultsTableView(platform::SearchDisplayController& controller,
-                                          platform::TableView& table) override;
-
 protected:
     void loadView() override;
     void viewDidLoad() override;
@@ -44,7 +39,6 @@ protected:
 
     int appSection() const override { return 1; }
     void prepareCell(views::VxmAppCell& cell) const override;
-    platform::TableView& tableForArrivingIcons() const override;
 
 private:
     bool isGlobalSection(const platform::TableView& table, platform::IndexPath indexPath) const;
@@ -53,7 +47,6 @@ private:
     void warnWhenDisabled();
 
     AppRoutes& routes_;
-    bool isSearching_ = false;
 };
 
 }  // namespace screens
