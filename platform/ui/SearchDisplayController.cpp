@@ -53,7 +53,6 @@ TableView& SearchDisplayController::Private::table() {
         results = new TableView(contents->parentWidget());
         results->hide();
         results->setAccessibleName(QStringLiteral("Search results"));
-        results->setDataSource(dataSource);
         results->setDelegate(tableDelegate);
         results->installEventFilter(q);
     }
@@ -71,6 +70,7 @@ void SearchDisplayController::Private::textChanged(const QString& text) {
     }
     const bool appears = !showsResults;
     if (appears && delegate) delegate->willShowSearchResultsTableView(*q, table());
+    if (appears) table().setDataSource(dataSource);
     if (appears || reloads) table().reloadData();
     if (appears) showResults();
 }
@@ -92,6 +92,7 @@ void SearchDisplayController::Private::hideResults() {
     if (delegate) delegate->willUnloadSearchResultsTableView(*q, *results);
     takeFocusFrom(results);
     results->hide();
+    results->setDataSource(nullptr);  // what it showed may be gone, and it may still be moving
 }
 
 void SearchDisplayController::Private::place() {
@@ -155,7 +156,7 @@ void SearchDisplayController::setDelegate(SearchDisplayDelegate* delegate) {
 
 void SearchDisplayController::setSearchResultsDataSource(TableViewDataSource* dataSource) {
     d_->dataSource = dataSource;
-    if (d_->results) d_->results->setDataSource(dataSource);
+    if (d_->showsResults) d_->results->setDataSource(dataSource);
 }
 
 void SearchDisplayController::setSearchResultsDelegate(TableViewDelegate* delegate) {

@@ -86,7 +86,7 @@ public:
     void setSearchResultsDelegate(TableViewDelegate* delegate);
 
     SearchBar* searchBar() const;
-    // Made on first use, kept as long as this object.
+    // Made on first use, kept as long as this object. Has no rows while it is hidden.
     TableView* searchResultsTableView() const;
 
     // Those whose rows are shown: the contents' table and, while there are results, theirs. What news there are for

@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QtTest/QTest>
 
 #include "platform/ui/AnimationClock.h"
@@ -20,7 +21,8 @@ public:
     int numberOfRowsInSection(TableView& table, int) override {
         return static_cast<int>(&table == contents ? all.size() : found.size());
     }
-    TableViewCell* cellForRowAtIndexPath(TableView& table, IndexPath) override {
+    TableViewCell* cellForRowAtIndexPath(TableView& table, IndexPath path) override {
+        if (path.row >= numberOfRowsInSection(table, path.section)) ++badRows;
         TableViewCell* cell = table.dequeueReusableCell(QStringLiteral("Cell"));
         return cell ? cell : new TableViewCell(QStringLiteral("Cell"));
     }
@@ -41,6 +43,7 @@ public:
     QStringList found;
     QStringList chosen;
     QString calls;
+    int badRows = 0;
 };
 
 // Counts the Escapes that nobody took: those would leave the screen.
@@ -114,6 +117,15 @@ TEST_F(SearchTest, ResultsLieBelowTheBarWhileThereIsText) {
     type("x");
     EXPECT_EQ(words.calls, QStringLiteral("b+-+"));
     EXPECT_EQ(results()->contentHeight(), 0);
+}
+
+TEST_F(SearchTest, ResultsThatStillMoveWhenTheyGoAskForNoMoreRows) {
+    type("word");
+    results()->setContentOffset(2000);
+    words.all.clear();
+    bar->setText(QString());
+    for (const int offset : {2400, 4000, 0}) results()->verticalScrollBar()->setValue(offset);  // as a fling does
+    EXPECT_EQ(words.badRows, 0);
 }
 
 TEST_F(SearchTest, EndsByEveryWayOut) {
