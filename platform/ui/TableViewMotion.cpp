@@ -50,12 +50,14 @@ void TableView::Private::changeRows(IndexPath path, int difference, RowAnimation
         next.leavingTop = geometry.rowTop(path);
         next.leavingCell = cells.take(path);
         if (selected == path) selected.reset();
+        if (gesture.row == path) gesture.row.reset();
         if (uncovered == next.leavingCell) uncovered = nullptr;
     }
     closeUncovered();
     cells.shiftRows(below, difference);
     shift(selected, below, difference);
     shift(current, below, difference);
+    shift(gesture.row, below, difference);
     {
         const QScopedValueRollback<bool> hold(settling, true);
         if (geometry.rowCount(path.section) == 0) readRowHeight(path.section);

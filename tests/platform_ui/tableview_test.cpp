@@ -242,6 +242,22 @@ TEST_F(TableViewTest, PressedRowIsSelectedOnlyWhileItRests) {
     release(in({1, 2}, 300));
 }
 
+TEST_F(TableViewTest, PressStaysWithItsRowWhenOthersGo) {
+    for (const int removed : {2, 4, 6}) {
+        SCOPED_TRACE(removed);
+        show(40);
+        press(in({1, 4}, 300));
+        rows->remove(removed);
+        table->deleteRow({1, removed}, RowAnimation::left);
+        const QPoint finger = in({1, 6}, 300);
+        moveTo(finger + QPoint(0, -60));
+        release(finger + QPoint(0, -60));
+        table->forEachCell(
+            [](IndexPath path, const TableViewCell& cell) { EXPECT_FALSE(cell.isSelected()) << path.row; });
+        TearDown();
+    }
+}
+
 TEST_F(TableViewTest, CancelledPressLeavesNothingBehind) {
     for (const QPoint way : {QPoint(0, 0), QPoint(0, -20), QPoint(-120, 0), QPoint(30, 0)}) {
         SCOPED_TRACE(testing::Message() << way.x() << "," << way.y());
