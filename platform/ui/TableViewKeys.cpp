@@ -1,5 +1,6 @@
 // The keyboard's way to everything a finger does.
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <algorithm>
 #include <cstdlib>
 
@@ -50,7 +51,8 @@ bool TableView::Private::key(QKeyEvent* event) {
     }
 }
 
-// Without a current row the keyboard starts at the first one in sight.
+// Without a current row the keyboard starts at the first one in sight. Who arrives at an end of the rows sees what lies
+// beyond them as well, the header or the last footer.
 bool TableView::Private::moveCurrentBy(int rows) {
     const int total = geometry.totalRows();
     if (total == 0) return false;
@@ -62,8 +64,10 @@ bool TableView::Private::moveCurrentBy(int rows) {
     const int firstSeen = geometry.rowsBetween(offset(), offset() + 1 + q->viewport()->height()).first;
     const bool toTheEnd = std::abs(rows) == total;
     const int from = current ? geometry.ordinal(*current) : toTheEnd ? firstSeen : firstSeen - rows;
-    const int next = from + rows;
-    moveCurrentTo(geometry.atOrdinal(std::clamp(next, 0, total - 1)));
+    const int next = std::clamp(from + rows, 0, total - 1);
+    moveCurrentTo(geometry.atOrdinal(next));
+    if (rows < 0 && next == 0) q->setContentOffset(0);
+    if (rows > 0 && next == total - 1) q->setContentOffset(q->verticalScrollBar()->maximum());
     return true;
 }
 

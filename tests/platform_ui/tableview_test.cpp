@@ -80,7 +80,7 @@ public:
         selected.append(path);
     }
     int heightForRowAtIndexPath(TableView&, IndexPath) override { return 50; }
-    int heightForFooterInSection(TableView&, int section) override { return section == 0 ? 3 : 0; }
+    int heightForFooterInSection(TableView&, int section) override { return section == 0 ? 3 : lastFooterHeight; }
     QWidget* viewForFooterInSection(TableView&, int section) override { return section == 0 ? new QWidget : nullptr; }
 
     void remove(int row) {
@@ -96,6 +96,7 @@ public:
     QList<int> committed;
     QList<std::pair<int, QString>> edits;
     QString news;  // what every row says from now on
+    int lastFooterHeight = 0;
     bool deletes = true;
     bool reloadsAfterEditing = false;
     int asked = 0;
@@ -464,6 +465,44 @@ TEST_F(TableViewTest, KeysReachEveryRowAndDoWhatAFingerDoes) {
         QTest::keyClick(table.get(), confirm);
     }
     EXPECT_EQ(rows->committed, (QList<int>{2, 2}));
+}
+
+TEST_F(TableViewTest, KeysShowWhatLiesBeyondTheFirstAndTheLastRow) {
+    constexpr int headerHeight = 82;
+    constexpr int top = 0;
+    constexpr int bottom = headerHeight + 103 + 40 * 50 + 20 - height;
+    const struct {
+        const char* what;
+        std::vector<Qt::Key> way;
+        Qt::Key key;
+        int offset;
+    } cases[] = {
+        {"Home", {Qt::Key_PageDown, Qt::Key_PageDown}, Qt::Key_Home, top},
+        {"End", {}, Qt::Key_End, bottom},
+        {"Page Up onto the first row", {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down}, Qt::Key_PageUp, top},
+        {"Page Down onto the last row", {Qt::Key_End, Qt::Key_Up, Qt::Key_Up}, Qt::Key_PageDown, bottom},
+        {"Up onto the first row", {Qt::Key_Down}, Qt::Key_Up, top},
+        {"Up on the first row", {}, Qt::Key_Up, top},
+        {"Down onto the last row", {Qt::Key_End, Qt::Key_Up}, Qt::Key_Down, bottom},
+        {"Down on the last row", {Qt::Key_End}, Qt::Key_Down, bottom},
+        {"Up onto the second row", {Qt::Key_Down, Qt::Key_Down}, Qt::Key_Up, headerHeight},
+    };
+    for (const auto& [what, way, key, offset] : cases) {
+        SCOPED_TRACE(what);
+        show(40);
+        rows->lastFooterHeight = 20;
+        auto* header = new QWidget;
+        header->resize(width, headerHeight);
+        table->setHeaderView(header);
+        table->reloadData();
+        QTest::keyClick(table.get(), Qt::Key_Home);
+        for (const Qt::Key step : way) QTest::keyClick(table.get(), step);
+        // Just so far that the row the key is pressed on stays in sight.
+        table->setContentOffset(table->contentOffset() < bottom / 2 ? headerHeight : bottom - 20);
+        QTest::keyClick(table.get(), key);
+        EXPECT_EQ(table->contentOffset(), offset);
+        TearDown();
+    }
 }
 
 TEST_F(TableViewTest, TabWalksTheControlsFromTopToBottomAndLeaves) {
