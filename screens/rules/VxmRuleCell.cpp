@@ -51,8 +51,8 @@ VxmRuleCell::VxmRuleCell(const views::Chrome& chrome, const QString& reuseIdenti
 }
 
 void VxmRuleCell::setTitleLabelText(const QString& text) {
-    const QSizeF size = views::sizeWithFont(text.left(farMoreThanFits), titleTextField_->font());
-    if (size.width() > titleTextField_->width()) titleTextField_->setAdjustsFontSizeToFitWidth(true);
+    titleWidth_ = views::sizeWithFont(text.left(farMoreThanFits), titleTextField_->font()).width();
+    shrinkWideTitle();
     titleTextField_->setText(text);
     titleTextField_->setCursorPosition(0);
     updateAccessibleName();
@@ -94,6 +94,12 @@ void VxmRuleCell::setEditing(bool editing, bool animated) {
 void VxmRuleCell::layoutSubviews() {
     TableViewCell::layoutSubviews();
     titleTextField_->setGeometry(titleFrame_.adjusted(0, 0, width() - designWidth, 0));
+    shrinkWideTitle();
+}
+
+// Whichever comes last, a wider text or a narrower row.
+void VxmRuleCell::shrinkWideTitle() {
+    if (titleWidth_ > titleTextField_->width()) titleTextField_->setAdjustsFontSizeToFitWidth(true);
 }
 
 void VxmRuleCell::updateAccessibleName() {

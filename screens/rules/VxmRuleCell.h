@@ -43,10 +43,12 @@ protected:
     void layoutSubviews() override;
 
 private:
+    void shrinkWideTitle();
     void updateAccessibleName();
 
     platform::TextField* titleTextField_;
-    QRect titleFrame_;  // at the design's width
+    double titleWidth_ = 0;  // as measured in its font when it was set
+    QRect titleFrame_;       // at the design's width
     QLabel* underTextLabel_;
     QLabel* smallTextLabel_;
     QLabel* bigTextLabel_;

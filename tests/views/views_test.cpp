@@ -3,12 +3,14 @@
 
 #include <QFontMetricsF>
 #include <QLabel>
+#include <functional>
 
 #include "platform/ui/ImageButton.h"
 #include "platform/ui/TextField.h"
 #include "screens/rules/VxmRuleCell.h"
 #include "views/Chrome.h"
 #include "views/IconView.h"
+#include "views/Label.h"
 #include "views/ScreenView.h"
 #include "views/VxmAppCell.h"
 #include "views/VxmFileCell.h"
@@ -241,6 +243,25 @@ TEST(RuleCellTest, ShrinksALongRuleAndKeepsDoingSo) {
     cell.setTitleLabelText(QStringLiteral("short.example"));
     EXPECT_TRUE(cell.titleTextField()->adjustsFontSizeToFitWidth());
     EXPECT_EQ(cell.titleTextField()->font().pixelSize(), fullSize);
+}
+
+TEST(RuleCellTest, ShrinksARuleWhoseRowBecomesTooNarrow) {
+    const std::function<void(screens::VxmRuleCell&)> ways[] = {
+        [](auto& cell) { cell.resize(200, 50); },
+        [](auto& cell) { cell.setEditing(true, false); },
+    };
+    for (const auto& narrow : ways) {
+        screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
+        cell.show();
+        cell.setEditing(false, false);
+        const int fullSize = cell.titleTextField()->font().pixelSize();
+        QString text;
+        while (views::sizeWithFont(text, cell.titleTextField()->font()).width() < 280) text += u'w';
+        cell.setTitleLabelText(text);
+        EXPECT_FALSE(cell.titleTextField()->adjustsFontSizeToFitWidth());
+        narrow(cell);
+        EXPECT_LT(cell.titleTextField()->font().pixelSize(), fullSize);
+    }
 }
 
 TEST(RuleCellTest, PlacesItsLabels) {
