@@ -135,12 +135,20 @@ platform::Switch* VxmSettingsViewController::makeSwitch(int section) {
         } else {
             globalSwitchChanged(section, sender->isOn());
         }
+        showSwitches();
     });
     return made;
 }
 
 bool VxmSettingsViewController::isOn(int section) const {
     return section == enabledSection ? !store_.isDisabled() : globalSwitches_.at(std::size_t(section));
+}
+
+// Who turns one switch reads the file again, in which others may have turned another.
+void VxmSettingsViewController::showSwitches() {
+    table()->forEachCell([this](platform::IndexPath indexPath, platform::TableViewCell& cell) {
+        if (platform::Switch* shown = cell.accessorySwitch()) shown->setOn(isOn(indexPath.section), true);
+    });
 }
 
 void VxmSettingsViewController::takeGlobalSwitches(const store::Dictionary& globalRules) {

@@ -43,6 +43,7 @@ protected:
 private:
     platform::Switch* makeSwitch(int section);
     bool isOn(int section) const;
+    void showSwitches();
     void takeGlobalSwitches(const store::Dictionary& globalRules);
 
     void setVxmEnabledSwitchChanged(bool on);

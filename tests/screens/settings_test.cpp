@@ -106,6 +106,7 @@ TEST_F(SettingsTest, SwitchKeepsWhatOthersWroteInTheMeantime) {
     EXPECT_EQ(file->find("globalDeny")->array()->size(), 1U);
     EXPECT_EQ(flag(file, "log"), true);
     EXPECT_EQ(flag(file, "denyTabFront"), true);
+    EXPECT_TRUE(switchAt(logRow.section)->isOn()) << "the rows show what was read";
 }
 
 TEST_F(SettingsTest, EnabledSwitchKeepsTheMarkerAndThenPosts) {
