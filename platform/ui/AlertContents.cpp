@@ -19,10 +19,6 @@ constexpr int bottomMargin = 16;
 constexpr int buttonHeight = 44;
 constexpr int windowMargin = 12;  // kept free above and below the panel
 
-AlertButton::Weight weightOf(int index, int count) {
-    return index == count - 1 ? AlertButton::Weight::accent : AlertButton::Weight::plain;
-}
-
 }  // namespace
 
 AlertContents::AlertContents(QWidget* panel, const QString& title, const QString& message,
@@ -34,10 +30,26 @@ AlertContents::AlertContents(QWidget* panel, const QString& title, const QString
 void AlertContents::makeButtons(const QStringList& titles) {
     const int count = static_cast<int>(titles.size());
     for (int index = 0; index < count; ++index) {
-        auto* made = new AlertButton(titles[index], weightOf(index, count), panel_);
+        auto* made = new AlertButton(titles[index], panel_);
         made->setStandsBesideAnother(count == 2 && index == 1);
         buttons_.push_back(made);
     }
+    giveAccent();
+}
+
+void AlertContents::setDestructive(int buttonIndex) {
+    buttons_.at(static_cast<std::size_t>(buttonIndex))->setWeight(AlertButton::Weight::destructive);
+    giveAccent();
+}
+
+// To the last button that destroys nothing. "Cancel" has it only where there is no other button.
+void AlertContents::giveAccent() {
+    const auto isSafe = [](const AlertButton* button) { return button->weight() != AlertButton::Weight::destructive; };
+    for (AlertButton* button : buttons_)
+        if (isSafe(button)) button->setWeight(AlertButton::Weight::plain);
+    const auto last = std::find_if(buttons_.rbegin(), buttons_.rend(), isSafe);
+    const bool isCancel = last == std::prev(buttons_.rend());
+    if (last != buttons_.rend() && (!isCancel || buttons_.size() == 1)) (*last)->setWeight(AlertButton::Weight::accent);
 }
 
 void AlertContents::layOut(int windowHeight) {

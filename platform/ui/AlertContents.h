@@ -20,6 +20,7 @@ public:
     AlertContents(QWidget* panel, const QString& title, const QString& message, const QStringList& buttonTitles);
 
     void addSubview(QWidget* view, const QRect& frame);
+    void setDestructive(int buttonIndex);
 
     const std::vector<AlertButton*>& buttons() const { return buttons_; }
     const std::vector<QLineEdit*>& fields() const { return fields_; }
@@ -35,6 +36,7 @@ public:
 
 private:
     void makeButtons(const QStringList& titles);
+    void giveAccent();
     int layOutButtons(int top);
     int buttonRows() const;
 

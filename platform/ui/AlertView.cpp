@@ -124,6 +124,15 @@ void AlertView::addSubview(QWidget* view, const QRect& frame) {
     d_->contents.addSubview(view, frame);
 }
 
+void AlertView::setDestructive(int buttonIndex) {
+    d_->contents.setDestructive(buttonIndex);
+}
+
+bool AlertView::isDestructive(int buttonIndex) const {
+    const auto& buttons = d_->contents.buttons();
+    return buttons.at(static_cast<std::size_t>(buttonIndex))->weight() == AlertButton::Weight::destructive;
+}
+
 void AlertView::show(QWidget* inWindowOf) {
     // Until it appears the alert belongs to who asked for it, unseen.
     setParent(inWindowOf);

@@ -51,6 +51,12 @@ public:
     // A widget inside the alert, with its frame in the alert's own coordinates (284 points wide). Owned by the alert.
     void addSubview(QWidget* view, const QRect& frame);
 
+    // The button destroys what nothing brings back, and looks it: its title is in the muted red. The accent is always
+    // on the last button that destroys nothing, and on none when only the cancel button is left. Before or after
+    // show().
+    void setDestructive(int buttonIndex);
+    bool isDestructive(int buttonIndex) const;
+
     // Shows the alert over the whole window that `inWindowOf` lives in, once that is visible and at rest. Focus goes to
     // the first text field that was added, else to button 0; when the alert closes, focus returns to where it was.
     void show(QWidget* inWindowOf);

@@ -94,6 +94,7 @@ void VxmGlobalViewController::showImportAlert() {
         QStringLiteral("Place a list into /Applications/VexmorGUI.app/Lists/ to import it. For more information please "
                        "check the documentation.\nTap on Delete to clear all rules!"),
         this, QStringLiteral("Cancel"), {QStringLiteral("Import"), QStringLiteral("Delete")});
+    importAlert_->setDestructive(deleteButton);
     importAlert_->show(table());
 }
 
@@ -101,6 +102,7 @@ void VxmGlobalViewController::showDeleteAlert() {
     deleteAlert_ = new platform::AlertView(QStringLiteral("Delete all Rules?"),
                                            QStringLiteral("Do you want to delete all rules in this list?"), this,
                                            QStringLiteral("Cancel"), {QStringLiteral("OK")});
+    deleteAlert_->setDestructive(confirmButton);
     deleteAlert_->show(table());
 }
 

@@ -65,6 +65,7 @@ void FileListScreen::didSelectRowAtIndexPath(platform::TableView& table, platfor
     const QString name = shownName(filename_);
     importAlert_ =
         new platform::AlertView(importQuestion(name), name, this, QStringLiteral("Cancel"), {QStringLiteral("YES")});
+    if (importOverwrites()) importAlert_->setDestructive(yesButton);
     importAlert_->show(&table);
 }
 

@@ -37,6 +37,8 @@ protected:
     virtual QString barTitle() const = 0;
     // The title of the question before an import.
     virtual QString importQuestion(const QString& shownName) const = 0;
+    // Whether importing puts something in the place of what was there.
+    virtual bool importOverwrites() const = 0;
     // The person said yes. The path may lead to anything.
     virtual void importFile(const std::filesystem::path& file) = 0;
     // The content of the screen with the table in it; the table alone by default.

@@ -21,6 +21,7 @@ public:
 protected:
     QString barTitle() const override;
     QString importQuestion(const QString& shownName) const override;
+    bool importOverwrites() const override { return false; }
     // A rule for every line of the text; the rules file is written even when the text cannot be read.
     void importFile(const std::filesystem::path& file) override;
 

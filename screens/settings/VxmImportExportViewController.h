@@ -30,6 +30,7 @@ public:
 protected:
     QString barTitle() const override;
     QString importQuestion(const QString& shownName) const override;
+    bool importOverwrites() const override { return true; }
     // Replaces each configuration file that the export file holds. Adds no marker entry and tells nobody.
     void importFile(const std::filesystem::path& file) override;
     QWidget* makeContent(platform::TableView* table) override;

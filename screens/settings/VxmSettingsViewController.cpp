@@ -198,6 +198,7 @@ void VxmSettingsViewController::askForDeletion() {
                                           QStringLiteral("Do you really want to delete all rules?"), this,
                                           QStringLiteral("Cancel"), {QStringLiteral("Yes")});
     alert->tag = deleteAlertTag;
+    alert->setDestructive(yesButton);
     alert->show(table());
 }
 

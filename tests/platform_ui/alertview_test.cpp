@@ -283,6 +283,43 @@ TEST_F(AlertViewTest, ScrollsWhatIsTooLongAndStaysCentred) {
     alert->dismissWithClickedButtonIndex(0);
 }
 
+// Which of the colours the title is written in, by its reddest and its bluest point.
+QChar inkOf(QPushButton& button) {
+    const QImage picture = button.grab().toImage();
+    int reddest = 0;
+    int bluest = 0;
+    for (int y = 2; y < picture.height(); ++y) {
+        for (int x = 2; x < picture.width(); ++x) {
+            const QColor at = picture.pixelColor(x, y);
+            reddest = std::max(reddest, at.red() - at.blue());
+            bluest = std::max(bluest, at.blue() - at.red());
+        }
+    }
+    return reddest > 60 ? u'r' : bluest > 60 ? u'b' : u'-';
+}
+
+TEST_F(AlertViewTest, ButtonThatDestroysIsRedAndNeverTheOneThatMatters) {
+    const InstantClock instant;
+    const struct {
+        int buttons;
+        std::vector<int> destructive;
+        const char* inks;  // red, blue, neither
+    } cases[] = {{1, {}, "b"},    {2, {}, "-b"},  {3, {}, "--b"},     {3, {2}, "-br"},
+                 {3, {1}, "-rb"}, {2, {1}, "-r"}, {3, {1, 2}, "-rr"}, {1, {0}, "r"}};
+    for (const auto& [buttons, destructive, inks] : cases) {
+        SCOPED_TRACE(inks);
+        AlertView* alert = make(QStringList({text("Cancel"), text("Import"), text("Delete")}).mid(0, buttons));
+        for (const int index : destructive) alert->setDestructive(index);
+        alert->show(&window);
+        window.setFocus();  // its frame is blue
+        for (int index = 0; index < buttons; ++index) {
+            EXPECT_EQ(inkOf(*alert->button(index)), QLatin1Char(inks[index])) << index;
+            EXPECT_EQ(alert->button(index)->font().bold(), inks[index] == 'b') << index;
+        }
+        alert->dismissWithClickedButtonIndex(0);
+    }
+}
+
 TEST_F(AlertViewTest, IsReadAloud) {
     const InstantClock instant;
     AlertView* alert = make({text("No"), text("Yes")}, text("Delete?"));

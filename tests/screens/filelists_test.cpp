@@ -160,6 +160,7 @@ TEST_F(ExportTest, QuestionNamesTheFile) {
               u"Do you want to import Settings from my settings.plist? All current settings will be overwritten!!!");
     EXPECT_EQ(host.alert()->message(), u"my settings.plist");
     EXPECT_EQ(host.alert()->button(1)->text(), u"YES");
+    EXPECT_TRUE(host.alert()->isDestructive(1)) << "what was there is overwritten";
     EXPECT_EQ(screen->filename(), "my settings.plist");
 }
 
@@ -200,6 +201,7 @@ protected:
         ASSERT_TRUE(host.alert());
         EXPECT_EQ(host.alert()->title(), u"Do you want to import rules from this file?");
         EXPECT_EQ(host.alert()->message(), u"list.txt");
+        EXPECT_FALSE(host.alert()->isDestructive(1)) << "it adds";
         host.answer(button);
     }
 

@@ -481,8 +481,10 @@ TEST_F(GlobalListTest, DeletesAllAfterConfirmation) {
     device.tapRow(0, 1);
     EXPECT_EQ(device.alert()->title(), QStringLiteral("Import/Delete"));
     EXPECT_EQ(device.alert()->numberOfButtons(), 3);
+    EXPECT_TRUE(device.alert()->isDestructive(2));
     device.answer(2);
     EXPECT_EQ(device.alert()->title(), QStringLiteral("Delete all Rules?"));
+    EXPECT_TRUE(device.alert()->isDestructive(1));
     device.answer(0);
     EXPECT_EQ(device.rows(1), 1);
     device.tapRow(0, 1);

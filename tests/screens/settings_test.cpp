@@ -148,6 +148,7 @@ TEST_F(SettingsTest, DeletesEverythingOnlyWhenConfirmed) {
         host.tapRow(deleteRow);
         ASSERT_TRUE(host.alert());
         EXPECT_EQ(host.alert()->title(), u"Delete all Rules");
+        EXPECT_TRUE(host.alert()->isDestructive(1));
         host.answer(button);
         const bool isDeleted = button == 1;
         EXPECT_EQ(host.posts.size(), isDeleted ? 1U : 0U);

@@ -53,6 +53,8 @@ TEST(Contrast, TextsCanBeReadAndTheFocusCanBeSeen) {
         {"text of a row that is pressed", ink, over(pressedVeil, white), text},
         {"title of the button that matters", accentInk, white, text},
         {"the same, pressed", accentInk, over(pressedVeil, white), text},
+        {"title of a button that destroys", redInk, white, text},
+        {"the same, pressed", redInk, over(pressedVeil, white), text},
         {"what an empty field shows", hint, white, text},
         {"selected text", white, accentInk, text},
         {"Delete", white, red, text},
