@@ -79,6 +79,7 @@ bool TableView::Private::mouseEvent(QMouseEvent* event, QLineEdit* field) {
 void TableView::Private::press(QPoint position, QLineEdit* field) {
     const bool wasMoving = kinetic.begin(position.y());
     const bool wasUncovered = closeUncovered();
+    cancelGesture();  // an earlier press may have ended elsewhere
     q->hideFocus();
     gesture = {RowGesture::Kind::press, position, std::nullopt, nullptr};
     if (wasMoving || wasUncovered) return;

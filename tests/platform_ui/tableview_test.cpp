@@ -259,6 +259,14 @@ TEST_F(TableViewTest, PressStaysWithItsRowWhenOthersGo) {
     }
 }
 
+TEST_F(TableViewTest, PressWhoseEndWasNeverToldLeavesNothingBehind) {
+    show(40);
+    press(in({1, 2}, 300));
+    tap(in({1, 5}, 300));
+    EXPECT_EQ(rows->selected, (QList<IndexPath>{{1, 5}}));
+    EXPECT_FALSE(cell({1, 2})->isSelected());
+}
+
 TEST_F(TableViewTest, CancelledPressLeavesNothingBehind) {
     for (const QPoint way : {QPoint(0, 0), QPoint(0, -20), QPoint(-120, 0), QPoint(30, 0)}) {
         SCOPED_TRACE(testing::Message() << way.x() << "," << way.y());
