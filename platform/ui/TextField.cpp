@@ -28,6 +28,10 @@ TextFieldDelegate::~TextFieldDelegate() = default;
 TextField::TextField(QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
     setTextMargins(-lineEditInset, 0, -lineEditInset, 0);
+    // In a window that is not the active one nobody tells the field that it has the keyboard.
+    connect(this, &QLineEdit::textEdited, this, [this] {
+        if (window()->focusWidget() == this) beginEditing();
+    });
     connect(this, &QLineEdit::textEdited, this, &TextField::dropLineBreaks);
     connect(this, &QLineEdit::textChanged, this, &TextField::fitFont);
 }

@@ -321,6 +321,24 @@ TEST_P(EditEndingTest, CommitsIntoItsOwnRow) {
     EXPECT_EQ(rules.count(QStringLiteral("new")), 1);
 }
 
+TEST_P(RuleListTest, KeepsWhatIsTypedInAWindowThatIsNotTheActiveOne) {
+    open(entry("a.example") + entry("b.example"));
+    edit();
+    if (device.alert()) device.answer(0);
+    QWidget elsewhere;
+    elsewhere.show();
+    elsewhere.activateWindow();
+    QApplication::processEvents();
+    ASSERT_FALSE(device.window()->isActiveWindow());
+    device.tapRow(1, 1, 60);
+    QWidget* field = device.window()->focusWidget();
+    ASSERT_TRUE(qobject_cast<platform::TextField*>(field));
+    QTest::keyClicks(field, QStringLiteral("x"));
+    device.tapRow(1, 0, 60);
+    EXPECT_EQ(storedRules(), shownRules());
+    EXPECT_NE(storedRules().value(1), u"b.example");
+}
+
 TEST_P(RuleListTest, SearchNarrowsEditsAndDeletes) {
     open(entry("ads.example") + entry("b.example") + entry("static.ads.example"));
     platform::TableView* main = device.table();
