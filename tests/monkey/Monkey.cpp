@@ -5,9 +5,14 @@
 #include <iostream>
 
 #include "monkey/Clock.h"
+#include "monkey/Eye.h"
 #include "monkey/Journal.h"
 #include "platform/ui/AnimationClock.h"
 #include "platform/ui/NavigationController.h"
+#include "platform/ui/Switch.h"
+#include "platform/ui/TableView.h"
+#include "platform/ui/TableViewCell.h"
+#include "screens/settings/VxmSettingsViewController.h"
 
 namespace monkey {
 
@@ -15,7 +20,7 @@ namespace {
 
 constexpr int longestFrame = 100;   // milliseconds
 constexpr int longEnough = 1500;    // until everything that moves has come to rest
-constexpr long settledEvery = 100;  // events
+constexpr long settledEvery = 20;   // events
 constexpr long toldEvery = 10'000;  // events
 
 constexpr QSize someScreens[] = {{320, 568}, {320, 480}, {375, 667}, {768, 1024}};
@@ -189,6 +194,22 @@ void Monkey::settle() {
     if (screens_.alive() != held)
         Journal::fail("of the screens " + std::to_string(held) + " are held, and alive are" +
                       screens_.namesOfTheLiving());
+    rest();
+    if (isFirewallSwitchedByOthers()) return;
+    if (const std::string finding = Eye::lookAt(*device_->screen(), [this] { rest(); }); !finding.empty())
+        Journal::fail(finding);
+}
+
+// The one thing in a row that is not told to the screen but read whenever the row is built.
+bool Monkey::isFirewallSwitchedByOthers() const {
+    if (!qobject_cast<screens::VxmSettingsViewController*>(device_->screen())) return false;
+    const platform::TableViewCell* row = device_->table()->cellForRow({0, 0});
+    return row && row->accessorySwitch()->isOn() == device_->files().isDisabled();
+}
+
+// Until everything has ended that needs no time of the monkey's.
+void Monkey::rest() {
+    turn();
     Belongings expected = Belongings::now();
     expected.threads = atRest_.threads;
     expected.descriptors = atRest_.descriptors;
@@ -196,6 +217,7 @@ void Monkey::settle() {
     if (now != expected)
         Journal::fail("at rest there should be " + expected.text() + " and are " + now.text() + ": " +
                       Belongings::listed());
+    for (int turns = 0; turns < 3; ++turns) turn();  // an icon comes in one, is painted in the next
 }
 
 }  // namespace monkey

@@ -55,6 +55,8 @@ private:
     void check();
     void checkPosts(const std::vector<Sight>& seen);
     void settle();
+    bool isFirewallSwitchedByOthers() const;
+    void rest();
 
     Random random_;
     QTemporaryDir folder_;
