@@ -3,7 +3,8 @@
 #include <QCoreApplication>
 #include <QLibrary>
 #include <QOpenGLContext>
-#include <QStringList>
+
+#include "platform/modules/Modules.h"
 
 QT_BEGIN_NAMESPACE
 // Exported for the web engine's sake and in no header of Qt's public ones; the engine declares them in the same way.
@@ -28,13 +29,8 @@ void provideShareContext() {
 
 MakeWebView loadModule() {
     provideShareContext();
-    QStringList directories = QCoreApplication::libraryPaths();
-    directories.append(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib/vexmor"));
-    for (const QString& directory : directories) {
-        QLibrary module(directory + QStringLiteral("/libvexmorweb.so"));
-        if (const auto make = module.resolve("vexmorMakeWebView")) return reinterpret_cast<MakeWebView>(make);
-    }
-    return nullptr;
+    QLibrary module(findModule(QStringLiteral("libvexmorweb.so")));
+    return reinterpret_cast<MakeWebView>(module.resolve("vexmorMakeWebView"));
 }
 
 }  // namespace

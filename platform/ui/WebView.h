@@ -44,8 +44,7 @@ public:
 
 // A new web view, owned by `parent`, which may not be nullptr. The first call loads the module with the web engine,
 // which takes about a tenth of a second and stays; an app that shows no page pays nothing for it. nullptr when the
-// module is not installed. The module is looked for in QCoreApplication::libraryPaths(), which holds the program's own
-// directory, and in ../lib/vexmor from there.
+// module is not installed (platform/modules/Modules.h says where it is looked for).
 WebView* makeWebView(QWidget* parent);
 
 }  // namespace platform
