@@ -1,12 +1,12 @@
 #include "platform/system/IconImage.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QImageReader>
 #include <QPainter>
 #include <QSvgRenderer>
 #include <cmath>
 
+#include "platform/system/IconPainter.h"
 #include "platform/system/RegularFile.h"
 
 namespace platform {
@@ -15,8 +15,12 @@ namespace {
 
 constexpr qint64 longestFile = 16 << 20;
 
+int pixelsOf(int points, double scale) {
+    return static_cast<int>(std::ceil(points * scale));
+}
+
 QImage emptyIcon(int points, double scale) {
-    const int pixels = static_cast<int>(std::ceil(points * scale));
+    const int pixels = pixelsOf(points, scale);
     QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     return image;
@@ -28,14 +32,10 @@ QRectF centred(const QSizeF& size, const QRect& square) {
     return frame;
 }
 
+// One program for each thread that reads icons: those threads last as long as there are icons to read.
 QImage renderVectors(const QByteArray& bytes, int points, double scale) {
-    QSvgRenderer renderer;
-    if (!renderer.load(bytes) || renderer.defaultSize().isEmpty()) return {};
-    QImage icon = emptyIcon(points, scale);
-    QPainter painter(&icon);
-    painter.setRenderHint(QPainter::Antialiasing);
-    renderer.render(&painter, centred(renderer.viewBoxF().size(), icon.rect()));
-    return icon;
+    thread_local IconPainter painter;
+    return painter.paint(bytes, pixelsOf(points, scale));
 }
 
 QImage renderPixels(QByteArray bytes, int points, double scale) {
@@ -56,14 +56,10 @@ QImage withScale(QImage icon, double scale) {
     return icon;
 }
 
-QImage drawGenericIcon(int points, double scale) {
-    QImage icon = emptyIcon(points, scale);
-    QPainter painter(&icon);
-    painter.setRenderHint(QPainter::Antialiasing);
+void drawGenericIcon(QPainter& painter, int points, double scale) {
     painter.scale(scale, scale);
     painter.setPen(QPen(QColor(161, 176, 176), 1));
     painter.drawRoundedRect(QRectF(1.5, 1.5, points - 3, points - 3), 6, 6);
-    return icon;
 }
 
 }  // namespace
@@ -77,10 +73,15 @@ QImage readIcon(const std::filesystem::path& file, int points, double scale) {
 }
 
 QImage genericIcon(int points, double scale) {
-    QImage icon;
-    QFile resource(QStringLiteral(":/images/DefaultAppIcon.svg"));
-    if (resource.open(QIODevice::ReadOnly)) icon = renderVectors(resource.readAll(), points, scale);
-    return withScale(icon.isNull() ? drawGenericIcon(points, scale) : icon, scale);
+    QImage icon = emptyIcon(points, scale);
+    QPainter painter(&icon);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (QSvgRenderer own(QStringLiteral(":/images/DefaultAppIcon.svg")); own.isValid())
+        own.render(&painter, icon.rect());
+    else
+        drawGenericIcon(painter, points, scale);
+    painter.end();
+    return withScale(icon, scale);
 }
 
 }  // namespace platform

@@ -2,12 +2,14 @@
 #include <sys/stat.h>
 
 #include <QColor>
+#include <QProcess>
 #include <atomic>
 #include <latch>
 #include <memory>
 #include <thread>
 
 #include "platform/system/DesktopApplicationList.h"
+#include "platform/system/IconImage.h"
 #include "platform_system/DataDirectory.h"
 
 using platform::DesktopApplicationList;
@@ -20,6 +22,25 @@ constexpr int points = 29;
 
 QColor middle(const QImage& icon) {
     return icon.isNull() ? QColor() : icon.pixelColor(icon.width() / 2, icon.height() / 2);
+}
+
+std::string svg(const std::string& elements, const std::string& size = "viewBox='0 0 8 8'") {
+    return "<svg xmlns='http://www.w3.org/2000/svg' " + size + ">" + elements + "</svg>";
+}
+
+std::string repeated(const std::string& text, int times) {
+    std::string all;
+    for (int time = 0; time < times; ++time) all += text;
+    return all;
+}
+
+std::string gzip(const std::string& bytes) {
+    QProcess program;
+    program.start(QStringLiteral("gzip"), {QStringLiteral("-1nc")});
+    program.write(bytes.data(), static_cast<qint64>(bytes.size()));
+    program.closeWriteChannel();
+    program.waitForFinished();
+    return program.readAllStandardOutput().toStdString();
 }
 
 // Counts announcements, from whatever thread.
@@ -130,6 +151,79 @@ TEST(Icons, KeepTheirShape) {
     EXPECT_EQ(middle(icon), QColor(0, 255, 0));
     EXPECT_EQ(icon.pixelColor(0, points / 2), QColor(0, 255, 0));
     EXPECT_EQ(icon.pixelColor(points / 2, 2).alpha(), 0);
+}
+
+// Each green in the middle and transparent in the corner, once what it needs has been drawn.
+TEST(Icons, AreDrawnWithMasksClipsAndFilters) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"mask",
+         "<mask id='m'><circle cx='4' cy='4' r='4' fill='white'/></mask>"
+         "<rect width='8' height='8' fill='lime' mask='url(#m)'/>"},
+        {"clip",
+         "<clipPath id='c'><circle cx='4' cy='4' r='4'/></clipPath>"
+         "<rect width='8' height='8' fill='lime' clip-path='url(#c)'/>"},
+        {"filter",
+         "<filter id='f' x='0' y='0' width='1' height='1'><feFlood flood-color='lime' x='2' y='2' width='4' "
+         "height='4'/></filter><rect width='8' height='8' fill='red' filter='url(#f)'/>"},
+        {"style sheet", "<style>g > .a { fill: lime }</style><g><circle class='a' cx='4' cy='4' r='4'/></g>"},
+    };
+    DataDirectory directory;
+    for (const auto& [what, elements] : cases) {
+        const QImage icon = platform::readIcon(directory.write("icon.svg", svg(elements)), points, 1.5);
+        EXPECT_EQ(middle(icon), QColor(0, 255, 0)) << what;
+        EXPECT_EQ(icon.isNull() ? -1 : icon.pixelColor(0, 0).alpha(), 0) << what;
+    }
+}
+
+// A hostile picture ends its own drawing and nothing else: the next one is drawn.
+TEST(Icons, BadVectorsAreHarmless) {
+    DataDirectory directory;
+    const std::string square = "<rect width='8' height='8' fill='lime'/>";
+    const std::string link = "file://" + directory.writePng("linked.png", 8, Qt::red).string();
+    const auto filtered = [&](const std::string& filter) {
+        return svg("<filter id='f' x='-1e6' y='-1e6' width='1e9' height='1e9'>" + filter +
+                   "</filter><rect width='8' height='8' filter='url(#f)'/>" + square);
+    };
+    std::string entities = "<!DOCTYPE svg [<!ENTITY a0 'ha'>", copies = "<g id='a0'>" + square + "</g>";
+    for (int level = 1; level < 12; ++level) {
+        const std::string name = "a" + std::to_string(level), below = "a" + std::to_string(level - 1);
+        entities += "<!ENTITY " + name + " '" + repeated("&" + below + ";", 10) + "'>";
+        copies += "<g id='" + name + "'>" + repeated("<use href='#" + below + "'/>", 10) + "</g>";
+    }
+    const std::string elements = repeated("<g/>", 5'000'000);
+    struct Case {
+        const char* what;
+        std::string bytes;
+        bool drawn = false;
+        const char* file = "icon.svg";
+    };
+    const Case cases[] = {
+        {"empty", ""},
+        {"truncated", svg(square).substr(0, 60)},
+        {"100 MB", svg(square + std::string(100 << 20, ' '))},
+        {"compressed", gzip(svg(square)), true, "icon.svgz"},
+        {"compressed and cut", gzip(svg(square)).substr(0, 60), false, "icon.svgz"},
+        {"millions of elements, compressed", gzip(svg(elements + square)), false, "icon.svgz"},
+        {"millions of elements", svg(elements.substr(0, 10 << 20) + square)},
+        {"entities of entities", entities + "]>" + svg("<text>&a11;</text>")},
+        {"copies of copies", svg(copies)},
+        {"a copy of itself", svg("<g id='a'><use href='#b'/></g><g id='b'><use href='#a'/></g>" + square), true},
+        {"a file", svg(square + "<image width='8' height='8' href='" + link + "'/><use href='" + link + "#a'/>"), true},
+        {"an address", svg(square + "<image width='8' height='8' href='http://127.0.0.1:1/a.png'/>"), true},
+        {"a large size", svg(square, "width='1e9' height='1e9' viewBox='0 0 8 8'"), true},
+        {"no size", svg(square, "width='8' height='0'")},
+        {"what the library aborts at",
+         filtered("<feConvolveMatrix order='50' kernelMatrix='" + repeated("1 ", 2500) + "'/>")},
+        {"a large blur", filtered("<feGaussianBlur stdDeviation='1e9'/>"), true},
+        {"endless turbulence", filtered("<feTurbulence numOctaves='2000000000' baseFrequency='.01'/>")},
+    };
+    const auto good = directory.writeSvg("good.svg", "lime");
+    for (const Case& item : cases) {
+        SCOPED_TRACE(item.what);
+        const QImage icon = platform::readIcon(directory.write(item.file, item.bytes), points, 2);
+        EXPECT_EQ(middle(icon), item.drawn ? QColor(0, 255, 0) : QColor());
+        EXPECT_EQ(middle(platform::readIcon(good, points, 2)), QColor(0, 255, 0)) << "the next one";
+    }
 }
 
 TEST(Icons, WhatCannotBeLoadedIsRememberedUntilItChanges) {
