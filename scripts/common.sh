@@ -3,11 +3,14 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-say() { printf '%s: %s\n' "$0" "$*"; }
+# The command's name as one types it: bash makes the path absolute when one script becomes another.
+command=${0#"$PWD"/}
+
+say() { printf '%s: %s\n' "$command" "$*"; }
 
 # fail MESSAGE: one line, exit status 1. misuse MESSAGE: the same with exit status 2.
-fail() { printf '%s: %s\n' "$0" "$*" >&2; exit 1; }
-misuse() { printf '%s: %s\n' "$0" "$*" >&2; exit 2; }
+fail() { printf '%s: %s\n' "$command" "$*" >&2; exit 1; }
+misuse() { printf '%s: %s\n' "$command" "$*" >&2; exit 2; }
 
 # option_value OPTION [VALUE]: the value that an option must have.
 option_value() {
@@ -46,17 +49,18 @@ ensure_packages() {
         as_root=(sudo)
     fi
     say "installing ${missing[*]}"
-    # The status goes the way of all output: sudo passes no other descriptor on.
+    # apt must have the pipe of its status to itself, since it makes it a non-blocking one; and sudo passes none on.
     apt() {
-        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 \
-            -o Dpkg::Use-Pty=0 -o APT::Status-Fd=1 "$@" 2>&1 |
-            sed -uE 's/^dlstatus:[^:]*:([0-9]+)[^:]*:/\tdownloading packages\t\1\t/
-                     s/^pmstatus:[^:]*:([0-9]+)[^:]*:/\tinstalling packages\t\1\t/' | progress >"$log"
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive bash -o pipefail -c \
+            'apt-get -qq -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 -o APT::Status-Fd=3 "$@" 3>&1 >&2 | cat' \
+            apt "$@" 2>"$log" |
+            sed -unE 's/^dlstatus:[^:]*:([0-9]+)[^:]*:/\tdownloading packages\t\1\t/p
+                      s/^pmstatus:[^:]*:([0-9]+)[^:]*:/\tinstalling packages\t\1\t/p' | progress
     }
     local log; log=$(mktemp)
-    apt update || true  # a source of the machine's own may be out of reach; what counts is whether the packages come
+    apt update 2>/dev/null || true  # a source of the machine's own may be out of reach; what counts is whether the packages come
     if ! apt install -y --no-install-recommends "${missing[@]}"; then
-        local reason; reason=$(grep -m1 '^E:' "$log" || tail -n1 "$log"); rm -f "$log"
+        local reason; reason=$(grep -m1 '^dpkg: error' "$log" || grep -m1 '^E:' "$log" || tail -n1 "$log"); rm -f "$log"
         fail "could not install ${missing[*]} (${reason:-apt-get failed})"
     fi
     rm -f "$log"

@@ -3,7 +3,7 @@
 
 # remaining PERCENT SECONDS: what is left of work that has come this far in this time. Early estimates mislead.
 remaining() {
-    (($1 >= 3 && $2 >= 2)) || return 0
+    (($1 >= 3 && $1 < 100 && $2 >= 2)) || return 0
     local left=$(($2 * (100 - $1) / $1))
     printf ', about %d:%02d left' $((left / 60)) $((left % 60))
 }
@@ -22,7 +22,7 @@ progress() {
         IFS='|' read -r blank work percent step <<<"${line//$'\t'/|}"
         percent=${percent//[ %]/}
         [ "$work" = "$last_work" ] || { last_work=$work shown=0 begun=$SECONDS; }
-        line="$0: $work: $percent %$(remaining "$percent" $((SECONDS - begun)))"
+        line="$command: $work: $percent %$(remaining "$percent" $((SECONDS - begun)))"
         if ((columns > 0)); then
             line="$line, $step"
             printf '\r\033[K%s' "${line:0:columns-1}" >&2
