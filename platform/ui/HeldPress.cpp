@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QMouseEvent>
+#include <utility>
 
 namespace platform::HeldPress {
 
@@ -39,16 +40,34 @@ private:
     }
 };
 
-}  // namespace
-
-void cancel(const QWidget& within) {
-    if (!QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) return;
-    new RestOfPress;
+void letGo(const QWidget& within) {
     for (QWidget* widget : within.findChildren<QWidget*>()) {
         if (auto* button = qobject_cast<QAbstractButton*>(widget)) button->setDown(false);
         QEvent ungrab(QEvent::UngrabMouse);
         QCoreApplication::sendEvent(widget, &ungrab);
     }
+}
+
+}  // namespace
+
+void cancel(const QWidget& within) {
+    if (!QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) return;
+    new RestOfPress;
+    letGo(within);
+}
+
+Watch::Watch() {
+    qApp->installEventFilter(this);
+}
+
+bool Watch::eventFilter(QObject* watched, QEvent* event) {
+    if (!watched->isWindowType()) return false;
+    const bool begins = event->type() == QEvent::MouseButtonPress;
+    if (!begins && event->type() != QEvent::MouseButtonRelease) return false;
+    if (static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return false;
+    if (std::exchange(isHeld_, begins) && begins)
+        for (const QWidget* window : QApplication::topLevelWidgets()) letGo(*window);
+    return false;
 }
 
 }  // namespace platform::HeldPress

@@ -6,6 +6,7 @@
 
 #include "platform/ui/AlertView.h"
 #include "platform/ui/Focus.h"
+#include "platform/ui/HeldPress.h"
 #include "platform/ui/OnScreenKeyboard.h"
 #include "platform/ui/ScreenTransition.h"
 #include "platform/ui/ViewController.h"
@@ -96,6 +97,7 @@ struct NavigationController::Private {
     QWidget* stage;
     NavigationController* q;
     Focus::Watch focusWatch;
+    HeldPress::Watch pressWatch;
     std::vector<std::unique_ptr<ViewController>> stack;
     std::vector<std::unique_ptr<ViewController>> going;
     std::vector<std::unique_ptr<ViewController>> gone;

@@ -30,6 +30,24 @@ protected:
     std::vector<bool> told;
 };
 
+TEST_F(SwitchTest, ComesUpWhenAPressWithoutAnEndIsFollowedByAnother) {
+    const platform::HeldPress::Watch watch;
+    Switch other(&window);
+    other.move(120, 60);
+    other.show();
+    const auto press = [this](const Switch& at) {
+        QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, at.geometry().center());
+    };
+    press(*toggle);
+    ASSERT_TRUE(toggle->isDown());
+    press(other);
+    EXPECT_FALSE(toggle->isDown());
+    EXPECT_TRUE(other.isDown());
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, other.geometry().center());
+    EXPECT_TRUE(other.isOn());
+    EXPECT_TRUE(told.empty());
+}
+
 TEST_F(SwitchTest, AnswersToTheFinger) {
     struct Case {
         const char* name;
