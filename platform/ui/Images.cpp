@@ -33,6 +33,8 @@ QString path(const QString& name) {
     return QStringLiteral(":/images/%1.svg").arg(dot < 0 ? name : name.left(dot));
 }
 
+// By QtSvg, not by the library that draws the apps' icons: it takes 2 ms and 1.3 MB for the first screen's images, that
+// one 13 ms and 13 MB. PNG files made at build time would take 3 ms and fit some scales only.
 QPixmap painted(const QString& name, double scale) {
     const QSize points = size(name);
     if (points.isEmpty() || scale <= 0) return {};
