@@ -165,7 +165,6 @@ TEST(Icons, AreDrawnWithMasksClipsAndFilters) {
         {"filter",
          "<filter id='f' x='0' y='0' width='1' height='1'><feFlood flood-color='lime' x='2' y='2' width='4' "
          "height='4'/></filter><rect width='8' height='8' fill='red' filter='url(#f)'/>"},
-        {"style sheet", "<style>g > .a { fill: lime }</style><g><circle class='a' cx='4' cy='4' r='4'/></g>"},
     };
     DataDirectory directory;
     for (const auto& [what, elements] : cases) {
