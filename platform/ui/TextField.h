@@ -44,8 +44,6 @@ public:
     void setAdjustsFontSizeToFitWidth(bool adjusts);
     bool adjustsFontSizeToFitWidth() const { return adjustsFontSize_; }
 
-    int tag = 0;
-
 protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;

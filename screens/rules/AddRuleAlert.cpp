@@ -25,7 +25,6 @@ AddRuleAlert makeAddRuleAlert(const QString& title, platform::AlertViewDelegate&
     alert->addSubview(background, backgroundFrame);
 
     auto* field = new platform::TextField(alert);
-    field->tag = addRuleFieldTag;
     field->setDelegate(&fieldDelegate);
     field->setClearButtonEnabled(true);
     field->setPlaceholderText(QStringLiteral("*%1:80").arg(exampleHost()));

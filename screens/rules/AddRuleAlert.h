@@ -11,9 +11,6 @@ class TextFieldDelegate;
 
 namespace screens {
 
-// Tells the field of the add-rule alert from the fields of the rows, whose tags are their positions.
-inline constexpr int addRuleFieldTag = 9999;
-
 // The alert that asks for a new rule: "Cancel" (0), "OK" (1) and a field that has the keyboard once it is shown.
 struct AddRuleAlert {
     platform::AlertView* alert;

@@ -106,7 +106,6 @@ platform::TableViewCell* RuleListScreen::cellForRowAtIndexPath(platform::TableVi
     if (!cell) cell = new VxmRuleCell(chrome(), reuseIdentifier);
     fill(*cell, positionAt(table, indexPath));
     cell->titleTextField()->setDelegate(this);
-    cell->titleTextField()->tag = indexPath.row;
     return cell;
 }
 
@@ -174,12 +173,15 @@ void RuleListScreen::addRule() {
 
 // --- Editing in place
 
+// A field is known by what it is and by where it stands now. Numbers given to fields would not do: the alert's would be
+// a row's as well, and a row's would be another one's once rows above it have come or gone.
+
 void RuleListScreen::didBeginEditing(platform::TextField& field) {
-    if (field.tag != addRuleFieldTag) navBarView_->changeEditButtonVisibility(false);
+    if (&field != ruleField_) navBarView_->changeEditButtonVisibility(false);
 }
 
 bool RuleListScreen::shouldReturn(platform::TextField& field) {
-    if (field.tag == addRuleFieldTag) return true;
+    if (&field == ruleField_) return true;
     field.resignFirstResponder();
     navBarView_->changeEditButtonVisibility(true);
     return false;
@@ -188,7 +190,7 @@ bool RuleListScreen::shouldReturn(platform::TextField& field) {
 void RuleListScreen::didEndEditing(platform::TextField& field) {
     navBarView_->changeEditButtonVisibility(true);
     const std::string typed = store::lowercase(field.text().toStdString());
-    if (field.tag == addRuleFieldTag) {
+    if (&field == ruleField_) {
         textFieldString_ = typed;
     } else {
         commitEdit(field, typed);
@@ -199,7 +201,6 @@ void RuleListScreen::commitEdit(platform::TextField& field, const std::string& r
     platform::TableView* searchTable = searchCont_->searchResultsTableView();
     const bool isInSearch = searchTable->isAncestorOf(&field);
     const platform::TableView& edited = isInSearch ? *searchTable : *table();
-    // The row that the field stands in now: rows above it may have come or gone since its cell was built.
     const auto indexPath = edited.indexPathForCell(&field);
     if (!indexPath) return;
     const std::size_t position = positionAt(edited, *indexPath);

@@ -490,6 +490,44 @@ TEST_F(GlobalListTest, HelpFollowsTheThreeStatesOfItsFile) {
     }
 }
 
+// Among them the one whose position is a number that fields have had a meaning for.
+TEST_F(GlobalListTest, EditsTheRowThatIsTapped) {
+    std::string entries;
+    for (int host = 10000; host <= 20000; ++host) entries += entry("r" + std::to_string(host));
+    device.put(File::guiSettings, "<dict><key>didShowEditAlert</key><true/></dict>");
+    launch(("<dict><key>globalAllow</key><array>" + entries + "</array></dict>").c_str());
+    device.tapRow(0, 0);
+    auto* screen = qobject_cast<screens::RuleListScreen*>(device.screen());
+    const auto toggleEditMode = [&] { device.tap(292, 20); };
+    const auto edit = [&](int section, int row, const char* text, const char* stored) {
+        SCOPED_TRACE(stored);
+        device.tapRow(section, row);
+        device.key(Qt::Key_End);
+        device.type(QString::fromUtf8(text));
+        EXPECT_FALSE(screen->navBarView()->editButton()->isVisible());
+        device.key(Qt::Key_Return);
+        EXPECT_TRUE(screen->navBarView()->editButton()->isVisible());
+        EXPECT_EQ(device.rowTexts(section, row).value(0), QString::fromUtf8(stored));
+        const auto rules = device.plist(File::globalRules)->find("globalAllow")->array();
+        EXPECT_EQ((*rules)[std::size_t(row)].dictionary()->find("rule")->string(), stored);
+    };
+    toggleEditMode();
+    edit(1, 9999, "+", "r19999+");
+    toggleEditMode();
+    device.swipeToDelete(1, 9997);
+    toggleEditMode();
+    edit(1, 9998, "+", "r19999++");
+    edit(1, 9999, "+", "r20000+");
+    device.tapRow(0, 0);
+    device.type(QStringLiteral("r1"));
+    device.key(Qt::Key_Return);
+    edit(1, 10000, "+", "r20000++");
+    device.table()->setContentOffset(0);
+    device.tap(100, 40 + 20);
+    device.type(QStringLiteral("r"));
+    edit(0, 9999, "+", "r19999+++");
+}
+
 TEST_F(GlobalListTest, DeletesAllAfterConfirmation) {
     device.put(File::guiSettings, "<dict/>");
     launch(("<dict><key>globalDeny</key><array>" + entry("a") + "</array><key>globalAllow</key><array>" + entry("b") +
