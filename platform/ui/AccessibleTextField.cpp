@@ -1,5 +1,6 @@
 #include "platform/ui/AccessibleTextField.h"
 
+#include "platform/ui/AlertView.h"
 #include "platform/ui/TextField.h"
 
 namespace platform {
@@ -8,6 +9,11 @@ AccessibleTextField::AccessibleTextField(TextField* field) : QAccessibleWidget(f
 
 TextField* AccessibleTextField::field() const {
     return static_cast<TextField*>(widget());
+}
+
+// As for a finger: not what is out of sight, not what an alert lies over.
+bool AccessibleTextField::canBeEdited() const {
+    return field()->isEnabled() && field()->isVisible() && !AlertView::isCovered(field());
 }
 
 QString AccessibleTextField::text(QAccessible::Text which) const {
@@ -48,7 +54,7 @@ QStringList AccessibleTextField::actionNames() const {
 }
 
 void AccessibleTextField::doAction(const QString& name) {
-    if (name == setFocusAction() && field()->isEnabled()) field()->becomeFirstResponder();
+    if (name == setFocusAction() && canBeEdited()) field()->becomeFirstResponder();
 }
 
 void AccessibleTextField::selection(int index, int* begin, int* end) const {
@@ -97,7 +103,7 @@ QString AccessibleTextField::attributes(int, int* begin, int* end) const {
 }
 
 void AccessibleTextField::replaceText(int begin, int end, const QString& text) {
-    if (!field()->isEnabled()) return;
+    if (!canBeEdited()) return;
     const bool isEdited = field()->isFirstResponder();
     if (!isEdited) field()->becomeFirstResponder();
     field()->setText(field()->text().replace(begin, end - begin, text));

@@ -40,6 +40,7 @@ public:
 
 private:
     TextField* field() const;
+    bool canBeEdited() const;
 };
 
 }  // namespace platform

@@ -161,6 +161,7 @@ void RuleListScreen::didDismissWithButtonIndex(platform::AlertView& alert, int b
 }
 
 void RuleListScreen::addRule() {
+    endEditing();
     if (!rulesArray_.isSorted(sortBy_)) {
         // An edit left its row where it was. The list is sorted again now, and the rows have to show it.
         rulesArray_.sort(sortBy_, nameOrder_);
@@ -177,7 +178,9 @@ void RuleListScreen::addRule() {
 // a row's as well, and a row's would be another one's once rows above it have come or gone.
 
 void RuleListScreen::didBeginEditing(platform::TextField& field) {
-    if (&field != ruleField_) navBarView_->changeEditButtonVisibility(false);
+    if (&field == ruleField_) return;
+    editedField_ = &field;
+    navBarView_->changeEditButtonVisibility(false);
 }
 
 bool RuleListScreen::shouldReturn(platform::TextField& field) {
@@ -195,6 +198,10 @@ void RuleListScreen::didEndEditing(platform::TextField& field) {
     } else {
         commitEdit(field, typed);
     }
+}
+
+void RuleListScreen::endEditing() {
+    if (editedField_) editedField_->resignFirstResponder();
 }
 
 void RuleListScreen::commitEdit(platform::TextField& field, const std::string& rule) {
@@ -242,6 +249,7 @@ void RuleListScreen::deleteFromSearch(platform::TableView& searchTable, int row)
 }
 
 void RuleListScreen::removeAllRules() {
+    endEditing();
     rulesArray_.clear();
     writeRules(rulesArray_);
     table()->reloadData();
@@ -250,6 +258,7 @@ void RuleListScreen::removeAllRules() {
 // --- Sorting and searching
 
 void RuleListScreen::sortRules(int tag) {
+    endEditing();
     sortBy_ = tag == 1 ? store::RuleOrder::date : store::RuleOrder::name;
     searchCont_->setActive(false, false);
     header_->searchBar()->setVisible(sortBy_ == store::RuleOrder::name);

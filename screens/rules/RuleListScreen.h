@@ -105,6 +105,8 @@ private:
 
     void showAddRuleAlert();
     void addRule();
+    // Comes before whatever gives rows other places, so that what was typed reaches the rule it was typed for.
+    void endEditing();
     void commitEdit(platform::TextField& field, const std::string& rule);
     void deleteFromSearch(platform::TableView& searchTable, int row);
     void sortRules(int tag);
@@ -121,6 +123,7 @@ private:
     std::string textFieldString_;
     QPointer<platform::AlertView> ruleAlert_;
     QPointer<platform::TextField> ruleField_;
+    QPointer<platform::TextField> editedField_;  // of the row that is or was edited last
     views::VxmNavBarView* navBarView_ = nullptr;
     RuleListHeader* header_ = nullptr;
     platform::SearchDisplayController* searchCont_ = nullptr;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QLabel>
@@ -257,6 +258,50 @@ TEST_P(RuleListTest, EditsInPlaceOnlyInEditMode) {
     EXPECT_EQ(storedRules(), shownRules());
 }
 
+// A long list whose first rule is half typed.
+class HalfTypedRule {
+public:
+    // Keys go to the active window alone; a finger or assistance also reaches one that is not.
+    explicit HalfTypedRule(bool isElsewhere) {
+        std::string entries;
+        for (int host = 10; host < 60; ++host) entries += entry("host" + std::to_string(host), host);
+        device.put(File::globalRules, "<dict><key>globalAllow</key><array>" + entries + "</array></dict>");
+        device.put(File::guiSettings, "<dict><key>didShowEditAlert</key><true/></dict>");
+        device.launch();
+        device.tapRow(0, 0);
+        device.tap(292, 20);
+        device.tapRow(1, 0);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+        device.type(QStringLiteral("New"));
+        if (!isElsewhere) return;
+        elsewhere.show();
+        elsewhere.activateWindow();
+        QApplication::processEvents();
+        EXPECT_FALSE(device.window()->isActiveWindow());
+    }
+
+    QStringList storedRules() const {
+        QStringList rules;
+        const auto stored = device.plist(File::globalRules)->find("globalAllow")->array();
+        for (const auto& each : *stored) {
+            rules.append(QString::fromStdString(*each.dictionary()->find("rule")->string()));
+        }
+        return rules;
+    }
+
+    TestDevice device;
+
+private:
+    QWidget elsewhere;
+};
+
+void sortByAssistance(TestDevice& device) {
+    const auto* screen = qobject_cast<screens::RuleListScreen*>(device.screen());
+    platform::ImageButton* date = screen->header()->sortSelector()->button(1);
+    QAccessible::queryAccessibleInterface(date)->actionInterface()->doAction(
+        QAccessibleActionInterface::toggleAction());
+}
+
 // Ways in which the editing of the first row can end, other than by Return.
 struct Ending {
     const char* name;
@@ -276,11 +321,11 @@ INSTANTIATE_TEST_SUITE_P(
         testing::Values(Ending{"TapOnAnotherRow", [](TestDevice& device) { device.tapRow(1, 2); }},
                         Ending{"Back", [](TestDevice& device) { device.tap(20, 20); }},
                         Ending{"Scroll", [](TestDevice& device) { device.table()->setContentOffset(100000); }},
-                        Ending{"DeletionOfAnotherRow", [](TestDevice& device) { device.swipeToDelete(1, 3); }}),
+                        Ending{"DeletionOfAnotherRow", [](TestDevice& device) { device.swipeToDelete(1, 3); }},
+                        Ending{"SortByAssistance", sortByAssistance}),
         testing::Bool()),
     nameOf);
 
-// Keys go to the active window alone.
 INSTANTIATE_TEST_SUITE_P(
     EndingsByKey, EditEndingTest,
     testing::Combine(testing::Values(Ending{"BackKey", [](TestDevice& device) { device.key(Qt::Key_Back); }},
@@ -289,33 +334,11 @@ INSTANTIATE_TEST_SUITE_P(
     nameOf);
 
 TEST_P(EditEndingTest, CommitsIntoItsOwnRow) {
-    TestDevice device;
-    std::string entries;
-    for (int host = 10; host < 60; ++host) entries += entry("host" + std::to_string(host));
-    device.put(File::globalRules, "<dict><key>globalAllow</key><array>" + entries + "</array></dict>");
-    device.put(File::guiSettings, "<dict><key>didShowEditAlert</key><true/></dict>");
-    device.launch();
-    device.tapRow(0, 0);
-    device.tap(292, 20);
-    device.tapRow(1, 0);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
-    device.type(QStringLiteral("New"));
     const auto& [ending, isElsewhere] = GetParam();
-    QWidget elsewhere;
-    if (isElsewhere) {
-        elsewhere.show();
-        elsewhere.activateWindow();
-        QApplication::processEvents();
-        ASSERT_FALSE(device.window()->isActiveWindow());
-    }
-    ending.end(device);
+    HalfTypedRule list(isElsewhere);
+    ending.end(list.device);
     QApplication::processEvents();
-
-    QStringList rules;
-    const auto stored = device.plist(File::globalRules)->find("globalAllow")->array();
-    for (const auto& each : *stored) {
-        rules.append(QString::fromStdString(*each.dictionary()->find("rule")->string()));
-    }
+    const QStringList rules = list.storedRules();
     EXPECT_EQ(rules.value(0), QStringLiteral("new"));
     EXPECT_EQ(rules.value(1), QStringLiteral("host11"));
     EXPECT_EQ(rules.count(QStringLiteral("new")), 1);
@@ -337,6 +360,17 @@ TEST_P(RuleListTest, KeepsWhatIsTypedInAWindowThatIsNotTheActiveOne) {
     device.tapRow(1, 0, 60);
     EXPECT_EQ(storedRules(), shownRules());
     EXPECT_NE(storedRules().value(1), u"b.example");
+}
+
+TEST(HalfTypedRuleTest, IsOutOfReachUnderAnAlert) {
+    HalfTypedRule list(false);
+    list.device.tapRow(0, 0);
+    auto* cell = static_cast<screens::VxmRuleCell*>(list.device.table()->cellForRow({1, 1}));
+    QAccessibleInterface* field = QAccessible::queryAccessibleInterface(cell->titleTextField());
+    field->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    field->editableTextInterface()->replaceText(0, 1, QStringLiteral("x"));
+    EXPECT_FALSE(cell->titleTextField()->isFirstResponder());
+    EXPECT_EQ(list.storedRules().value(1), QStringLiteral("host11"));
 }
 
 TEST_P(RuleListTest, SearchNarrowsEditsAndDeletes) {
