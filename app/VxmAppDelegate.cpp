@@ -42,7 +42,10 @@ void showOnScreen(QWidget& window, QSize designSize) {
 VxmAppDelegate::VxmAppDelegate(const platform::Device& device)
     : device_(device), store_(device.root, *device.notifyCenter) {}
 
-VxmAppDelegate::~VxmAppDelegate() = default;
+// The window goes as a whole, before its parts do: a field that lost the focus alone would hand over what was typed.
+VxmAppDelegate::~VxmAppDelegate() {
+    if (window_) window_->hide();
+}
 
 void VxmAppDelegate::didFinishLaunching() {
     platform::installAccessibility();

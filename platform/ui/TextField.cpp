@@ -75,7 +75,7 @@ void TextField::watchWindow() {
     QWindow* handle = window()->windowHandle();
     if (!handle) return;
     focusMoves_ = connect(handle, &QWindow::focusObjectChanged, this, [this](const QObject* now) {
-        if (now != this && !isActiveWindow()) endEditing();
+        if (now != this && !isActiveWindow() && !window()->isHidden()) endEditing();
     });
 }
 
@@ -92,7 +92,8 @@ void TextField::focusOutEvent(QFocusEvent* event) {
 
 void TextField::hideEvent(QHideEvent* event) {
     QLineEdit::hideEvent(event);
-    if (!event->spontaneous()) endEditing();
+    // Where the window goes as a whole, nobody has done with the field.
+    if (!event->spontaneous() && !window()->isHidden()) endEditing();
 }
 
 void TextField::keyPressEvent(QKeyEvent* event) {

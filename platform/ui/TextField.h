@@ -16,7 +16,8 @@ public:
     TextFieldDelegate& operator=(const TextFieldDelegate&) = delete;
 
     virtual void didBeginEditing(TextField&) {}
-    // The field has lost the keyboard for good: by Return, by a tap elsewhere, by being disabled or hidden.
+    // The field has lost the keyboard for good: by Return, by a tap elsewhere, by being disabled or hidden. Not told
+    // when its window goes with it.
     virtual void didEndEditing(TextField&) {}
     // Return was pressed. True lets the field's surroundings handle the key as well.
     virtual bool shouldReturn(TextField&) { return true; }

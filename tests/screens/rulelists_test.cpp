@@ -373,6 +373,24 @@ TEST(HalfTypedRuleTest, IsOutOfReachUnderAnAlert) {
     EXPECT_EQ(list.storedRules().value(1), QStringLiteral("host11"));
 }
 
+// At termination no file is written.
+TEST(HalfTypedRuleTest, GoesWithTheApp) {
+    const std::pair<const char*, void (*)(TestDevice&)> ways[] = {
+        {"closed", [](TestDevice& device) { device.window()->close(); }},
+        {"gone", [](TestDevice& device) { device.terminate(); }},
+        {"closed and gone", [](TestDevice& device) { device.window()->close(), device.terminate(); }},
+    };
+    for (const auto& [name, end] : ways) {
+        for (const bool isElsewhere : {false, true}) {
+            SCOPED_TRACE(std::string(name) + (isElsewhere ? " while elsewhere" : ""));
+            HalfTypedRule list(isElsewhere);
+            end(list.device);
+            QApplication::processEvents();
+            EXPECT_EQ(list.storedRules().value(0), QStringLiteral("host10"));
+        }
+    }
+}
+
 TEST_P(RuleListTest, SearchNarrowsEditsAndDeletes) {
     open(entry("ads.example") + entry("b.example") + entry("static.ads.example"));
     platform::TableView* main = device.table();
