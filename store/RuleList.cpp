@@ -1,6 +1,7 @@
 #include "store/RuleList.h"
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
 #include <utility>
 
@@ -17,12 +18,14 @@ using Number = RuleStorage::Number;
 struct RuleList::Private {
     RuleStorage storage;
     std::vector<Number> rows;              // the entries as they are shown
+    std::vector<Number> changed;           // what was added or edited, the latest last
     std::optional<RuleOrder> order;        // in which the rows are known to be
     std::optional<RuleSearch> ruleSearch;  // made when a search begins, or by the first since a text changed
 
     std::string_view rule(std::size_t row) const { return storage.rule(rows[row]); }
 
-    void textChanged(std::optional<RuleOrder> newOrder) {
+    void textChanged(Number number, std::optional<RuleOrder> newOrder) {
+        changed.push_back(number);
         order = newOrder;
         ruleSearch.reset();
     }
@@ -36,19 +39,38 @@ struct RuleList::Private {
         return ruleSearch->search(text, rows);
     }
 
-    // Equal entries keep their order.
-    void alphabeticOrDateSort(RuleOrder by, const NameOrder& names) {
-        if (by == RuleOrder::name)
-            sortByName(
-                rows, [this](Number number) { return storage.rule(number); }, names);
-        else
-            sortByDate(rows, [this](Number number) { return storage.dateOrder(number); });
+    // Dates are whole seconds. Which of two entries is the later one is known all the same: what was changed last, then
+    // what was read, in the order in which it stood.
+    std::vector<Number> latestFirst() const {
+        std::vector<char> isRow(storage.size());
+        for (const Number number : rows) isRow[number] = 1;
+        std::vector<Number> sorted;
+        sorted.reserve(rows.size());
+        const auto take = [&](Number number) {
+            if (std::exchange(isRow[number], 0)) sorted.push_back(number);
+        };
+        std::for_each(changed.rbegin(), changed.rend(), take);
+        for (Number number = 0; number < storage.size(); ++number) take(number);
+        return sorted;
     }
 
-    // In rows that are sorted that way, the first that belongs behind an entry.
+    void alphabeticOrDateSort(RuleOrder by, const NameOrder& names) {
+        if (by == RuleOrder::name) {
+            sortByName(
+                rows, [this](Number number) { return storage.rule(number); }, names);
+        } else {
+            rows = latestFirst();
+            sortByDate(rows, [this](Number number) { return storage.dateOrder(number); });
+        }
+    }
+
+    // In rows that are sorted that way, the first that belongs behind a new entry.
     std::vector<Number>::iterator firstBehind(Number added, RuleOrder by, const NameOrder& names) {
+        if (by == RuleOrder::date) {
+            return std::ranges::lower_bound(rows, storage.dateOrder(added), std::greater(),
+                                            [this](Number number) { return storage.dateOrder(number); });
+        }
         return std::upper_bound(rows.begin(), rows.end(), added, [&](Number a, Number b) {
-            if (by == RuleOrder::date) return storage.dateOrder(a) > storage.dateOrder(b);
             return names.compare(storage.rule(a), storage.rule(b)) < 0;
         });
     }
@@ -111,13 +133,13 @@ std::size_t RuleList::add(std::string_view rule, Date date, RuleOrder by, const 
     auto place = d_->firstBehind(added, by, order);
     auto position = static_cast<std::size_t>(place - d_->rows.begin());
     d_->rows.insert(place, added);
-    d_->textChanged(by);
+    d_->textChanged(added, by);
     return position;
 }
 
 void RuleList::replace(std::size_t position, std::string_view rule, Date date) {
     d_->storage.replace(d_->rows[position], rule, date);
-    d_->textChanged(std::nullopt);
+    d_->textChanged(d_->rows[position], std::nullopt);
 }
 
 void RuleList::remove(std::size_t position) {

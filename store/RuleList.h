@@ -40,10 +40,12 @@ public:
 
     // Whether the list is as sort() or add() left it: removing does not change that, replacing does.
     bool isSorted(RuleOrder by) const;
-    // Sorts by name (ascending) or date (newest first, entries without one last); equal entries keep their order.
+    // Sorts by name (ascending) or date (newest first, entries without one last). Equal names keep their order; of
+    // equal dates what was changed last comes first, then what was read, in stored order.
     void sort(RuleOrder by, const NameOrder& order);
 
-    // Adds an entry where it belongs in a list that is sorted that way, behind its equals; returns its position.
+    // Adds an entry where it belongs in a list that is sorted that way, behind equal names or before equal dates;
+    // returns its position.
     std::size_t add(std::string_view rule, Date date, RuleOrder by, const NameOrder& order);
     // Replaces the rule and date of an entry in its place.
     void replace(std::size_t position, std::string_view rule, Date date);

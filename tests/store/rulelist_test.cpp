@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "LargeRuleList.h"
@@ -142,7 +143,7 @@ TEST(RuleList, SortsByNameOrDate) {
     EXPECT_EQ(rulesOf(list), "alpha beta delta Alpha gamma ");
 }
 
-TEST(RuleList, AddsBehindEqualsAlsoAfterAnEdit) {
+TEST(RuleList, AddsBehindEqualNamesAndBeforeEqualDatesAlsoAfterAnEdit) {
     NameOrder order("en_US");
     RuleList list = listOf(entry("a") + entry("b") + entry("c"));
     EXPECT_EQ(list.add("B", at(1), RuleOrder::name, order), 2u);
@@ -150,8 +151,16 @@ TEST(RuleList, AddsBehindEqualsAlsoAfterAnEdit) {
     EXPECT_EQ(rulesOf(list), "z b B c ");
     EXPECT_EQ(list.add("d", at(1), RuleOrder::name, order), 3u);
     EXPECT_EQ(rulesOf(list), "b B c d z ");
-    EXPECT_EQ(list.add("e", at(1), RuleOrder::date, order), 3u);
-    EXPECT_EQ(rulesOf(list), "z B d e b c ");
+    list.replace(1, "B", at(1));
+    EXPECT_EQ(list.add("e", at(1), RuleOrder::date, order), 1u);
+    EXPECT_EQ(rulesOf(list), "z e B d b c ");
+    const Value stored = list.value();
+    RuleList again = RuleList::load(&stored);
+    for (RuleList* each : {&list, &again}) {
+        each->sort(RuleOrder::name, order);
+        each->sort(RuleOrder::date, order);
+        EXPECT_EQ(rulesOf(*each), "z e B d b c ");
+    }
 }
 
 TEST(RuleList, RemovesWhatIsEqualInAllKeys) {
@@ -171,14 +180,16 @@ public:
     struct Entry {
         std::string rule;
         Date date;
-        bool operator==(const Entry&) const = default;
+        int changed = 0;
+        bool operator==(const Entry& other) const { return rule == other.rule && date == other.date; }
     };
 
     std::vector<Entry> entries;
 
     void sort(RuleOrder by, const NameOrder& order) {
         std::stable_sort(entries.begin(), entries.end(), [&](const Entry& a, const Entry& b) {
-            return by == RuleOrder::date ? a.date > b.date : order.compare(a.rule, b.rule) < 0;
+            return by == RuleOrder::date ? std::tie(a.date, a.changed) > std::tie(b.date, b.changed)
+                                         : order.compare(a.rule, b.rule) < 0;
         });
     }
 
@@ -207,7 +218,7 @@ TEST_P(RuleListInLocale, DoesWhatAPlainListDoes) {
     Model model;
     for (int step = 0; step < 3000; ++step) {
         RuleOrder by = pick(2) ? RuleOrder::name : RuleOrder::date;
-        Model::Entry made{text(5), at(static_cast<int>(pick(5)))};
+        Model::Entry made{text(5), at(static_cast<int>(pick(5))), step};
         std::size_t size = model.entries.size();
         std::size_t position = size ? pick(size) : 0;
         switch (size ? pick(9) : 0) {
