@@ -43,7 +43,6 @@ public:
 
     // Shrinks the font, down to what can still be read, for the text to fit its width.
     void setAdjustsFontSizeToFitWidth(bool adjusts);
-    bool adjustsFontSizeToFitWidth() const { return adjustsFontSize_; }
 
 protected:
     void focusInEvent(QFocusEvent* event) override;

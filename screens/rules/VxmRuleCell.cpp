@@ -19,7 +19,6 @@ constexpr QRect provisionalFrame{0, 0, 100, 20};
 constexpr int underTextX = 18;
 constexpr int underTextDrop = 12;
 constexpr int smallTextRight = 284;
-constexpr qsizetype farMoreThanFits = 400;  // characters whose width is worth measuring
 
 platform::TextField* makeTitleTextField(QWidget* parent, const QFont& font) {
     auto* field = new platform::TextField(parent);
@@ -31,6 +30,7 @@ platform::TextField* makeTitleTextField(QWidget* parent, const QFont& font) {
         colours.setColor(group, QPalette::Base, Qt::transparent);
     }
     field->setPalette(colours);
+    field->setAdjustsFontSizeToFitWidth(true);
     field->setEnabled(false);
     return field;
 }
@@ -51,8 +51,6 @@ VxmRuleCell::VxmRuleCell(const views::Chrome& chrome, const QString& reuseIdenti
 }
 
 void VxmRuleCell::setTitleLabelText(const QString& text) {
-    titleWidth_ = views::sizeWithFont(text.left(farMoreThanFits), titleTextField_->font()).width();
-    shrinkWideTitle();
     titleTextField_->setText(text);
     titleTextField_->setCursorPosition(0);
     updateAccessibleName();
@@ -94,12 +92,6 @@ void VxmRuleCell::setEditing(bool editing, bool animated) {
 void VxmRuleCell::layoutSubviews() {
     TableViewCell::layoutSubviews();
     titleTextField_->setGeometry(titleFrame_.adjusted(0, 0, width() - designWidth, 0));
-    shrinkWideTitle();
-}
-
-// Whichever comes last, a wider text or a narrower row.
-void VxmRuleCell::shrinkWideTitle() {
-    if (titleWidth_ > titleTextField_->width()) titleTextField_->setAdjustsFontSizeToFitWidth(true);
 }
 
 void VxmRuleCell::updateAccessibleName() {

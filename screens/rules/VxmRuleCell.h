@@ -24,8 +24,8 @@ class VxmRuleCell : public platform::TableViewCell {
 public:
     VxmRuleCell(const views::Chrome& chrome, const QString& reuseIdentifier);
 
-    // A text wider than the row makes the field shrink its font to fit, from then on. Whatever its script, it begins at
-    // the left, above the second line.
+    // A text wider than the field is shown in a smaller font, whatever the cell showed before. Whatever its script, it
+    // begins at the left, above the second line.
     void setTitleLabelText(const QString& text);
     // Sets the second line; nothing hides it.
     void setUnderTextLabelText(const std::optional<QString>& text);
@@ -43,12 +43,10 @@ protected:
     void layoutSubviews() override;
 
 private:
-    void shrinkWideTitle();
     void updateAccessibleName();
 
     platform::TextField* titleTextField_;
-    double titleWidth_ = 0;  // as measured in its font when it was set
-    QRect titleFrame_;       // at the design's width
+    QRect titleFrame_;  // at the design's width
     QLabel* underTextLabel_;
     QLabel* smallTextLabel_;
     QLabel* bigTextLabel_;

@@ -3,6 +3,7 @@
 
 #include <QFontMetricsF>
 #include <QLabel>
+#include <QTest>
 #include <functional>
 
 #include "platform/ui/ImageButton.h"
@@ -232,35 +233,44 @@ TEST(RuleCellTest, FieldIsAsMuchWiderAsTheRow) {
     }
 }
 
-TEST(RuleCellTest, ShrinksALongRuleAndKeepsDoingSo) {
-    screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
-    const int fullSize = cell.titleTextField()->font().pixelSize();
-    cell.setTitleLabelText(QStringLiteral("short.example"));
-    EXPECT_FALSE(cell.titleTextField()->adjustsFontSizeToFitWidth());
-    cell.setTitleLabelText(QString(60, u'w'));
-    EXPECT_TRUE(cell.titleTextField()->adjustsFontSizeToFitWidth());
-    EXPECT_LT(cell.titleTextField()->font().pixelSize(), fullSize);
-    cell.setTitleLabelText(QStringLiteral("short.example"));
-    EXPECT_TRUE(cell.titleTextField()->adjustsFontSizeToFitWidth());
-    EXPECT_EQ(cell.titleTextField()->font().pixelSize(), fullSize);
+// In the order in which a table prepares a cell.
+void show(screens::VxmRuleCell& cell, const QString& rule, int rowWidth, bool isEditing) {
+    cell.setTitleLabelText(rule);
+    cell.resize(rowWidth, 50);
+    cell.setEditing(isEditing, false);
+    cell.show();
 }
 
-TEST(RuleCellTest, ShrinksARuleWhoseRowBecomesTooNarrow) {
-    const std::function<void(screens::VxmRuleCell&)> ways[] = {
-        [](auto& cell) { cell.resize(200, 50); },
-        [](auto& cell) { cell.setEditing(true, false); },
+TEST(RuleCellTest, ShowsARuleTheSameWhateverTheCellShowedBefore) {
+    const QString wide(60, u'w');
+    const std::function<void(screens::VxmRuleCell&)> pasts[] = {
+        [](auto& cell) { show(cell, QStringLiteral("short"), 320, false); },
+        [&](auto& cell) { show(cell, wide, 320, false); },
+        [&](auto& cell) { show(cell, wide, 320, true); },
+        [&](auto& cell) { show(cell, wide, 200, false); },
     };
-    for (const auto& narrow : ways) {
-        screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
-        cell.show();
-        cell.setEditing(false, false);
-        const int fullSize = cell.titleTextField()->font().pixelSize();
-        QString text;
-        while (views::sizeWithFont(text, cell.titleTextField()->font()).width() < 280) text += u'w';
-        cell.setTitleLabelText(text);
-        EXPECT_FALSE(cell.titleTextField()->adjustsFontSizeToFitWidth());
-        narrow(cell);
-        EXPECT_LT(cell.titleTextField()->font().pixelSize(), fullSize);
+    const int fullSize = tallPhone().rowTitle().pixelSize();
+    for (const int ruleWidth : {100, 250, 280, 300, 500}) {
+        QString rule;
+        while (views::sizeWithFont(rule, tallPhone().rowTitle()).width() < ruleWidth) rule += u'i';
+        for (const int rowWidth : {320, 412, 200}) {
+            for (const bool isEditing : {false, true}) {
+                screens::VxmRuleCell fresh(tallPhone(), QStringLiteral("RCell"));
+                show(fresh, rule, rowWidth, isEditing);
+                const int room = fresh.titleTextField()->width();
+                EXPECT_EQ(fresh.titleTextField()->font().pixelSize() < fullSize, ruleWidth > room) << ruleWidth;
+                for (const auto& past : pasts) {
+                    screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
+                    past(cell);
+                    show(cell, rule, rowWidth, isEditing);
+                    EXPECT_EQ(cell.grab().toImage(), fresh.grab().toImage()) << ruleWidth << " in " << rowWidth;
+                    screens::VxmRuleCell other(tallPhone(), QStringLiteral("RCell"));
+                    show(other, rule, rowWidth, isEditing);
+                    for (auto* typedInto : {&cell, &other}) QTest::keyClicks(typedInto->titleTextField(), wide);
+                    EXPECT_EQ(cell.titleTextField()->font(), other.titleTextField()->font()) << ruleWidth;
+                }
+            }
+        }
     }
 }
 
