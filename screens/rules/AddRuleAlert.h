@@ -12,6 +12,7 @@ class TextFieldDelegate;
 namespace screens {
 
 // The alert that asks for a new rule: "Cancel" (0), "OK" (1) and a field that has the keyboard once it is shown.
+// Return in the field is "OK": with a keyboard of keys nobody would look for the button.
 struct AddRuleAlert {
     platform::AlertView* alert;
     platform::TextField* field;

@@ -184,10 +184,8 @@ void RuleListScreen::didBeginEditing(platform::TextField& field) {
 }
 
 bool RuleListScreen::shouldReturn(platform::TextField& field) {
-    if (&field == ruleField_) return true;
     field.resignFirstResponder();
-    navBarView_->changeEditButtonVisibility(true);
-    return false;
+    return true;
 }
 
 void RuleListScreen::didEndEditing(platform::TextField& field) {

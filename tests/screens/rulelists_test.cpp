@@ -241,6 +241,7 @@ TEST_P(RuleListTest, EditsInPlaceOnlyInEditMode) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
     device.type(QStringLiteral("Z.Example"));
     device.key(Qt::Key_Return);
+    EXPECT_FALSE(qobject_cast<platform::TextField*>(QApplication::focusWidget())) << "nobody else takes the key";
     EXPECT_TRUE(screen()->navBarView()->editButton()->isVisible());
     EXPECT_EQ(shownRules(), list({"a.example", "z.example", "c.example"})) << "an edit does not sort";
     EXPECT_EQ(storedRules(), shownRules());
@@ -302,7 +303,13 @@ void sortByAssistance(TestDevice& device) {
         QAccessibleActionInterface::toggleAction());
 }
 
-// Ways in which the editing of the first row can end, other than by Return.
+void askToReturn(TestDevice& device) {
+    auto* field = qobject_cast<platform::TextField*>(device.window()->focusWidget());
+    EXPECT_TRUE(qobject_cast<screens::RuleListScreen*>(device.screen())->shouldReturn(*field));
+    EXPECT_FALSE(field->isFirstResponder());
+}
+
+// Ways in which the editing of the first row can end, other than by the key.
 struct Ending {
     const char* name;
     void (*end)(TestDevice&);
@@ -322,7 +329,7 @@ INSTANTIATE_TEST_SUITE_P(
                         Ending{"Back", [](TestDevice& device) { device.tap(20, 20); }},
                         Ending{"Scroll", [](TestDevice& device) { device.table()->setContentOffset(100000); }},
                         Ending{"DeletionOfAnotherRow", [](TestDevice& device) { device.swipeToDelete(1, 3); }},
-                        Ending{"SortByAssistance", sortByAssistance}),
+                        Ending{"SortByAssistance", sortByAssistance}, Ending{"Return", askToReturn}),
         testing::Bool()),
     nameOf);
 
