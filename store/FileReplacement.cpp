@@ -139,9 +139,10 @@ private:
     std::error_code dressLikeTarget() {
         int file = file_.number();
         if (!replaced_) return fchmod(file, newFileMode) == 0 ? std::error_code() : lastError();
-        // Only root may give a file away; everybody may at least keep it in a group of theirs.
+        // Only root may give a file away; everybody may at least keep it in a group of theirs. Neither can be done
+        // where a user namespace has no number for the owner or the group, which is then an argument out of range.
         if (fchown(file, replaced_->st_uid, replaced_->st_gid) != 0 &&
-            fchown(file, uid_t(-1), replaced_->st_gid) != 0 && errno != EPERM)
+            fchown(file, uid_t(-1), replaced_->st_gid) != 0 && errno != EPERM && errno != EINVAL)
             return lastError();
         if (fchmod(file, replaced_->st_mode & 07777) != 0) return lastError();
         copyAttributes();

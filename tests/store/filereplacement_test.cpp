@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/xattr.h>
@@ -58,6 +59,25 @@ TEST(FileReplacement, KeepsModeOwnerAndAttributes) {
         EXPECT_EQ(std::string(value, static_cast<std::size_t>(getxattr(file.c_str(), "user.vexmor.test", value, 8))),
                   std::string("\0x", 2));
     }
+}
+
+// Where people have numbers of their own, an owner may have none: the file is replaced all the same.
+TEST(FileReplacement, ReplacesTheFileOfAnOwnerWhomTheNamespaceDoesNotKnow) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+    TemporaryDirectory directory;
+    const std::filesystem::path file = directory / "file";
+    put(file, "old");
+    ASSERT_EQ(chown(file.c_str(), 1234, 4321), 0);
+    constexpr int noNamespace = 2;
+    const int result = inChild([&] {
+        if (unshare(CLONE_NEWUSER) != 0) return noNamespace;
+        put("/proc/self/uid_map", "0 0 1");
+        return replaceWith(file, "new") ? 1 : 0;
+    });
+    if (result == noNamespace) GTEST_SKIP() << "this process may not make a user namespace";
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(contentOf(file), "new");
+    EXPECT_EQ(namesIn(directory.path()), Names{"file"});
 }
 
 TEST(FileReplacement, FollowsLinks) {
