@@ -3,9 +3,11 @@
 #include <unicode/ucol.h>
 #include <unicode/uloc.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <numeric>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "store/AsciiOrder.h"
@@ -25,9 +27,23 @@ std::string usersLocale() {
     return {};
 }
 
-// The locale without a language of its own has Unicode's own order, ICU's root locale.
+// The script that a modifier of the C library's names; the others say nothing of the order.
+std::string_view scriptOf(std::string_view modifier) {
+    constexpr std::pair<std::string_view, std::string_view> scripts[] = {
+        {"@latin", "Latn"}, {"@iqtelif", "Latn"}, {"@cyrillic", "Cyrl"}, {"@devanagari", "Deva"}, {"@arabic", "Arab"},
+    };
+    for (const auto& [name, script] : scripts)
+        if (modifier == name) return script;
+    return {};
+}
+
+// Of "language_TERRITORY.encoding@modifier". The locale without a language of its own has Unicode's own order, ICU's
+// root locale.
 std::string icuLocale(std::string name) {
-    name = name.substr(0, name.find('.'));
+    const std::size_t modifier = std::min(name.find('@'), name.size());
+    const std::string_view script = scriptOf(std::string_view(name).substr(modifier));
+    name = name.substr(0, std::min(name.find('.'), modifier));
+    if (!script.empty()) name.insert(std::min(name.find('_'), name.size()), "_" + std::string(script));
     if (name == "C" || name == "POSIX") return {};
     char canonical[ULOC_FULLNAME_CAPACITY];
     UErrorCode status = U_ZERO_ERROR;
