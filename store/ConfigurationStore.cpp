@@ -80,6 +80,7 @@ bool ConfigurationStore::change(const Writer& writer, const std::function<void(D
     std::optional<Dictionary> dictionary = readDictionary(path(writer.file), failed);
     const bool startsEmpty = !dictionary;
     if (startsEmpty) {
+        // To start empty here would lose somebody's rules: only what is known to be missing or damaged is replaced.
         if (failed || writer.whenMissing == WhenMissing::writeNothing) return false;
         dictionary.emplace();
     }
@@ -89,6 +90,17 @@ bool ConfigurationStore::change(const Writer& writer, const std::function<void(D
                     startsEmpty ? KeptSuffix([] { return damagedSuffix; }) : KeptSuffix());
     if (afterWrite) afterWrite();
     if (!writer.notification.empty()) notifyCenter_.post(writer.notification);
+    return true;
+}
+
+bool ConfigurationStore::raiseFlag(std::string_view key) {
+    const auto isUp = [&] {
+        const std::optional<Dictionary> flags = read(File::guiSettings);
+        return flags && isTrue(*flags, key);
+    };
+    if (raisedInVain_.contains(key) || isUp()) return false;
+    change(writers::guiFlag, [&](Dictionary& flags) { flags.set(key, Value(true)); });
+    if (!isUp()) raisedInVain_.emplace(key);
     return true;
 }
 

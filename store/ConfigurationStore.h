@@ -3,6 +3,9 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <set>
+#include <string>
+#include <string_view>
 
 #include "store/PropertyList.h"
 #include "store/Writers.h"
@@ -33,6 +36,10 @@ public:
     bool change(const Writer& writer, const std::function<void(Dictionary&)>& change,
                 const std::function<void()>& afterWrite = {});
 
+    // Raises a flag of the GUI settings, which says that something has been explained. Returns whether it was down:
+    // where it can be neither read nor written, once in the life of this store.
+    bool raiseFlag(std::string_view key);
+
     // Replaces a file whole and keeps what it held: no marker entry is added, nothing is posted.
     void replace(File file, const Dictionary& dictionary);
 
@@ -58,6 +65,7 @@ public:
 private:
     std::filesystem::path root_;
     NotifyCenter& notifyCenter_;
+    std::set<std::string, std::less<>> raisedInVain_;  // flags that no file keeps
 };
 
 }  // namespace store

@@ -297,15 +297,12 @@ void RuleListScreen::setEditMode(platform::ImageButton& sender) {
 }
 
 void RuleListScreen::showEditAlertOnce() {
-    const auto settings = store_.read(store::File::guiSettings);
-    if (settings && store::isTrue(*settings, store::keys::didShowEditAlert)) return;
+    if (!store_.raiseFlag(store::keys::didShowEditAlert)) return;
     auto* alert = new platform::AlertView(
         QStringLiteral("Edit Mode"),
         QStringLiteral("While in edit mode you can tap the text of a rule and manually change it."), nullptr,
         QStringLiteral("OK"));
     alert->show(table());
-    store_.change(store::writers::guiFlag,
-                  [](store::Dictionary& flags) { flags.set(store::keys::didShowEditAlert, store::Value(true)); });
 }
 
 }  // namespace screens

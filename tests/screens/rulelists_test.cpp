@@ -19,11 +19,13 @@
 #include "screens/rules/SortSelector.h"
 #include "screens/rules/VxmRuleCell.h"
 #include "store/Schema.h"
+#include "support/AnotherPerson.h"
 #include "support/TestDevice.h"
 #include "views/VxmNavBarView.h"
 
 namespace {
 
+namespace fs = std::filesystem;
 using store::File;
 
 constexpr const char* identifier = "org.example.Mail";
@@ -523,10 +525,10 @@ protected:
 TEST_F(GlobalListTest, HelpFollowsTheThreeStatesOfItsFile) {
     const struct {
         const char* settings;
-        const char* textAfterFirstHost;  // nullptr: no alert
+        const char* afterFirstHost;  // nullptr: no alert
     } cases[] = {
-        {nullptr, "example.net. These"},
-        {"<dict><key>showAllowHelp</key><true/></dict>", "example.net, which are allowed. These"},
+        {nullptr, ""},
+        {"<dict><key>didShowEditAlert</key><true/><key>showAllowHelp</key><true/></dict>", ", which are allowed"},
         {"<dict><key>showAllowHelp</key><false/></dict>", nullptr},
         {"<dict><key>didShowEditAlert</key><true/></dict>", nullptr},
         {"<dict><key>showAllowHelp</key><integer>1</integer></dict>", nullptr},
@@ -538,17 +540,27 @@ TEST_F(GlobalListTest, HelpFollowsTheThreeStatesOfItsFile) {
             if (each.settings) fresh.put(File::guiSettings, each.settings);
             fresh.launch();
             fresh.tapRow(0, row);
-            ASSERT_EQ(fresh.alert() != nullptr, each.textAfterFirstHost != nullptr)
-                << (each.settings ? each.settings : "");
-            if (!each.textAfterFirstHost) continue;
+            ASSERT_EQ(fresh.alert() != nullptr, each.afterFirstHost != nullptr) << (each.settings ? each.settings : "");
+            if (!each.afterFirstHost) continue;
             EXPECT_EQ(fresh.alert()->title(), QStringLiteral("Global Allow"));
-            EXPECT_TRUE(fresh.alert()->message().contains(QString::fromUtf8(each.textAfterFirstHost)));
+            EXPECT_EQ(fresh.alert()->message(),
+                      QStringLiteral("Here you can manually enter hostnames or IPs, for example example.net%1. These "
+                                     "rules won't override the rules of an app but will take effect if no "
+                                     "app-specific rule for the entered hostname exists. \n If you enter a hostname "
+                                     "with an asterix * in front, for example *example.net, all subdomains which "
+                                     "contain that hostname will be allowed. According the example: hostnames like "
+                                     "static.example.net.")
+                          .arg(QString::fromUtf8(each.afterFirstHost)));
+            const std::string before = fresh.bytes(File::guiSettings);
             fresh.answer(0);
-            EXPECT_EQ(std::filesystem::exists(fresh.path(File::guiSettings)), each.settings != nullptr);
+            EXPECT_EQ(fs::exists(fresh.path(File::guiSettings)), each.settings != nullptr);
+            EXPECT_EQ(fresh.bytes(File::guiSettings), before);
             fresh.tap(20, 20);
             fresh.tapRow(0, row);
             fresh.answer(1);
-            EXPECT_EQ(fresh.plist(File::guiSettings)->find("showAllowHelp")->boolean(), false);
+            const auto file = fresh.plist(File::guiSettings);
+            EXPECT_EQ(file->find("showAllowHelp")->boolean(), false);
+            EXPECT_EQ(file->size(), each.settings ? 2U : 1U) << "what else is in the file stays, and nothing is added";
             fresh.tap(20, 20);
             fresh.tapRow(0, 1 - row);
             EXPECT_EQ(fresh.alert(), nullptr) << "one flag for both lists";
@@ -592,6 +604,34 @@ TEST_F(GlobalListTest, EditsTheRowThatIsTapped) {
     device.tap(100, 40 + 20);
     device.type(QStringLiteral("r"));
     edit(0, 9999, "+", "r19999+++");
+}
+
+TEST_F(GlobalListTest, EditModeIsExplainedOnceWhenItsFlagCannotBeKept) {
+    device.put(File::guiSettings, "<dict><key>showAllowHelp</key><false/></dict>");
+    const std::string before = device.bytes(File::guiSettings);
+    const fs::path file = device.path(File::guiSettings);
+    for (fs::path folder = file.parent_path(); folder != fs::temp_directory_path(); folder = folder.parent_path())
+        fs::permissions(folder, fs::perms::all);
+    launch(nullptr);
+    fs::permissions(file, fs::perms::none);
+    int explained = 0;
+    {
+        const AnotherPerson somebody;
+        for (const int row : {0, 1}) {
+            device.tapRow(0, row);
+            for (const bool isEditing : {true, false}) {
+                device.tap(292, 20);
+                if (!device.alert()) continue;
+                EXPECT_TRUE(isEditing);
+                device.answer(0);
+                ++explained;
+            }
+            device.tap(20, 20);
+        }
+    }
+    EXPECT_EQ(explained, 1);
+    fs::permissions(file, fs::perms(0644));
+    EXPECT_EQ(device.bytes(File::guiSettings), before);
 }
 
 TEST_F(GlobalListTest, DeletesAllAfterConfirmation) {

@@ -9,9 +9,11 @@
 #include "screens/rules/VxmRuleCell.h"
 #include "screens/settings/SettingsRoutes.h"
 #include "screens/settings/VxmSettingsViewController.h"
+#include "support/AnotherPerson.h"
 
 namespace {
 
+namespace fs = std::filesystem;
 using store::File;
 
 constexpr platform::IndexPath enabledRow{0, 0};
@@ -107,6 +109,27 @@ TEST_F(SettingsTest, SwitchKeepsWhatOthersWroteInTheMeantime) {
     EXPECT_EQ(flag(file, "log"), true);
     EXPECT_EQ(flag(file, "denyTabFront"), true);
     EXPECT_TRUE(switchAt(logRow.section)->isOn()) << "the rows show what was read";
+}
+
+// Rules that cannot be read this time may well be good: they stay, and the switch says so.
+TEST_F(SettingsTest, SwitchGoesBackWhenTheFileCannotBeRead) {
+    host.put(File::globalRules, "<dict><key>log</key><true/></dict>");
+    const fs::path file = host.store.path(File::globalRules);
+    const std::string before = ScreenHost::bytes(file);
+    for (const fs::path& folder : {fs::path(host.directory.path().toStdString()), file.parent_path()})
+        fs::permissions(folder, fs::perms::all);
+    open();
+    fs::permissions(file, fs::perms::none);
+    {
+        const AnotherPerson somebody;
+        for (const int section : {logRow.section, 5}) toggle(section);
+    }
+    EXPECT_TRUE(switchAt(logRow.section)->isOn());
+    EXPECT_FALSE(switchAt(5)->isOn());
+    EXPECT_TRUE(host.posts.empty());
+    EXPECT_EQ(host.alert(), nullptr);
+    fs::permissions(file, fs::perms(0644));
+    EXPECT_EQ(ScreenHost::bytes(file), before);
 }
 
 TEST_F(SettingsTest, EnabledSwitchKeepsTheMarkerAndThenPosts) {
