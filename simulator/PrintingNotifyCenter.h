@@ -11,6 +11,7 @@ public:
     explicit PrintingNotifyCenter(store::NotifyCenter& center) : center_(center) {}
 
     void post(std::string_view name) override;
+    void flush() override { center_.flush(); }
 
 private:
     store::NotifyCenter& center_;

@@ -137,6 +137,7 @@ void ConfigurationStore::deleteAllRulesAndSettings(const std::function<void()>& 
 
 void ConfigurationStore::terminate() {
     notifyCenter_.post(reloadBoth);
+    notifyCenter_.flush();
 }
 
 std::filesystem::path ConfigurationStore::path(File file) const {

@@ -54,7 +54,7 @@ public:
     // before the notification.
     void deleteAllRulesAndSettings(const std::function<void()>& afterWrite = {});
 
-    // The application is terminating: posts reload-both.
+    // The application is terminating: posts reload-both, and waits a moment where the bus has stalled.
     void terminate();
 
     std::filesystem::path path(File file) const;

@@ -15,6 +15,9 @@ public:
 
     // Returns at once and has no result: nobody listening is not an error.
     virtual void post(std::string_view name) = 0;
+
+    // The process is about to end: gives what could not be sent yet a moment.
+    virtual void flush() {}
 };
 
 // The engine rereads both rule files and the disabled marker.

@@ -3,13 +3,18 @@
 
 #include <QCoreApplication>
 #include <QTimer>
+#include <cstdio>
 
 #include "platform/system/SystemNotifyCenter.h"
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     QObject::connect(&application, &QCoreApplication::aboutToQuit, [name = argv[1]] {
-        platform::SystemNotifyCenter().post(name);
+        platform::SystemNotifyCenter center;
+        center.post(name);
+        std::puts("posted");
+        std::fflush(stdout);
+        center.flush();
         ::raise(SIGKILL);
     });
     QTimer::singleShot(0, &application, &QCoreApplication::quit);
