@@ -58,8 +58,7 @@ int run(QApplication& application, const platform::Device& device, std::jthread 
     QApplication::setFont(views::fontWithName(QStringLiteral("Helvetica"), 14));
     quitOnTerminationSignals();
     VxmAppDelegate delegate(device);
-    QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
-                     [&delegate] { delegate.applicationWillTerminate(); });
+    callAtEnd([&delegate] { delegate.applicationWillTerminate(); });
     delegate.didFinishLaunching();
     return QApplication::exec();
 }

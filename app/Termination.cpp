@@ -4,10 +4,13 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <QBasicTimer>
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <array>
 #include <csignal>
+#include <cstdlib>
+#include <utility>
 
 namespace app {
 
@@ -21,7 +24,24 @@ void onSignal(int) {
     [[maybe_unused]] const auto written = write(wakeUp, &byte, 1);
 }
 
+// exit() hands no context on.
+std::function<void()> toCallAtEnd;
+
+void callOnce() {
+    if (const auto end = std::exchange(toCallAtEnd, nullptr)) end();
+}
+
 }  // namespace
+
+void callAtEnd(std::function<void()> end) {
+    toCallAtEnd = std::move(end);
+    QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, callOnce);
+    // exit() takes down Qt's own tables in the reverse order of their making. Who calls the bus needs that of the
+    // timers, which the first timer makes.
+    QBasicTimer first;
+    first.start(0, QCoreApplication::instance());
+    std::atexit(callOnce);
+}
 
 void quitOnTerminationSignals() {
     std::array<int, 2> ends{};
