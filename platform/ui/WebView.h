@@ -20,7 +20,8 @@ public:
     virtual void webViewDidFinishLoad() {}
     // Asked before every request, those of frames inside the page included.
     virtual bool shouldStartLoadWithRequest(const QUrl&) { return true; }
-    // A request was allowed whose address is no page (mail, phone): the system's to open.
+    // The person tapped a link to a mail, and the request was allowed: the system's to open. Whatever else is no page
+    // leads nowhere.
     virtual void openURL(const QUrl&) {}
 };
 

@@ -5,6 +5,8 @@
 #include <QWebEngineHistory>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineNewWindowRequest>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineView>
 #include <algorithm>
@@ -13,6 +15,25 @@
 namespace platform {
 
 namespace {
+
+// Remembers the link that the person tapped last, in a world of its own that the page's scripts cannot reach. Listens
+// before any of them can, and only to what a finger, a key or a screen reader did.
+constexpr auto watchTaps = R"(
+    let tappedLink = '';
+    addEventListener('click', event => {
+        if (event.isTrusted) tappedLink = event.composedPath().find(each => each.localName === 'a')?.href ?? '';
+    }, true);
+)";
+constexpr auto takeTappedLink = "[tappedLink, tappedLink = ''][0]";
+
+QWebEngineScript tapWatcher() {
+    QWebEngineScript script;
+    script.setSourceCode(QString::fromLatin1(watchTaps));
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(false);
+    return script;
+}
 
 // Whether the address is one of a page, as against one that the system has a program for.
 bool isPage(const QUrl& address) {
@@ -23,12 +44,23 @@ bool isPage(const QUrl& address) {
 
 }  // namespace
 
-bool EnginePage::acceptNavigationRequest(const QUrl& address, NavigationType, bool) {
-    if (!delegate) return isPage(address);
-    if (!delegate->shouldStartLoadWithRequest(address)) return false;
+EnginePage::EnginePage(QWebEngineProfile* profile) : QWebEnginePage(profile) {
+    scripts().insert(tapWatcher());
+}
+
+bool EnginePage::acceptNavigationRequest(const QUrl& address, NavigationType, bool isMainFrame) {
+    if (delegate && !delegate->shouldStartLoadWithRequest(address)) return false;
     if (isPage(address)) return true;
-    delegate->openURL(address);
+    if (isMainFrame && address.scheme() == u"mailto") openIfTapped(address);
     return false;
+}
+
+// The engine's word for what a page asks, "link clicked", is true of a script as well.
+void EnginePage::openIfTapped(const QUrl& address) {
+    const auto open = [this, address](const QVariant& tapped) {
+        if (QUrl::fromEncoded(tapped.toByteArray()) == address && delegate) delegate->openURL(address);
+    };
+    runJavaScript(QString::fromLatin1(takeTappedLink), QWebEngineScript::ApplicationWorld, open);
 }
 
 EngineView::EngineView(QWidget* parent) : WebView(parent), view_(new QWebEngineView(&page_, this)) {

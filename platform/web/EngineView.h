@@ -10,15 +10,19 @@ class QWebEngineView;
 
 namespace platform {
 
-// A page that asks the view's delegate before it goes anywhere.
+// A page that asks the view's delegate before it goes anywhere. What it shows comes unencrypted and may be anybody's:
+// no address leaves the app but that of a mail, and that only by a tap of the person on its link in the main frame.
 class EnginePage : public QWebEnginePage {
     Q_OBJECT
 public:
-    explicit EnginePage(QWebEngineProfile* profile) : QWebEnginePage(profile) {}
+    explicit EnginePage(QWebEngineProfile* profile);
 
     WebViewDelegate* delegate = nullptr;
 
     bool acceptNavigationRequest(const QUrl& address, NavigationType type, bool isMainFrame) override;
+
+private:
+    void openIfTapped(const QUrl& address);
 };
 
 // The web view on Qt WebEngine.

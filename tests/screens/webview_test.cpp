@@ -3,12 +3,15 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QHash>
 #include <QPushButton>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 #include <QUrl>
+#include <array>
+#include <vector>
 
 #include "platform/ui/AlertView.h"
 #include "platform/ui/AnimationClock.h"
@@ -81,6 +84,26 @@ private:
     QList<QByteArray> seen_;
 };
 
+// What is handed to the desktop past the screen.
+class DesktopRecorder : public QObject {
+    Q_OBJECT
+public:
+    DesktopRecorder() {
+        for (const char* scheme : schemes) QDesktopServices::setUrlHandler(QLatin1String(scheme), this, "open");
+    }
+    ~DesktopRecorder() override {
+        for (const char* scheme : schemes) QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
+    }
+
+    QList<QByteArray> opened;
+
+public Q_SLOTS:
+    void open(const QUrl& address) { opened.append(address.toEncoded()); }
+
+private:
+    static constexpr std::array schemes{"mailto", "tel", "file", "x-app"};
+};
+
 class WebViewTest : public testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -90,7 +113,7 @@ protected:
     }
     static void TearDownTestSuite() { platform::AnimationClock::setInstant(false); }
 
-    void open(const QString& host) {
+    void push(const QString& host) {
         window.resize(chrome.windowSize());
         window.show();
         window.activateWindow();
@@ -99,6 +122,10 @@ protected:
             [this](const QUrl& address) { opened.append(address.toEncoded()); });
         screen = pushed.get();
         window.pushViewController(std::move(pushed), true);
+    }
+
+    void open(const QString& host) {
+        push(host);
         ASSERT_TRUE(screen->theWebView()) << "the module is not where it is looked for";
     }
 
@@ -180,7 +207,6 @@ TEST_F(WebViewTest, OnlyTheSupportLinkItselfIsIntercepted) {
         {"mailto:support@vexmor.example?", "mailto:support@vexmor.example?"},
         {"mailto:support@vexmor.example.org", "mailto:support@vexmor.example.org"},
         {"mailto:someone@vexmor.example", "mailto:someone@vexmor.example"},
-        {"tel:+15550100", "tel:+15550100"},
     };
     QByteArray links;
     for (const auto& test : cases) links += link(test.link);
@@ -201,6 +227,60 @@ TEST_F(WebViewTest, OnlyTheSupportLinkItselfIsIntercepted) {
         EXPECT_EQ(opened, expected ? QList<QByteArray>{expected} : QList<QByteArray>{});
         EXPECT_TRUE(isFloatingButtonShown()) << "the page stays, and so does the way back";
         if (alert()) alert()->dismissWithClickedButtonIndex(1);
+    }
+}
+
+// The page comes unencrypted: it may be anybody's. Nothing but a tap on a mail's link, above, reaches the desktop. A
+// tap on something else is what the engine lets a script open programs for.
+TEST_F(WebViewTest, APageStartsNoProgram) {
+    server.answers["/to-mail"] = answer("302 Found\r\nLocation: mailto:a@vexmor.example", {});
+    server.answers["/to-app"] = answer("302 Found\r\nLocation: x-app:redirect", {});
+    server.answers["/frame"] = answer("200 OK", link("mailto:a@vexmor.example"));
+    std::vector<QByteArray> pages{
+        link("x-app:link"),
+        link("x-app:window", "target=_blank"),
+        link("tel:+15550100"),
+        link("file:///etc/hostname"),
+        link("javascript:location=%22x-app:javascript%22"),
+        link("/to-mail"),
+        link("/to-app"),
+        link("mailto:a@vexmor.example", "onclick=\"location='mailto:b@vexmor.example';return false\""),
+        "<iframe src=/frame width=320 height=300 frameborder=0></iframe>",
+    };
+    for (const char* script : {
+             "location='mailto:a@vexmor.example'",
+             "location='x-app:script'",
+             "location='file:///etc/hostname'",
+             "location='data:text/html,x'",
+             "location='/to-mail'",
+             "location='/to-app'",
+             "location='javascript:open(`x-app:javascript`)'",
+             "frame('mailto:a@vexmor.example'),frame('x-app:frame'),frame('file:///etc/hostname')",
+             "frame('/to-mail'),frame('/to-app')",
+             "open('mailto:a@vexmor.example'),open('x-app:window'),open('file:///etc/hostname')",
+             "refresh('mailto:a@vexmor.example')",
+             "refresh('x-app:refresh')",
+             "document.forms[0].submit()",
+             "mail.click(),mail.dispatchEvent(new MouseEvent('click',{bubbles:true}))",
+         }) {
+        pages.push_back(link(QByteArray("#"), "onclick=\"" + QByteArray(script) + "\"") +
+                        "<a id=mail href=mailto:a@vexmor.example></a>"
+                        "<form method=post action=mailto:a@vexmor.example></form>"
+                        "<script>const add = html => document.body.insertAdjacentHTML('beforeend', html);"
+                        "const frame = address => add(`<iframe hidden src=${address}></iframe>`);"
+                        "const refresh = address => add(`<meta http-equiv=refresh content='0;url=${address}'>`);" +
+                        script + "</script>");
+    }
+    for (const QByteArray& page : pages) {
+        SCOPED_TRACE(page.toStdString());
+        DesktopRecorder pastTheScreen;
+        opened.clear();
+        ASSERT_TRUE(openFirstPage(answer("200 OK", page)));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return colorAt(310, 2) == linkColor; }, patience));
+        tapLink();
+        QTest::qWait(quietTime);
+        EXPECT_EQ((opened + pastTheScreen.opened).join(' ').toStdString(), "");
+        window.popViewController(true);
     }
 }
 
@@ -303,3 +383,5 @@ TEST_F(WebViewTest, FailedLoadShowsNothing) {
 }
 
 }  // namespace
+
+#include "webview_test.moc"
