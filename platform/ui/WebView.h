@@ -45,7 +45,8 @@ public:
 
 // A new web view, owned by `parent`, which may not be nullptr. The first call loads the module with the web engine,
 // which takes about a tenth of a second and stays; an app that shows no page pays nothing for it. nullptr when the
-// module is not installed (platform/modules/Modules.h says where it is looked for).
+// module is not installed (platform/modules/Modules.h says where it is looked for), and for root, to whom the engine
+// refuses its sandbox, unless that is given up by the engine's own QTWEBENGINE_DISABLE_SANDBOX=1 or --no-sandbox.
 WebView* makeWebView(QWidget* parent);
 
 }  // namespace platform

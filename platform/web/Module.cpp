@@ -1,4 +1,7 @@
+#include <unistd.h>
+
 #include <QAccessible>
+#include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QQuickWindow>
 #include <utility>
@@ -6,6 +9,15 @@
 #include "platform/web/EngineView.h"
 
 namespace {
+
+// Root cannot have the engine's sandbox, and without it the engine ends the whole program as it starts, unless whoever
+// started the program has given the sandbox up.
+bool canStart() {
+    if (geteuid() != 0 || qEnvironmentVariableIntValue("QTWEBENGINE_DISABLE_SANDBOX") == 1) return true;
+    constexpr auto option = "--no-sandbox";
+    return qgetenv("QTWEBENGINE_CHROMIUM_FLAGS").split(' ').contains(option) ||
+           QCoreApplication::arguments().contains(QLatin1String(option));
+}
 
 // Left to itself the engine keeps its pages from screen readers. It asks for its options once, as it starts.
 void letAssistanceIn() {
@@ -30,5 +42,6 @@ platform::EngineView* makeFirstView(QWidget* parent) {
 // The module's only door, found by its name; see makeWebView().
 extern "C" Q_DECL_EXPORT platform::WebView* vexmorMakeWebView(QWidget* parent) {
     static bool isPrepared = false;
+    if (!isPrepared && !canStart()) return nullptr;
     return std::exchange(isPrepared, true) ? new platform::EngineView(parent) : makeFirstView(parent);
 }

@@ -171,6 +171,20 @@ protected:
     screens::VxmWebViewController* screen = nullptr;
 };
 
+// The first test: an engine that runs already asks no more.
+TEST_F(WebViewTest, RootWhoHasNoSandboxSeesNoPage) {
+    if (geteuid() != 0) GTEST_SKIP() << "is about root";
+    const QByteArray given = qgetenv("QTWEBENGINE_DISABLE_SANDBOX");
+    qunsetenv("QTWEBENGINE_DISABLE_SANDBOX");
+    push(server.host());
+    qputenv("QTWEBENGINE_DISABLE_SANDBOX", given);
+    EXPECT_FALSE(screen->theWebView());
+    EXPECT_FALSE(isFloatingButtonShown());
+    EXPECT_FALSE(alert());
+    window.popViewController(true);
+    EXPECT_EQ(window.count(), 1);
+}
+
 TEST_F(WebViewTest, FloatingButtonFollowsTheHistory) {
     server.answers["/Vexmor/moreInfo/second.html"] = answer("200 OK", link("/broken"));
     server.answers["/broken"] = "this is not the web\r\n\r\n";
