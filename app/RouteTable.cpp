@@ -17,8 +17,11 @@ namespace app {
 
 namespace {
 
+// Only from the screen that is seen: one that is asked twice opens one.
 void push(platform::ViewController& from, std::unique_ptr<platform::ViewController> screen) {
-    if (auto* navigation = from.navigationController()) navigation->pushViewController(std::move(screen), true);
+    auto* navigation = from.navigationController();
+    if (navigation && navigation->visibleViewController() == &from)
+        navigation->pushViewController(std::move(screen), true);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "platform/ui/AccessibleView.h"
 #include "platform/ui/AlertView.h"
 #include "platform/ui/ImageButton.h"
+#include "platform/ui/Reach.h"
 #include "platform/ui/Switch.h"
 #include "platform/ui/TableView.h"
 #include "platform/ui/TableViewCell.h"
@@ -56,7 +57,7 @@ public:
 
     void doAction(const QString& name) override {
         if (name == action()) {
-            if (button()->isEnabled() && !AlertView::isCovered(button())) button()->click();
+            if (button()->isEnabled() && isWithinReach(button())) button()->click();
         } else {
             QAccessibleWidget::doAction(name);
         }

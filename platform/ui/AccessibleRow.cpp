@@ -3,7 +3,7 @@
 #include <QWindow>
 
 #include "platform/ui/AccessibleTable.h"
-#include "platform/ui/AlertView.h"
+#include "platform/ui/Reach.h"
 #include "platform/ui/Switch.h"
 #include "platform/ui/TableViewPrivate.h"
 
@@ -135,7 +135,7 @@ QStringList AccessibleRow::actionNames() const {
 }
 
 void AccessibleRow::doAction(const QString& name) {
-    if (!actionNames().contains(name) || AlertView::isCovered(table_)) return;
+    if (!actionNames().contains(name) || !isWithinReach(table_)) return;
     if (name == deleteAction()) {
         table_->d_->commitDeletion(path());
         return;

@@ -142,7 +142,7 @@ void NavigationController::popViewController(bool animated) {
 void NavigationController::present(ViewController& presenter, std::unique_ptr<ViewController> controller,
                                    bool animated) {
     d_->finishTransition();
-    Q_ASSERT(visibleViewController() == &presenter);
+    if (visibleViewController() != &presenter) return;
     ViewController& to = *controller;
     to.d_->presenting = &presenter;
     presenter.d_->presented = std::move(controller);

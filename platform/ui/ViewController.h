@@ -31,7 +31,8 @@ public:
 
     // Shows a screen over the whole window, sliding up from below. The presented screen belongs to this one and is
     // destroyed after its dismissal's animation. This screen's viewWillDisappear() and, after the dismissal, its
-    // viewWillAppear() and viewDidAppear() run as for a push and a pop.
+    // viewWillAppear() and viewDidAppear() run as for a push and a pop. Does nothing unless this screen is the visible
+    // one.
     void presentViewController(std::unique_ptr<ViewController> controller, bool animated);
     // On a presented screen, dismisses that screen; on a presenting one, the screen it presents.
     void dismissViewController(bool animated);

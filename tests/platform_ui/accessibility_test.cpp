@@ -8,11 +8,14 @@
 
 #include "platform/ui/Accessibility.h"
 #include "platform/ui/AlertView.h"
+#include "platform/ui/ImageButton.h"
+#include "platform/ui/NavigationController.h"
 #include "platform/ui/SearchDisplayController.h"
 #include "platform/ui/Switch.h"
 #include "platform/ui/TableView.h"
 #include "platform/ui/TableViewCell.h"
 #include "platform/ui/TextField.h"
+#include "platform/ui/ViewController.h"
 #include "platform_ui/InstantClock.h"
 
 namespace {
@@ -47,6 +50,41 @@ public:
     int asked = 0;
     QList<int> removed;
     QList<int> chosen;
+};
+
+// A list and a button.
+class Screen : public ViewController {
+public:
+    // Whether a press by assistance is heard, by the button and by a row.
+    std::pair<bool, bool> hearPresses() {
+        const auto press = [](QAccessibleInterface* element) {
+            element->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        };
+        clicks = 0;
+        rows.chosen.clear();
+        press(QAccessible::queryAccessibleInterface(button));
+        QAccessibleInterface* list = QAccessible::queryAccessibleInterface(table);
+        press(list->child(list->childCount() - 1)->child(3));
+        return {clicks == 1, rows.chosen == QList{3}};
+    }
+
+protected:
+    void loadView() override {
+        auto* view = new QWidget;
+        button = new ImageButton(view);
+        connect(button, &ImageButton::clicked, this, [this] { ++clicks; });
+        table = new TableView(view);
+        table->setGeometry(0, 40, 320, 420);
+        table->setDataSource(&rows);
+        table->setDelegate(&rows);
+        setView(view);
+    }
+
+private:
+    ImageButton* button = nullptr;
+    TableView* table = nullptr;
+    Rows rows;
+    int clicks = 0;
 };
 
 class AccessibilityTest : public testing::Test {
@@ -133,6 +171,25 @@ TEST_F(AccessibilityTest, AnAlertIsAllThereIs) {
     EXPECT_TRUE(rows.removed.isEmpty());
     act(read(alert->button(0)), QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(QTest::qWaitFor([&] { return read(&window)->child(0) == read(table); }));
+}
+
+TEST(ScreenAccessibility, OnlyTheScreenThatIsSeenAndAtRestIsPressed) {
+    constexpr std::pair all{true, true};
+    constexpr std::pair none{false, false};
+    auto root = std::make_unique<Screen>();
+    auto next = std::make_unique<Screen>();
+    Screen* const from = root.get();
+    Screen* const to = next.get();
+    NavigationController navigation(std::move(root));
+    navigation.resize(320, 460);
+    navigation.show();
+    EXPECT_EQ(from->hearPresses(), all);
+    navigation.pushViewController(std::move(next), true);
+    EXPECT_EQ(from->hearPresses(), none);
+    EXPECT_EQ(to->hearPresses(), none);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !from->view()->isVisible(); }));
+    EXPECT_EQ(from->hearPresses(), none);
+    EXPECT_EQ(to->hearPresses(), all);
 }
 
 TEST_F(AccessibilityTest, ASearchLeavesItsBarAndItsResults) {

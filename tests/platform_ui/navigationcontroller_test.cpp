@@ -237,6 +237,15 @@ TEST_F(NavigationControllerTest, EndsARunningMotionWhenTheNextOneBegins) {
     }
 }
 
+TEST_F(NavigationControllerTest, PresentsOnlyOverTheScreenThatIsSeen) {
+    const InstantClock instant;
+    show();
+    Screen* over = present("over");
+    root->presentViewController(adopted("again"), true);
+    EXPECT_EQ(navigation.visibleViewController(), over);
+    EXPECT_EQ(root->presentedViewController(), over);
+}
+
 TEST_F(NavigationControllerTest, GoesBackByKey) {
     const InstantClock instant;
     show();

@@ -5,6 +5,8 @@
 
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/ui/AlertView.h"
+#include "platform/ui/ImageButton.h"
+#include "platform/ui/NavigationController.h"
 #include "platform/ui/TableView.h"
 #include "platform/ui/TableViewCell.h"
 #include "screens/apps/VxmAppChooserControllerViewController.h"
@@ -54,6 +56,18 @@ TEST(MainScreenTest, FirstLaunchCreatesTheAppRulesFile) {
     device.terminate();
     ASSERT_EQ(device.posts().size(), 1U);
     EXPECT_EQ(device.posts()[0].name, store::reloadBoth);
+}
+
+TEST(MainScreenTest, OpensAScreenOnceHoweverOftenItIsAsked) {
+    TestDevice device;
+    device.launch();
+    auto& main = *qobject_cast<screens::VxmMainViewController*>(device.screen());
+    platform::ImageButton sender;
+    main.presentSettings(sender);
+    main.presentSettings(sender);
+    main.add(sender);
+    EXPECT_EQ(device.navigation()->count(), 2);
+    EXPECT_EQ(main.presentedViewController(), nullptr);
 }
 
 TEST(MainScreenTest, UnreadableFileIsLeftAloneAndListsNothing) {
