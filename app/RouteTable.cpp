@@ -26,11 +26,13 @@ void push(platform::ViewController& from, std::unique_ptr<platform::ViewControll
 
 }  // namespace
 
-RouteTable::RouteTable(const platform::Device& device, const views::Chrome& chrome, store::ConfigurationStore& store)
-    : device_(device), chrome_(chrome), store_(store) {}
+RouteTable::RouteTable(const platform::Device& device, const views::Chrome& chrome, store::ConfigurationStore& store,
+                       catalog::IconThreads& iconThreads)
+    : device_(device), chrome_(chrome), store_(store), iconThreads_(iconThreads) {}
 
 std::unique_ptr<platform::ViewController> RouteTable::makeMainScreen() {
-    return std::make_unique<screens::VxmMainViewController>(chrome_, store_, *device_.applicationList, *this);
+    return std::make_unique<screens::VxmMainViewController>(chrome_, store_, *device_.applicationList, iconThreads_,
+                                                            *this);
 }
 
 void RouteTable::openGlobalRules(platform::ViewController& from, bool isDeny) {
@@ -42,8 +44,8 @@ void RouteTable::openApp(platform::ViewController& from, const QString& bundleId
 }
 
 void RouteTable::openAppChooser(screens::VxmMainViewController& from) {
-    auto chooser =
-        std::make_unique<screens::VxmAppChooserControllerViewController>(chrome_, store_, *device_.applicationList);
+    auto chooser = std::make_unique<screens::VxmAppChooserControllerViewController>(
+        chrome_, store_, *device_.applicationList, iconThreads_);
     chooser->setMainViewController(&from);
     from.presentViewController(std::move(chooser), true);
 }

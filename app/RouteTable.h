@@ -6,6 +6,10 @@
 #include "screens/rules/RuleRoutes.h"
 #include "screens/settings/SettingsRoutes.h"
 
+namespace catalog {
+class IconThreads;
+}
+
 namespace platform {
 struct Device;
 }
@@ -24,7 +28,8 @@ namespace app {
 class RouteTable : public screens::AppRoutes, public screens::RuleRoutes, public screens::SettingsRoutes {
 public:
     // All of these outlive the table and every screen that it makes.
-    RouteTable(const platform::Device& device, const views::Chrome& chrome, store::ConfigurationStore& store);
+    RouteTable(const platform::Device& device, const views::Chrome& chrome, store::ConfigurationStore& store,
+               catalog::IconThreads& iconThreads);
 
     std::unique_ptr<platform::ViewController> makeMainScreen();
 
@@ -43,6 +48,7 @@ private:
     const platform::Device& device_;
     const views::Chrome& chrome_;
     store::ConfigurationStore& store_;
+    catalog::IconThreads& iconThreads_;
 };
 
 }  // namespace app

@@ -60,7 +60,7 @@ void VxmAppDelegate::didFinishLaunching() {
     writeWarning_.emplace(store_.path(store::File::appRules).parent_path(), device_);
     showOnScreen(*window_, chrome_->windowSize());
 
-    routes_ = std::make_unique<RouteTable>(device_, *chrome_, store_);
+    routes_ = std::make_unique<RouteTable>(device_, *chrome_, store_, iconThreads_);
     navigation_ = new platform::NavigationController(routes_->makeMainScreen());
     layout->addWidget(navigation_);
 }

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "app/WriteWarning.h"
+#include "catalog/IconThreads.h"
 #include "store/ConfigurationStore.h"
 #include "views/Chrome.h"
 
@@ -43,6 +44,7 @@ private:
     const platform::Device& device_;
     store::ConfigurationStore store_;
     std::optional<views::Chrome> chrome_;
+    catalog::IconThreads iconThreads_;  // waits, when the screens have gone
     std::unique_ptr<RouteTable> routes_;
     std::unique_ptr<QWidget> window_;
     std::optional<WriteWarning> writeWarning_;

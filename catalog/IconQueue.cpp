@@ -1,65 +1,78 @@
 #include "catalog/IconQueue.h"
 
 #include <QImage>
+#include <deque>
+#include <mutex>
 #include <system_error>
 #include <utility>
 
+#include "catalog/IconThreads.h"
 #include "catalog/VxmAppList.h"
 #include "platform/system/ApplicationList.h"
 
 namespace catalog {
 
-IconQueue::IconQueue(platform::ApplicationList& list) : list_(list) {
+struct IconQueue::Shared {
+    void drop();
+    void loadIconsFromBackground();
+
+    platform::ApplicationList& list;
+    std::mutex lock{};  // guards the two below; held for queue operations only, never across a catalog call
+    std::deque<QString> iconsToLoad{};
+    bool loading = false;
+};
+
+IconQueue::IconQueue(platform::ApplicationList& list, IconThreads& threads)
+    : threads_(threads), shared_(new Shared{.list = list}) {
     whenIdle_.setSingleShot(true);
     whenIdle_.callOnTimeout([this] { startThread(); });
 }
 
 IconQueue::~IconQueue() {
-    {
-        const std::lock_guard guard(lock_);
-        iconsToLoad_.clear();
-    }
-    if (thread_.joinable()) thread_.join();
+    shared_->drop();
 }
 
 void IconQueue::request(const QString& identifier) {
-    if (list_.iconFailed(iconSize, identifier)) return;
+    if (shared_->list.iconFailed(iconSize, identifier)) return;
     {
-        const std::lock_guard guard(lock_);
-        iconsToLoad_.push_front(identifier);
-        if (std::exchange(loading_, true)) return;
+        const std::lock_guard guard(shared_->lock);
+        shared_->iconsToLoad.push_front(identifier);
+        if (std::exchange(shared_->loading, true)) return;
     }
     whenIdle_.start(0);
 }
 
 void IconQueue::startThread() {
-    if (thread_.joinable()) thread_.join();  // has found the queue empty: is at its end
     try {
-        thread_ = std::thread(&IconQueue::loadIconsFromBackground, this);
+        threads_.start([shared = shared_] { shared->loadIconsFromBackground(); });
     } catch (const std::system_error&) {  // no more threads to be had: the rows keep their placeholders
-        const std::lock_guard guard(lock_);
-        iconsToLoad_.clear();
-        loading_ = false;
+        shared_->drop();
+        shared_->loading = false;
     }
 }
 
 bool IconQueue::isLoading() const {
-    const std::lock_guard guard(lock_);
-    return loading_;
+    const std::lock_guard guard(shared_->lock);
+    return shared_->loading;
+}
+
+void IconQueue::Shared::drop() {
+    const std::lock_guard guard(lock);
+    iconsToLoad.clear();
 }
 
 // That the queue is empty and that loading ends is one step under the lock: a request made meanwhile is either seen
 // here or starts a new thread.
-void IconQueue::loadIconsFromBackground() {
-    std::unique_lock guard(lock_);
-    while (!iconsToLoad_.empty()) {
-        const QString identifier = std::move(iconsToLoad_.front());
-        iconsToLoad_.pop_front();
+void IconQueue::Shared::loadIconsFromBackground() {
+    std::unique_lock guard(lock);
+    while (!iconsToLoad.empty()) {
+        const QString identifier = std::move(iconsToLoad.front());
+        iconsToLoad.pop_front();
         guard.unlock();
-        list_.copyIconOfSize(iconSize, identifier);
+        list.copyIconOfSize(iconSize, identifier);
         guard.lock();
     }
-    loading_ = false;
+    loading = false;
 }
 
 }  // namespace catalog

@@ -2,9 +2,7 @@
 
 #include <QString>
 #include <QTimer>
-#include <deque>
-#include <mutex>
-#include <thread>
+#include <memory>
 
 namespace platform {
 class ApplicationList;
@@ -12,16 +10,18 @@ class ApplicationList;
 
 namespace catalog {
 
+class IconThreads;
+
 // One screen's queue of icons to load. The newest request is loaded first, so that the rows a person looks at fill in
 // before those scrolled past. The queue exists while there is something to load and with it one thread; the thread
 // ends when the queue is empty. It starts when the main thread has nothing else to do: rows that have just come to be
 // are painted first, and what paints them does not share the machine with what loads their icons. Destroying this
-// object drops what is still queued and joins the thread. Requests are made on the main thread; the catalog announces
-// loaded icons by ApplicationList::iconLoaded.
+// object drops what is still queued and lets the thread go, which ends with the icon it is at. Requests are made on the
+// main thread; the catalog announces loaded icons by ApplicationList::iconLoaded.
 class IconQueue {
 public:
-    // `list` outlives this object.
-    explicit IconQueue(platform::ApplicationList& list);
+    // `list` outlives `threads`, which outlives this object.
+    IconQueue(platform::ApplicationList& list, IconThreads& threads);
     ~IconQueue();
     IconQueue(const IconQueue&) = delete;
     IconQueue& operator=(const IconQueue&) = delete;
@@ -34,15 +34,13 @@ public:
     bool isLoading() const;
 
 private:
-    void startThread();
-    void loadIconsFromBackground();
+    struct Shared;
 
-    platform::ApplicationList& list_;
-    mutable std::mutex lock_;  // guards the two below; held for queue operations only, never across a catalog call
-    std::deque<QString> iconsToLoad_;
-    bool loading_ = false;
+    void startThread();
+
+    IconThreads& threads_;
+    std::shared_ptr<Shared> shared_;  // with the thread
     QTimer whenIdle_;
-    std::thread thread_;
 };
 
 }  // namespace catalog

@@ -23,8 +23,8 @@ constexpr int placeholderGap = 7;
 }  // namespace
 
 AppListScreen::AppListScreen(const views::Chrome& chrome, store::ConfigurationStore& store,
-                             platform::ApplicationList& catalog)
-    : VxmTableScreen(chrome, bandHeight), store_(store), catalog_(catalog), iconsToLoad_(catalog) {}
+                             platform::ApplicationList& catalog, catalog::IconThreads& iconThreads)
+    : VxmTableScreen(chrome, bandHeight), store_(store), catalog_(catalog), iconsToLoad_(catalog, iconThreads) {}
 
 AppListScreen::~AppListScreen() = default;
 

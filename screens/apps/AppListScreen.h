@@ -34,7 +34,8 @@ class AppListScreen : public views::VxmTableScreen, public platform::SearchDispl
     Q_OBJECT
 public:
     // All of these outlive the screen.
-    AppListScreen(const views::Chrome& chrome, store::ConfigurationStore& store, platform::ApplicationList& catalog);
+    AppListScreen(const views::Chrome& chrome, store::ConfigurationStore& store, platform::ApplicationList& catalog,
+                  catalog::IconThreads& iconThreads);
     ~AppListScreen() override;
 
     const std::vector<store::AppInfo>& appsArray() const { return appsArray_; }

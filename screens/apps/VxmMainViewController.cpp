@@ -38,8 +38,9 @@ void removeLast(std::vector<store::AppInfo>& apps, const std::string& bundleIden
 }  // namespace
 
 VxmMainViewController::VxmMainViewController(const views::Chrome& chrome, store::ConfigurationStore& store,
-                                             platform::ApplicationList& catalog, AppRoutes& routes)
-    : AppListScreen(chrome, store, catalog), routes_(routes) {}
+                                             platform::ApplicationList& catalog, catalog::IconThreads& iconThreads,
+                                             AppRoutes& routes)
+    : AppListScreen(chrome, store, catalog, iconThreads), routes_(routes) {}
 
 void VxmMainViewController::loadView() {
     auto* bar = new views::VxmNavBarView({0, 0, 320, 40}, *this, false, true, false);

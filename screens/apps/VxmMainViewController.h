@@ -13,7 +13,7 @@ class VxmMainViewController : public AppListScreen {
 public:
     // All of these outlive the screen.
     VxmMainViewController(const views::Chrome& chrome, store::ConfigurationStore& store,
-                          platform::ApplicationList& catalog, AppRoutes& routes);
+                          platform::ApplicationList& catalog, catalog::IconThreads& iconThreads, AppRoutes& routes);
 
     // Rebuilds the list from the app rules file and the catalog.
     void loadApps();
