@@ -34,6 +34,7 @@ int TableViewDelegate::heightForRowAtIndexPath(TableView&, IndexPath) {
 int TableViewDelegate::heightForFooterInSection(TableView&, int) {
     return 0;
 }
+void TableViewDelegate::willDisplayCell(TableView&, TableViewCell&, IndexPath) {}
 QWidget* TableViewDelegate::viewForFooterInSection(TableView&, int) {
     return nullptr;
 }

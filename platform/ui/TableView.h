@@ -60,6 +60,9 @@ public:
     virtual int heightForRowAtIndexPath(TableView& table, IndexPath indexPath);
     virtual int heightForFooterInSection(TableView& table, int section);
 
+    // A cell is about to be placed in the table. One that is only made to be read to a person is never placed.
+    virtual void willDisplayCell(TableView& table, TableViewCell& cell, IndexPath indexPath);
+
     // A new widget that the table takes over, or nullptr for none.
     virtual QWidget* viewForFooterInSection(TableView& table, int section);
 

@@ -171,6 +171,7 @@ TableViewCell* TableView::Private::cellFor(IndexPath path) {
     cell->setSelected(selected == path, false);
     cell->setEditing(editing, false);
     cell->setShowsFocus(showsCurrent && current == path);
+    if (TableViewDelegate* look = asksDelegate()) look->willDisplayCell(*q, *cell, path);
     return cell;
 }
 

@@ -101,7 +101,14 @@ void AppListScreen::showIcon(views::VxmAppCell& cell, const QString& identifier)
     const bool isIconSized = std::abs(defaultImage_.deviceIndependentSize().width() - catalog::iconSize) < 1;
     if (!isIconSized) cell.setIndentationWidth(catalog::iconSize + placeholderGap);
     cell.setIndentationLevel(isIconSized ? 0 : 1);
-    iconsToLoad_.request(identifier);
+}
+
+// Not when the cell is made: a screen reader asks for rows that nobody sees.
+void AppListScreen::willDisplayCell(platform::TableView& table, platform::TableViewCell&,
+                                    platform::IndexPath indexPath) {
+    if (&table == this->table() && indexPath.section != appSection()) return;
+    const QString identifier = QString::fromStdString(appAt(table, indexPath).bundleIdentifier);
+    if (!catalog_.hasCachedIconOfSize(catalog::iconSize, identifier)) iconsToLoad_.request(identifier);
 }
 
 void AppListScreen::iconLoaded(const QString& identifier) {

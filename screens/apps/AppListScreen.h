@@ -47,6 +47,8 @@ public:
     int numberOfSectionsInTableView(platform::TableView& table) override;
     int numberOfRowsInSection(platform::TableView& table, int section) override;
     platform::TableViewCell* cellForRowAtIndexPath(platform::TableView& table, platform::IndexPath indexPath) override;
+    void willDisplayCell(platform::TableView& table, platform::TableViewCell& cell,
+                         platform::IndexPath indexPath) override;
 
     bool shouldReloadTableForSearchString(platform::SearchDisplayController& controller, const QString& text) override;
     bool shouldReloadTableForSearchScope(platform::SearchDisplayController& controller, int scope) override;

@@ -2,6 +2,7 @@
 // files, loaded by the real queue, seen in the picture of the rows.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QColor>
 #include <QImage>
@@ -124,6 +125,16 @@ TEST_F(AppIconsTest, AreThereUnderTheFinger) {
 
 TEST_F(AppIconsTest, AreThereAfterEveryFling) {
     expectIconsOnTheWay([this] { scroll(-100, true); });
+}
+
+TEST_F(AppIconsTest, AreNotLoadedForRowsThatAreOnlyRead) {
+    openChooser();
+    const QAccessibleInterface* screen = QAccessible::queryAccessibleInterface(device.table());
+    const QAccessibleInterface* rows = screen->child(screen->childCount() - 1);
+    for (int row = 0; row < apps; ++row)
+        EXPECT_EQ(rows->child(row)->text(QAccessible::Name).toStdString(), nameOf(row));
+    expectIcons();
+    EXPECT_FALSE(isLoaded(apps - 1));
 }
 
 TEST_F(AppIconsTest, ReachTheResultsOfASearch) {
