@@ -1,6 +1,7 @@
 #include "views/IconView.h"
 
 #include <QPainter>
+#include <cmath>
 
 #include "platform/ui/Images.h"
 
@@ -15,6 +16,14 @@ constexpr int iconSize = 29;
 IconView::IconView(QWidget* parent) : QWidget(parent) {
     resize(iconSize, iconSize);
     setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void IconView::setCentre(QPointF centre) {
+    QRectF icon(0, 0, iconSize, iconSize);
+    icon.moveCenter(centre);
+    const QRect around = icon.toAlignedRect();
+    offset_ = icon.topLeft() - around.topLeft();
+    setGeometry(around);
 }
 
 void IconView::setImage(const QImage& image) {
@@ -33,10 +42,20 @@ void IconView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     if (!image_.isNull()) {
-        painter.drawImage(rect(), image_);
+        painter.drawImage(iconRect(painter), image_);
     } else if (!imageName_.isEmpty()) {
-        painter.drawPixmap(rect(), platform::Images::named(imageName_, devicePixelRatioF()));
+        const QPixmap image = platform::Images::named(imageName_, devicePixelRatioF());
+        painter.drawPixmap(iconRect(painter), image, image.rect());
     }
+}
+
+// Half a point that is no whole pixel would blur the icon.
+QRectF IconView::iconRect(const QPainter& painter) const {
+    const double pixelsPerPoint = painter.deviceTransform().m11();
+    const auto snapped = [pixelsPerPoint](double points) {
+        return std::floor(points * pixelsPerPoint) / pixelsPerPoint;
+    };
+    return {snapped(offset_.x()), snapped(offset_.y()), iconSize, iconSize};
 }
 
 }  // namespace views

@@ -5,10 +5,14 @@
 
 namespace views {
 
-// An icon of 29 by 29 points: an image, or an image resource by name.
+// An icon of 29 by 29 points: an image, or an image resource by name. Its edges lie on whole pixels of the screen,
+// which are half points where the screen has them; the widget around it, which has none, may be a point larger.
 class IconView : public QWidget {
 public:
     explicit IconView(QWidget* parent);
+
+    // In the parent's points.
+    void setCentre(QPointF centre);
 
     void setImage(const QImage& image);
     void setImageNamed(const QString& resourceName);
@@ -21,6 +25,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QRectF iconRect(const QPainter& painter) const;
+
+    QPointF offset_;  // of the icon in the widget: 0 or half a point
     QImage image_;
     QString imageName_;
 };

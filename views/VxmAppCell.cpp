@@ -52,8 +52,7 @@ void VxmAppCell::layoutSubviews() {
                                              float(titleSize_.width()), float(titleSize_.height())));
     underTextLabel_->setGeometry(makeRoundedRect(textX, (height - float(underTextSize_.height())) / 2 + underTextDrop,
                                                  float(underTextSize_.width()), float(underTextSize_.height())));
-    const QSize icon = appImageView_->size();
-    appImageView_->move(iconCentreX - icon.width() / 2, int(height - float(icon.height())) / 2);
+    appImageView_->setCentre({iconCentreX, double(height) / 2});
 }
 
 void VxmAppCell::updateAccessibleName() {

@@ -17,7 +17,6 @@ constexpr int designWidth = 320;
 constexpr QRect leftButtonFrame{0, -3, 52, 46};
 constexpr QRect rightButtonFrame{276, 4, 32, 32};
 constexpr QRect acceptButtonFrame{276, 3, 32, 32};
-constexpr int titleMargin = 2;  // points that a cut title keeps from a button
 
 // Buttons in the right half of the design keep their distance from the right edge on a wider screen.
 QRect frameInWidth(const QRect& frame, int width) {
@@ -48,6 +47,7 @@ VxmNavBarView::VxmNavBarView(const QRect& frame, VxmScreen& screen, bool showsBa
     addButton->setVisible(showsAddButton);
     backButton_->setVisible(showsBackButton);
     editButton_->setVisible(showsEditButton);
+    titleLabel_->raise();
 }
 
 platform::ImageButton* VxmNavBarView::makeButton(const QRect& frame, const QString& image,
@@ -67,7 +67,6 @@ void VxmNavBarView::addControl(QWidget* control, const QRect& frame) {
     control->setParent(this);
     control->setGeometry(frameInWidth(frame, width()));
     controls_.push_back({control, frame});
-    cutTitle();
 }
 
 void VxmNavBarView::showSettingsButton() {
@@ -91,23 +90,6 @@ void VxmNavBarView::layoutSubviews() {
     titleLabel_->setGeometry(makeRoundedRect(float((width() - text.width()) / 2), float((height() - text.height()) / 2),
                                              float(text.width()), float(text.height())));
     for (const PlacedControl& placed : controls_) placed.control->setGeometry(frameInWidth(placed.frame, width()));
-    cutTitle();
-}
-
-void VxmNavBarView::cutTitle() {
-    int left = 0;
-    int right = width();
-    for (const PlacedControl& placed : controls_) {
-        const QRect frame = placed.control->geometry();
-        if (placed.control->isHidden()) continue;
-        if (frame.center().x() < width() / 2) {
-            left = qMax(left, frame.right() + 1 + titleMargin);
-        } else {
-            right = qMin(right, frame.left() - titleMargin);
-        }
-    }
-    const QRect title = titleLabel_->geometry();
-    titleLabel_->setMask(QRect(left - title.x(), 0, qMax(0, right - left), title.height()));
 }
 
 void VxmNavBarView::resizeEvent(QResizeEvent*) {
@@ -116,7 +98,6 @@ void VxmNavBarView::resizeEvent(QResizeEvent*) {
 
 void VxmNavBarView::changeEditButtonVisibility(bool visible) {
     editButton_->setVisible(visible);
-    cutTitle();
 }
 
 void VxmNavBarView::goBackHome() {
@@ -130,6 +111,7 @@ void VxmNavBarView::goBackHome() {
 VxmAppChooserNavBarView::VxmAppChooserNavBarView(const QRect& frame, VxmScreen& screen) : VxmNavBarView(frame, screen) {
     auto* accept = makeButton(acceptButtonFrame, QStringLiteral("AcceptButton"), tr("Done"));
     connect(accept, &platform::ImageButton::clicked, this, [this, accept] { managingViewController().done(*accept); });
+    titleLabel()->raise();
 }
 
 }  // namespace views

@@ -23,7 +23,7 @@ public:
     VxmNavBarView(const QRect& frame, VxmScreen& screen, bool showsBackButton, bool showsAddButton,
                   bool showsEditButton);
 
-    // Sets the title and centres it. One that is too wide is cut where the bar's buttons begin.
+    // Sets the title and centres it. One that is wider than the bar is cut at both of its sides.
     void setTitleString(const QString& title);
 
     // Puts a settings button in the back button's place.
@@ -58,7 +58,6 @@ protected:
 private:
     void makeTitleLabel();
     void layoutSubviews();
-    void cutTitle();
 
     // A control and its frame at the design's width.
     struct PlacedControl {

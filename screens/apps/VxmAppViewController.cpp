@@ -17,7 +17,7 @@ constexpr int bandHeight = 6;
 constexpr std::array rowsInSection{3, 1, 2};
 constexpr int rulesSection = 2;
 constexpr int denyRow = 1;
-constexpr QPoint enabledSwitchCentre{262, 20};
+constexpr QRect enabledSwitchFrame{236, 4, 52, 32};  // even, so that the switch's middle is at 262, 20
 
 store::AppRuleRecord readRecord(const store::ConfigurationStore& store, const QString& bundleIdentifier) {
     const auto rules = store.read(store::File::appRules);
@@ -44,9 +44,7 @@ void VxmAppViewController::loadView() {
     enabledSwitch_->setOnTintColor(views::palette::accent);
     connect(enabledSwitch_, &platform::Switch::valueChanged, this,
             [this](platform::Switch* sender) { setVxmEnabledSwitchChanged(sender->isOn()); });
-    QRect frame({0, 0}, enabledSwitch_->sizeHint());
-    frame.moveCenter(enabledSwitchCentre);
-    bar->addControl(enabledSwitch_, frame);
+    bar->addControl(enabledSwitch_, enabledSwitchFrame);
 
     buildView(bar, makeTable());
     // The screen slides in showing what it will show; its first appearance makes sure of it.
