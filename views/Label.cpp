@@ -2,8 +2,28 @@
 
 #include <QColor>
 #include <QFont>
+#include <QFontMetricsF>
+#include <QTextLayout>
+#include <QtMath>
+#include <algorithm>
 
 namespace views {
+
+namespace {
+
+// How far a text that is drawn in the middle of a height reaches beyond it, at the top or at the bottom. Points.
+int reachBeyond(const QLabel& label, int height) {
+    QTextLayout layout(label.text(), label.font());
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    layout.endLayout();
+    if (!line.isValid()) return 0;
+    const QRectF ink = QFontMetricsF(label.font()).tightBoundingRect(label.text());
+    const double baseline = (height - line.height()) / 2 + line.ascent();
+    return qCeil(std::max({0.0, -(baseline + ink.top()), baseline + ink.bottom() - height}));
+}
+
+}  // namespace
 
 QLabel* makeLabel(QWidget* parent, const QFont& font, const QColor& color) {
     auto* label = new QLabel(parent);
@@ -14,6 +34,11 @@ QLabel* makeLabel(QWidget* parent, const QFont& font, const QColor& color) {
     palette.setColor(QPalette::WindowText, color);
     label->setPalette(palette);
     return label;
+}
+
+void placeLabel(QLabel& label, const QRect& frame) {
+    const int beyond = reachBeyond(label, frame.height());
+    label.setGeometry(frame.adjusted(0, -beyond, 0, beyond));
 }
 
 }  // namespace views

@@ -48,9 +48,9 @@ void VxmAppCell::setUnderTextLabelText(const std::optional<QString>& text) {
 void VxmAppCell::layoutSubviews() {
     TableViewCell::layoutSubviews();
     const float height = float(contentView()->height());
-    titleLabel_->setGeometry(makeRoundedRect(textX, (height - float(titleSize_.height()) - titleRise) / 2,
+    placeLabel(*titleLabel_, makeRoundedRect(textX, (height - float(titleSize_.height()) - titleRise) / 2,
                                              float(titleSize_.width()), float(titleSize_.height())));
-    underTextLabel_->setGeometry(makeRoundedRect(textX, (height - float(underTextSize_.height())) / 2 + underTextDrop,
+    placeLabel(*underTextLabel_, makeRoundedRect(textX, (height - float(underTextSize_.height())) / 2 + underTextDrop,
                                                  float(underTextSize_.width()), float(underTextSize_.height())));
     appImageView_->setCentre({iconCentreX, double(height) / 2});
 }

@@ -24,9 +24,9 @@ VxmFileCell::VxmFileCell(const Chrome& chrome, const QString& reuseIdentifier)
 
 void VxmFileCell::setTitleLabelText(const QString& text) {
     const QSizeF size = sizeWithFont(text, titleLabel_->font());
-    titleLabel_->setGeometry(makeRoundedRect(textX, float(contentView()->height() - size.height()) / 2,
-                                             float(size.width()), float(size.height())));
     titleLabel_->setText(text);
+    placeLabel(*titleLabel_, makeRoundedRect(textX, float(contentView()->height() - size.height()) / 2,
+                                             float(size.width()), float(size.height())));
     setAccessibleName(text);
 }
 

@@ -87,7 +87,7 @@ void VxmNavBarView::setTitleString(const QString& title) {
 
 void VxmNavBarView::layoutSubviews() {
     const QSizeF text = sizeWithFont(titleLabel_->text(), titleLabel_->font());
-    titleLabel_->setGeometry(makeRoundedRect(float((width() - text.width()) / 2), float((height() - text.height()) / 2),
+    placeLabel(*titleLabel_, makeRoundedRect(float((width() - text.width()) / 2), float((height() - text.height()) / 2),
                                              float(text.width()), float(text.height())));
     for (const PlacedControl& placed : controls_) placed.control->setGeometry(frameInWidth(placed.frame, width()));
 }

@@ -196,6 +196,36 @@ TEST(AppCellTest, IconIsCentredToHalfAPoint) {
     }
 }
 
+// What is cut off at the label's edge was drawn there, in whatever font has the letters.
+TEST(AppCellTest, MarksAboveAndBelowTheLineAreNotCut) {
+    views::VxmAppCell cell(tallPhone(), QStringLiteral("Cell"));
+    views::VxmFileCell file(tallPhone(), QStringLiteral("Cell"));
+    Screen screen;
+    views::VxmNavBarView bar({0, 0, 320, 40}, screen, true, false, false);
+    for (const QString& name :
+         {QStringLiteral("\u1ec6\u1ed8 \u1ea8"), QStringLiteral("jgp\u1ef5\u1ee5"), QStringLiteral("Mail")}) {
+        cell.setTitleLabelText(name);
+        file.setTitleLabelText(name);
+        bar.setTitleString(name);
+        for (QLabel* label : {cell.titleLabel(), file.titleLabel(), bar.titleLabel()}) {
+            const auto drawn = [label] {
+                const QImage picture = label->grab().toImage();
+                qint64 ink = 0;
+                for (int y = 0; y < picture.height(); ++y)
+                    for (int x = 0; x < picture.width(); ++x) ink += 255 - qGray(picture.pixel(x, y));
+                return ink;
+            };
+            QPalette colours = label->palette();
+            colours.setColor(QPalette::Window, Qt::white);
+            label->setPalette(colours);
+            label->setAutoFillBackground(true);
+            const qint64 shown = drawn();
+            label->setGeometry(label->geometry().adjusted(0, -20, 0, 20));
+            EXPECT_EQ(shown, drawn()) << name.toStdString();
+        }
+    }
+}
+
 TEST(AppCellTest, LongNameRunsOutAtTheRight) {
     views::VxmAppCell cell(tallPhone(), QStringLiteral("Cell"));
     cell.setTitleLabelText(QString(100, u'm'));
