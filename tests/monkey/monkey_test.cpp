@@ -34,7 +34,6 @@ int main(int argc, char** argv) {
     QHashSeed::setDeterministicGlobalSeed();  // the order of a hash is part of what a seed leads back to
     app::prepare().join();
     QApplication application(argc, argv);
-    QApplication::addLibraryPath(QStringLiteral(VEXMOR_MODULES));
     QApplication::setQuitOnLastWindowClosed(false);
     QCommandLineParser parser;
     parser.addOptions({{QStringLiteral("seed"), {}, QStringLiteral("NUMBER"), QStringLiteral("1")},

@@ -108,6 +108,7 @@ class WebViewTest : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");  // the engine's sandbox is not for root
+        QCoreApplication::addLibraryPath(QStringLiteral(VEXMOR_MODULES));
         resources::initialize();
         platform::AnimationClock::setInstant(true);
     }

@@ -5,7 +5,6 @@
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    QApplication::addLibraryPath(QStringLiteral(VEXMOR_MODULES));
     QApplication::setQuitOnLastWindowClosed(false);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
