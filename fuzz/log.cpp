@@ -1,5 +1,6 @@
 // The engine's log: its bytes as a text, and the text in rows. Every file is a text.
 #include <QGuiApplication>
+#include <QStringDecoder>
 
 #include "fuzz/Target.h"
 #include "screens/settings/CharacterWidths.h"
@@ -27,8 +28,19 @@ screens::CharacterWidths& characterWidths() {
     return widths;
 }
 
+bool looksLikeUtf8(std::string_view bytes) {
+    const std::string_view beginning = bytes.substr(0, 4096);
+    if (beginning.empty() || beginning.find('\0') != std::string_view::npos) return false;
+    using Flag = QStringConverter::Flag;
+    const bool isCut = beginning.size() < bytes.size();
+    QStringDecoder decoder(QStringDecoder::Utf8, isCut ? Flag::Default : Flag::Stateless);
+    const QString read = decoder(QByteArrayView(beginning.data(), qsizetype(beginning.size())));
+    return !decoder.hasError();
+}
+
 // What the file says, unit by unit. Of surrogates only those in pairs are left.
 QString decoded(std::string_view bytes) {
+    if (looksLikeUtf8(bytes)) return QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
     const bool isHigherFirst = bytes.starts_with("\xFE\xFF");
     if (isHigherFirst || bytes.starts_with("\xFF\xFE")) bytes.remove_prefix(2);
     QString units;

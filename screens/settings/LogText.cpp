@@ -4,16 +4,38 @@
 #include <string_view>
 #include <utility>
 
+#include "store/Utf.h"
+
 namespace screens {
 
 namespace {
 
 constexpr std::string_view lowerFirstMark = "\xFF\xFE";
 constexpr std::string_view higherFirstMark = "\xFE\xFF";
+constexpr std::size_t beginningSize = 4096;
+
+// Decides on the beginning, since logs are long. UTF-16 has a zero wherever it has a character of ASCII, and a line
+// without one of these is no line of a log.
+bool looksLikeUtf8(std::string_view bytes) {
+    const std::string_view beginning = bytes.substr(0, beginningSize);
+    if (beginning.empty() || beginning.find('\0') != std::string_view::npos) return false;
+    const char* const end = beginning.data() + beginning.size();
+    for (const char* at = beginning.data(); at < end;) {
+        const store::Utf8Character character = store::decodeUtf8(at, end);
+        const bool isCutOff = bytes.size() > beginning.size() && end - at < 4;
+        if (character.length == 0) return isCutOff;
+        at += character.length;
+    }
+    return true;
+}
 
 }  // namespace
 
 LogText::LogText(store::Buffer file) : file_(std::move(file)) {
+    if (looksLikeUtf8(file_.view())) {
+        *this = of(QString::fromUtf8(file_.bytes.get(), qsizetype(file_.size)));
+        return;
+    }
     std::string_view bytes = file_.view();
     const bool isHigherFirst = bytes.starts_with(higherFirstMark);
     if (isHigherFirst || bytes.starts_with(lowerFirstMark)) bytes.remove_prefix(lowerFirstMark.size());
@@ -23,8 +45,10 @@ LogText::LogText(store::Buffer file) : file_(std::move(file)) {
 }
 
 LogText LogText::of(QStringView text) {
-    LogText made(store::Buffer::copyOf(
-        {reinterpret_cast<const char*>(text.utf16()), std::size_t(text.size()) * sizeof(char16_t)}));
+    LogText made;
+    made.size_ = std::size_t(text.size());
+    made.file_ = store::Buffer::copyOf({reinterpret_cast<const char*>(text.utf16()), made.size_ * sizeof(char16_t)});
+    made.units_ = made.file_.bytes.get();
     made.isSwapped_ = false;
     return made;
 }

@@ -12,7 +12,9 @@ namespace screens {
 
 // The text of a log: the file's UTF-16 as it was read, made into strings piece by piece. A byte-order mark says which
 // byte comes first and is not part of the text; without one the lower byte does. Half a unit at the end is dropped, a
-// surrogate without its partner reads as U+FFFD, so that every file is a text. Positions count UTF-16 units.
+// surrogate without its partner reads as U+FFFD, so that every file is a text: to show most of a log that was cut short
+// is kinder than to show nothing. A file that does not look like UTF-16 at all but like UTF-8 is converted. Positions
+// count UTF-16 units.
 class LogText {
 public:
     LogText() = default;

@@ -28,7 +28,12 @@ TEST(LogText, IsUtf16InTheOrderOfItsMark) {
         QString text;
     } cases[] = {
         {"", {}},
-        {"a"sv, {}},
+        {"a"sv, QStringLiteral("a")},
+        {"ab"sv, QStringLiteral("ab")},
+        {"\xEF\xBB\xBF\xC3\xBC\n"sv, QStringLiteral("ü\n")},
+        {"\0"sv, {}},
+        {"\x57\x5B\n\0"sv, QStringLiteral("字\n")},
+        {"\xFF"sv, {}},
         {"a\0b\0"sv, QStringLiteral("ab")},
         {"\xFF\xFE", {}},
         {"\xFF\xFE\x61\0\xFC\0"sv, QStringLiteral("aü")},
@@ -42,6 +47,20 @@ TEST(LogText, IsUtf16InTheOrderOfItsMark) {
     for (const auto& each : cases) {
         const LogText text(store::Buffer::copyOf(each.bytes));
         EXPECT_EQ(text.slice(0, text.size()), each.text) << each.bytes;
+    }
+}
+
+// What it is, its first 4 KB say, wherever they cut it.
+TEST(LogText, IsUtf8WhereItIsNoUtf16) {
+    for (const std::string before : {"", "x", "xx", "xxx"}) {
+        const std::string emoji = "\xF0\x9F\x98\x80";
+        std::string bytes = before;
+        while (bytes.size() < 10'000) bytes += emoji;
+        const LogText whole(store::Buffer::copyOf(bytes));
+        EXPECT_EQ(whole.slice(0, whole.size()), QString::fromStdString(bytes));
+        bytes.insert(8000, "\xFF");
+        const LogText damaged(store::Buffer::copyOf(bytes));
+        EXPECT_EQ(damaged.slice(0, damaged.size()), QString::fromStdString(bytes)) << "one bad byte far behind";
     }
 }
 
