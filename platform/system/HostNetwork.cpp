@@ -59,8 +59,12 @@ void HostNetwork::resolveHostName(const QString& name, QObject& receiver, Resolv
     });
 }
 
+bool HostNetwork::isWatched() const {
+    return monitor_ && monitor_->isRunning();
+}
+
 void HostNetwork::connectNotify(const QMetaMethod& signal) {
-    if (signal != QMetaMethod::fromSignal(&Network::changed) || monitor_) return;
+    if (signal != QMetaMethod::fromSignal(&Network::changed) || isWatched()) return;
     monitor_ = std::make_unique<RouteMonitor>([this] { Q_EMIT changed(); });
 }
 

@@ -20,6 +20,7 @@ public:
 
     std::optional<std::uint32_t> flagsForAddress(const HostAddress& address) override;
     void resolveHostName(const QString& name, QObject& receiver, Resolved resolved) override;
+    bool isWatched() const override;
 
 protected:
     void connectNotify(const QMetaMethod& signal) override;

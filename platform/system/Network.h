@@ -39,6 +39,9 @@ public:
     // `receiver` is gone by then. Never calls before it returns.
     virtual void resolveHostName(const QString& name, QObject& receiver, Resolved resolved) = 0;
 
+    // Whether changed() is going to tell; not when the system does not let itself be watched. Ask when connected.
+    virtual bool isWatched() const = 0;
+
 Q_SIGNALS:
     // Something that flags may depend on has changed. Watched for from the first connection on.
     void changed();

@@ -9,8 +9,11 @@ namespace screens {
 namespace flag = platform::reachability;
 
 Reachability::Reachability(platform::Network& network, QList<platform::HostAddress> addresses, QString hostName)
-    : network_(network), hostName_(std::move(hostName)), addresses_(std::move(addresses)) {
-    if (!hostName_.isEmpty()) resolveHostName();
+    : network_(network),
+      hostName_(std::move(hostName)),
+      addresses_(std::move(addresses)),
+      isLookingUp_(!hostName_.isEmpty()) {
+    if (isLookingUp_) resolveHostName();
 }
 
 Reachability::~Reachability() {
@@ -65,6 +68,7 @@ NetworkStatus Reachability::networkStatusForFlags(std::uint32_t flags) {
 
 // Of a host with several addresses, those of the first one that can be reached.
 std::optional<std::uint32_t> Reachability::flags() const {
+    if (isLookingUp_) return network_.flagsForAddress(platform::HostAddress::anyIPv4());
     std::optional<std::uint32_t> known;
     for (const platform::HostAddress& address : addresses_) {
         known = network_.flagsForAddress(address);
@@ -76,6 +80,7 @@ std::optional<std::uint32_t> Reachability::flags() const {
 void Reachability::resolveHostName() {
     network_.resolveHostName(hostName_, *this, [this](const QList<platform::HostAddress>& addresses) {
         addresses_ = addresses;
+        isLookingUp_ = false;
         tellIfChanged();
     });
 }
@@ -84,6 +89,7 @@ bool Reachability::startNotifer() {
     if (notifier_) return true;
     notifier_ = connect(&network_, &platform::Network::changed, this, &Reachability::networkHasChanged);
     toldFlags_ = flags();
+    if (!network_.isWatched()) stopNotifer();
     return static_cast<bool>(notifier_);
 }
 

@@ -20,8 +20,9 @@ enum NetworkStatus { NotReachable = 0, ReachableViaWiFi = 1, ReachableViaWWAN = 
 // Whether a connection to the internet, to a host or to an address could be made now, and over which kind of network.
 // Ask it any number of times; between startNotifer() and stopNotifer() it also tells of changes by itself.
 //
-// Host names are looked up in the background, so that asking never waits: until a name's first look-up has ended, and
-// when it found no address, the host is NotReachable. Main thread.
+// Host names are looked up in the background, so that asking never waits: until a name's first look-up has ended, the
+// host is as reachable as the internet in general, and when it found no address, the host is NotReachable. That there
+// is a destination, and whom a change is told, takes no assertion: constructor and signal see to it. Main thread.
 class Reachability : public QObject {
     Q_OBJECT
 public:
@@ -59,6 +60,7 @@ private:
     platform::Network& network_;
     QString hostName_;                        // empty for an address
     QList<platform::HostAddress> addresses_;  // of a host: what the last look-up found
+    bool isLookingUp_;                        // for the first time
     bool localWiFiRef_ = false;
     QMetaObject::Connection notifier_;
     std::optional<std::uint32_t> toldFlags_;  // while the notifier runs

@@ -1,6 +1,7 @@
 #include "screens/settings/Reachability.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <QSignalSpy>
 #include <QTest>
@@ -64,7 +65,7 @@ TEST(Reachability, OfAFixedNetwork) {
         EXPECT_FALSE(internet->connectionRequired());
         EXPECT_EQ(Reachability::reachabilityForLocalWiFi(network)->currentReachabilityStatus(), item.localWiFi);
         const auto host = Reachability::reachabilityWithHostName(network, QStringLiteral("docs.example"));
-        EXPECT_EQ(host->currentReachabilityStatus(), NotReachable) << "its name has not been looked up yet";
+        EXPECT_EQ(host->currentReachabilityStatus(), item.internet) << "its name has not been looked up yet";
         QCoreApplication::processEvents();
         EXPECT_EQ(host->currentReachabilityStatus(), item.internet);
     }
@@ -76,6 +77,18 @@ TEST(Reachability, OfNothingIsNull) {
     EXPECT_EQ(Reachability::reachabilityWithAddress(network, platform::HostAddress()), nullptr);
     const auto literal = Reachability::reachabilityWithHostName(network, QStringLiteral("192.0.2.7"));
     EXPECT_EQ(literal->currentReachabilityStatus(), ReachableViaWiFi) << "an address needs no looking up";
+}
+
+TEST(Reachability, SaysWhenItCannotTellOfChanges) {
+    platform::HostNetwork network;
+    const auto internet = Reachability::reachabilityForInternetConnection(network);
+    rlimit files{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &files), 0);
+    const rlimit none{0, files.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    EXPECT_FALSE(internet->startNotifer());
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &files), 0);
+    EXPECT_TRUE(internet->startNotifer());
 }
 
 TEST(Reachability, TellsOfChangesBetweenStartAndStop) {
