@@ -30,6 +30,7 @@ ExportPanel::ExportPanel(const views::Chrome& chrome, QWidget* list)
     explanation_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     explanation_->setWordWrap(true);
     explanation_->setMargin(textInset);
+    explanation_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 
     exportButton_->setText(QStringLiteral("Export"));
     exportButton_->setFont(chrome.button());

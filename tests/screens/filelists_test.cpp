@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <QClipboard>
 #include <QLabel>
 #include <QRegularExpression>
 
 #include "screens/ScreenHost.h"
+#include "screens/settings/ExportPanel.h"
 #include "screens/settings/VxmGlobalImportViewController.h"
 #include "screens/settings/VxmImportExportViewController.h"
 #include "views/VxmFileCell.h"
@@ -104,6 +106,13 @@ TEST_F(ExportTest, ExportsWhatCanBeRead) {
         }
         EXPECT_TRUE(other.posts.empty());
     }
+}
+
+TEST_F(ExportTest, ExplanationCanBeCopied) {
+    auto* explanation = open()->view()->findChild<screens::ExportPanel*>()->explanation();
+    QTest::mouseClick(explanation, Qt::LeftButton, {}, {100, 20});
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_C}) QTest::keyClick(explanation, key, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), explanation->text());
 }
 
 TEST_F(ExportTest, ImportReplacesOnlyWhatTheFileHolds) {
