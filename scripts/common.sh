@@ -90,3 +90,10 @@ build() {
     NINJA_STATUS=$'\t'"building $preset"$'\t%p\t%f of %t: ' cmake --build --preset "$preset" "${targets[@]}" | progress ||
         fail "building $preset failed"
 }
+
+# refuse_skips PRESET: fails, naming them, when the preset's last tests left some out.
+refuse_skips() {
+    local skipped
+    skipped=$(sed -nE 's/^\[  SKIPPED \] (.*) \([0-9]+ ms\)$/\1/p' "build/$1/Testing/Temporary/LastTest.log" | paste -sd' ')
+    [ -z "$skipped" ] || fail "skipped under $1: $skipped"
+}
