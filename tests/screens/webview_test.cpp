@@ -335,22 +335,24 @@ TEST_F(WebViewTest, ReminderLeadsToTheMailOrBackToThePage) {
 
 TEST_F(WebViewTest, LeavingStopsTheLoad) {
     const QByteArray endless = answer("200 OK", "<p>endless");
-    const struct {
-        const char* what;
-        bool byKey;
-    } cases[] = {{"popped", false}, {"left with Escape", true}};
-    for (const auto& [what, byKey] : cases) {
-        SCOPED_TRACE(what);
+    enum class Way { covered, popped, escaped };
+    for (const Way way : {Way::covered, Way::popped, Way::escaped}) {
+        SCOPED_TRACE(int(way));
         server.abandoned = 0;
         ASSERT_TRUE(openFirstPage(endless));
         EXPECT_EQ(server.abandoned, 0);
-        if (byKey) {
+        if (way == Way::covered) {
+            window.pushViewController(std::make_unique<platform::ViewController>(), true);
+        } else if (way == Way::popped) {
+            window.popViewController(true);
+        } else {
             ASSERT_TRUE(QApplication::focusWidget());
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-        } else {
-            window.popViewController(true);
         }
-        EXPECT_TRUE(QTest::qWaitFor([&] { return server.abandoned == 1 && window.count() == 1; }, patience));
+        // A page that is gone stops by itself; one that is covered is still there.
+        const int left = way == Way::covered ? 3 : 1;
+        EXPECT_TRUE(QTest::qWaitFor([&] { return server.abandoned == 1 && window.count() == left; }, patience));
+        while (window.count() > 1) window.popViewController(true);
     }
 }
 
@@ -391,10 +393,14 @@ TEST_F(WebViewTest, FailedLoadShowsNothing) {
     }
 
     server.answers["/broken"] = "this is not the web\r\n\r\n";
-    ASSERT_TRUE(openFirstPage(answer("200 OK", link("/broken"))));
+    server.answers["/second"] = answer("200 OK", link("/broken"));
+    ASSERT_TRUE(openFirstPage(answer("200 OK", link("/second"))));
     tapLink();
-    QTest::qWait(quietTime);
-    EXPECT_FALSE(isFloatingButtonShown());
+    ASSERT_TRUE(floatingButtonComesToBe(true));
+    tapLink();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server.requests("/broken") == 1; }, patience));
+    QTest::qWait(4 * quietTime);
+    EXPECT_FALSE(isFloatingButtonShown()) << "the load has failed, though there is a page to go back to";
 }
 
 }  // namespace
