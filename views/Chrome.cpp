@@ -1,11 +1,11 @@
 #include "views/Chrome.h"
 
-#include <QFontDatabase>
 #include <QFontMetricsF>
-#include <QStringList>
 #include <array>
 #include <cmath>
 #include <limits>
+
+#include "platform/system/Fonts.h"
 
 namespace views {
 
@@ -25,38 +25,26 @@ bool isTallPhone(const QString& model, QSize screen) {
     return isPhone && std::fabs(double(screen.height()) - tallScreenHeight) < std::numeric_limits<double>::epsilon();
 }
 
-// A font's name on the platform, taken apart the way font catalogs list it.
-struct FontName {
+// What stands in for a font that is not installed: this much of its look.
+struct FontLook {
     const char16_t* name;
-    const char16_t* family;
-    const char16_t* style;
     QFont::Weight weight;
     int stretch;
 };
 
-constexpr std::array fontNames{
-    FontName{u"HelveticaNeue-CondensedBold", u"Helvetica Neue", u"Condensed Bold", QFont::Bold, QFont::Condensed},
-    FontName{u"HelveticaNeue-Light", u"Helvetica Neue", u"Light", QFont::Light, QFont::Unstretched},
-    FontName{u"HelveticaNeue", u"Helvetica Neue", u"Regular", QFont::Normal, QFont::Unstretched},
-    FontName{u"Helvetica-Bold", u"Helvetica", u"Bold", QFont::Bold, QFont::Unstretched},
-    FontName{u"Helvetica", u"Helvetica", u"Regular", QFont::Normal, QFont::Unstretched},
+constexpr std::array fontLooks{
+    FontLook{u"HelveticaNeue-CondensedBold", QFont::Bold, QFont::Condensed},
+    FontLook{u"HelveticaNeue-Light", QFont::Light, QFont::Unstretched},
+    FontLook{u"HelveticaNeue", QFont::Normal, QFont::Unstretched},
+    FontLook{u"Helvetica-Bold", QFont::Bold, QFont::Unstretched},
+    FontLook{u"Helvetica", QFont::Normal, QFont::Unstretched},
 };
 
-const FontName& lookUp(QStringView name) {
-    for (const FontName& known : fontNames) {
+const FontLook& lookOf(QStringView name) {
+    for (const FontLook& known : fontLooks) {
         if (name == QStringView(known.name)) return known;
     }
-    return fontNames.back();
-}
-
-// A font that asks for a family which is not there sends Qt looking for what is most like it, at every start.
-QString installedFamily(const FontName& font) {
-    static const QStringList installed = QFontDatabase::families();
-    for (const char16_t* name : {font.name, font.family}) {
-        if (installed.contains(QStringView(name), Qt::CaseInsensitive)) return QString::fromUtf16(name);
-    }
-    // It has the metrics of the family that the names ask for; the package list installs it.
-    return QStringLiteral("Liberation Sans");
+    return fontLooks.back();
 }
 
 }  // namespace
@@ -83,21 +71,25 @@ Chrome::Chrome(bool hasHelveticaNeue, const QString& model, QSize screen)
 }
 
 QFont fontWithName(QStringView name, int points) {
-    const FontName& known = lookUp(name);
     QFont font;
-    font.setFamily(installedFamily(known));
-    font.setWeight(known.weight);
-    font.setStretch(known.stretch);
+    if (const auto face = platform::fontFace(name.toString())) {
+        font.setFamily(face->family);
+        font.setStyleName(face->style);
+    } else {
+        // It has the metrics of the family that the names ask for; the package list installs it. A font that asks for a
+        // family which is not there sends Qt looking for what is most like it, at every start.
+        const FontLook& look = lookOf(name);
+        font.setFamily(QStringLiteral("Liberation Sans"));
+        font.setWeight(look.weight);
+        font.setStretch(look.stretch);
+    }
     // The phone's points are the screen's device-independent pixels, whatever the desktop's font size.
     font.setPixelSize(points);
     return font;
 }
 
 bool isFontInstalled(QStringView name) {
-    if (QFontDatabase::hasFamily(name.toString())) return true;
-    const FontName& known = lookUp(name);
-    return name == QStringView(known.name) &&
-           QFontDatabase::styles(QStringView(known.family).toString()).contains(QStringView(known.style));
+    return platform::fontFace(name.toString()).has_value();
 }
 
 QRect makeRoundedRect(float x, float y, float width, float height) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+#include <optional>
 #include <thread>
 
 namespace platform {
@@ -9,5 +11,15 @@ namespace platform {
 // are read; where there is none to be had, it is not joinable and nothing is read. Who asks the toolkit for a font
 // before that has them read twice, that is all.
 [[nodiscard]] std::jthread readFontsAhead();
+
+// A font file's face, as the toolkit lists it.
+struct FontFace {
+    QString family;
+    QString style;
+};
+
+// The installed face of this PostScript name ("Helvetica-Bold"): the one name of a face that foundries agree on,
+// however they sort their faces into families. Any thread.
+std::optional<FontFace> fontFace(const QString& postScriptName);
 
 }  // namespace platform
