@@ -93,6 +93,11 @@ TEST_F(AppSettingsTest, FirstAppearanceShowsTheRecordAndWritesIt) {
     }
 }
 
+TEST_F(AppSettingsTest, SwitchInTheBarIsCentredInItsPlace) {
+    open("");
+    EXPECT_EQ(QRectF(screen()->enabledSwitch()->geometry()).center(), QPointF(262, 20));
+}
+
 TEST_F(AppSettingsTest, BlanketModesFollowTheirStates) {
     open("<key>deny</key><array><string>odd</string></array><key>own</key><integer>7</integer>");
     const struct {
