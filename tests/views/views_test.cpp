@@ -202,8 +202,9 @@ TEST(AppCellTest, MarksAboveAndBelowTheLineAreNotCut) {
     views::VxmFileCell file(tallPhone(), QStringLiteral("Cell"));
     Screen screen;
     views::VxmNavBarView bar({0, 0, 320, 40}, screen, true, false, false);
-    for (const QString& name :
-         {QStringLiteral("\u1ec6\u1ed8 \u1ea8"), QStringLiteral("jgp\u1ef5\u1ee5"), QStringLiteral("Mail")}) {
+    for (const QString& name : {QStringLiteral("\u1ec6\u1ed8 \u1ea8"), QStringLiteral("jgp\u1ef5\u1ee5"),
+                                QStringLiteral("\u0634\u0628\u0643\u0629 \u0627\u0644\u062a\u0637\u0628\u064a\u0642"),
+                                QStringLiteral("Mail")}) {
         cell.setTitleLabelText(name);
         file.setTitleLabelText(name);
         bar.setTitleString(name);
