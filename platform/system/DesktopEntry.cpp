@@ -18,14 +18,24 @@ namespace {
 
 constexpr std::string_view suffix = ".desktop";
 
-std::shared_ptr<const DesktopEntry> readDesktopEntry(const std::string& path, const FileStamp& stamp) {
+// A file as the walk of its folder has found it.
+struct FoundFile {
+    int directory;
+    const char* name;
+    std::string path;
+    FileStamp stamp;
+};
+
+std::shared_ptr<const DesktopEntry> readDesktopEntry(const FoundFile& file) {
     constexpr auto group = "Desktop Entry";
     // Encoding is the parser's: it refuses a file that names another than UTF-8.
     constexpr std::array<std::string_view, 6> keysOfUse{"Name", "Icon", "Type", "Hidden", "NoDisplay", "Encoding"};
     auto entry = std::make_shared<DesktopEntry>();
-    entry->file = path;
-    entry->stamp = stamp;
-    const auto keys = KeyFile::read(path, keysOfUse);
+    entry->file = file.path;
+    entry->stamp = file.stamp;
+    const auto text = readRegularFileSeen(file.directory, file.name, file.stamp.size, KeyFile::longestFile);
+    if (!text) return entry;
+    const auto keys = KeyFile::parse({text->constData(), std::size_t(text->size())}, keysOfUse);
     if (!keys) return entry;
     entry->name = keys->localizedString(group, "Name").simplified();
     entry->icon = keys->string(group, "Icon");
@@ -70,20 +80,20 @@ private:
         if (name == "." || name == ".." || (item.d_type == DT_REG && !isEntryName)) return;
         struct stat status;
         if (::fstatat(directory, item.d_name, &status, 0) != 0) return;
-        const std::string path = folder.path + '/' + item.d_name;
+        std::string path = folder.path + '/' + item.d_name;
         if (S_ISDIR(status.st_mode))
-            folders_.push_back({path, folder.idPrefix + item.d_name + '-'});
+            folders_.push_back({std::move(path), folder.idPrefix + item.d_name + '-'});
         else if (S_ISREG(status.st_mode) && isEntryName)
-            addEntry(folder.idPrefix + std::string(name.substr(0, name.size() - suffix.size())), path,
-                     FileStamp(status));
+            addEntry(folder.idPrefix + std::string(name.substr(0, name.size() - suffix.size())),
+                     {directory, item.d_name, std::move(path), FileStamp(status)});
     }
 
-    void addEntry(const std::string& id, const std::string& path, const FileStamp& stamp) {
+    void addEntry(const std::string& id, const FoundFile& file) {
         const QString identifier = QString::fromStdString(id);
         if (identifier.isEmpty() || identifier.contains(QChar::ReplacementCharacter)) return;  // not valid UTF-8
         if (catalog_.contains(identifier)) return;
         auto entry = known_.value(identifier);
-        if (!entry || entry->stamp != stamp || entry->file != path) entry = readDesktopEntry(path, stamp);
+        if (!entry || entry->stamp != file.stamp || entry->file != file.path) entry = readDesktopEntry(file);
         catalog_.insert(identifier, entry);
     }
 

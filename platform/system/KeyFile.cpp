@@ -11,8 +11,6 @@ namespace platform {
 
 namespace {
 
-constexpr qint64 longestFile = 1 << 20;
-
 QString takeString(gchar* text) {
     QString string = QString::fromUtf8(text);
     g_free(text);
@@ -67,11 +65,14 @@ void KeyFile::Release::operator()(_GKeyFile* file) const {
     g_key_file_free(file);
 }
 
-std::optional<KeyFile> KeyFile::read(const std::filesystem::path& path, std::span<const std::string_view> keys) {
+std::optional<KeyFile> KeyFile::read(const std::filesystem::path& path) {
     const auto bytes = readRegularFile(path, longestFile);
     if (!bytes) return {};
-    const std::string_view all(bytes->constData(), std::size_t(bytes->size()));
-    const std::string kept = keys.empty() ? std::string(all) : onlyLinesOfUse(all, keys);
+    return parse({bytes->constData(), std::size_t(bytes->size())});
+}
+
+std::optional<KeyFile> KeyFile::parse(std::string_view text, std::span<const std::string_view> keys) {
+    const std::string kept = keys.empty() ? std::string(text) : onlyLinesOfUse(text, keys);
     if (kept.empty()) return {};
     KeyFile keyFile;
     keyFile.file_.reset(g_key_file_new());

@@ -15,9 +15,12 @@ namespace platform {
 // A file of groups and keys as the desktop specifications share it: desktop entries, icon themes, settings.
 class KeyFile {
 public:
-    // Nothing when the file cannot be read, is no regular file, is longer than a megabyte or does not parse.
-    // Where `keys` are named, the file reads as if it had no others.
-    static std::optional<KeyFile> read(const std::filesystem::path& path, std::span<const std::string_view> keys = {});
+    static constexpr qint64 longestFile = 1 << 20;  // bytes
+
+    // Nothing when the file cannot be read, is no regular file, is longer than longestFile or does not parse.
+    static std::optional<KeyFile> read(const std::filesystem::path& path);
+    // Nothing when the text does not parse. Where `keys` are named, it reads as if it had no others.
+    static std::optional<KeyFile> parse(std::string_view text, std::span<const std::string_view> keys = {});
 
     // A missing key, or one whose value is not valid UTF-8 or of the wrong kind, reads as empty, false or `otherwise`.
     QString string(const char* group, const char* key) const;

@@ -14,10 +14,8 @@ constexpr std::int64_t nanoseconds(const timespec& time) {
     return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
 }
 
-std::optional<QByteArray> readWhole(int file, qint64 limit) {
-    struct stat status;
-    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > limit) return {};
-    QByteArray bytes(status.st_size, Qt::Uninitialized);
+std::optional<QByteArray> readUpTo(int file, qint64 size) {
+    QByteArray bytes(size, Qt::Uninitialized);
     qsizetype length = 0;
     while (length < bytes.size()) {
         const ssize_t count = ::read(file, bytes.data() + length, bytes.size() - length);
@@ -29,6 +27,8 @@ std::optional<QByteArray> readWhole(int file, qint64 limit) {
     bytes.truncate(length);
     return bytes;
 }
+
+constexpr int openFlags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
 
 }  // namespace
 
@@ -52,9 +52,21 @@ bool isRegularFile(const std::filesystem::path& path) {
 
 std::optional<QByteArray> readRegularFile(const std::filesystem::path& path, qint64 limit) {
     if (!isRegularFile(path)) return {};  // opening a device can have effects
-    const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    const int file = ::open(path.c_str(), openFlags);
     if (file < 0) return {};
-    auto bytes = readWhole(file, limit);
+    std::optional<QByteArray> bytes;
+    struct stat status;
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size <= limit)
+        bytes = readUpTo(file, status.st_size);
+    ::close(file);
+    return bytes;
+}
+
+std::optional<QByteArray> readRegularFileSeen(int directory, const char* name, qint64 size, qint64 limit) {
+    if (size > limit) return {};
+    const int file = ::openat(directory, name, openFlags);
+    if (file < 0) return {};
+    auto bytes = readUpTo(file, size);
     ::close(file);
     return bytes;
 }
