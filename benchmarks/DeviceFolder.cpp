@@ -5,9 +5,9 @@
 
 #include "benchmarks/Random.h"
 #include "benchmarks/Texts.h"
-#include "store/IcuText.h"
-#include "store/PropertyList.h"
 #include "store/Schema.h"
+#include "store/plist/PropertyList.h"
+#include "store/text/IcuText.h"
 
 namespace bench {
 

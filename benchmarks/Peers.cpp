@@ -7,7 +7,7 @@
 
 #include "benchmarks/Figures.h"
 #include "benchmarks/Process.h"
-#include "store/Descriptor.h"
+#include "store/files/Descriptor.h"
 
 namespace bench {
 

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "store/Descriptor.h"
+#include "store/files/Descriptor.h"
 
 namespace bench {
 

@@ -5,7 +5,7 @@
 #include <unordered_set>
 
 #include "benchmarks/Random.h"
-#include "store/Utf.h"
+#include "store/text/Utf.h"
 
 namespace bench {
 

@@ -13,7 +13,7 @@
 #include "benchmarks/Table.h"
 #include "benchmarks/rows/Subjects.h"
 #include "benchmarks/workers/Worker.h"
-#include "store/Descriptor.h"
+#include "store/files/Descriptor.h"
 
 namespace {
 

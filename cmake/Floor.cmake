@@ -1,7 +1,7 @@
 # vexmor_floor(<target> <folder> SOURCES ... [LINKS ...] [PRIVATE_LINKS ...] [PRECOMPILED widgets])
 #
 # One folder of the house as one library. Its headers are included by their path from the project's root
-# ("store/PropertyList.h"), but only by targets whose link line names it: every floor has an include directory of its
+# ("store/plist/PropertyList.h"), but only by targets whose link line names it: every floor has an include directory of its
 # own that holds nothing but a link to its folder, so including a floor that is not linked does not compile.
 function(vexmor_floor target folder)
   cmake_parse_arguments(FLOOR "" "PRECOMPILED" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "store/Values.h"
-#include "store/XmlScanner.h"
+#include "store/plist/XmlScanner.h"
 
 // What is fuzzed: one function for each kind of input that comes from outside. In the fuzz build it is run on whatever
 // a fuzzer thinks of, in every other build on the files of its corpus.

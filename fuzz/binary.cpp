@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "fuzz/Target.h"
-#include "store/BinaryPropertyList.h"
+#include "store/plist/BinaryPropertyList.h"
 
 namespace fuzz {
 

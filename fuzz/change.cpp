@@ -5,15 +5,15 @@
 #include <vector>
 
 #include "fuzz/Target.h"
-#include "store/AppendedRules.h"
 #include "store/ConfigurationStore.h"
 #include "store/Files.h"
 #include "store/NotifyCenter.h"
-#include "store/Ordering.h"
-#include "store/PropertyListFile.h"
-#include "store/RuleList.h"
 #include "store/Schema.h"
-#include "store/SecondName.h"
+#include "store/files/SecondName.h"
+#include "store/plist/PropertyListFile.h"
+#include "store/rules/AppendedRules.h"
+#include "store/rules/RuleList.h"
+#include "store/sorting/Ordering.h"
 
 namespace fuzz {
 

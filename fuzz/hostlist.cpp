@@ -4,8 +4,8 @@
 
 #include "fuzz/Target.h"
 #include "screens/settings/HostListText.h"
-#include "store/AppendedRules.h"
-#include "store/Utf.h"
+#include "store/rules/AppendedRules.h"
+#include "store/text/Utf.h"
 
 namespace fuzz {
 

@@ -1,7 +1,7 @@
 // Property lists as XML: UTF-8 or UTF-16 with a byte-order mark.
 #include "fuzz/Target.h"
-#include "store/BinaryPropertyList.h"
-#include "store/XmlReader.h"
+#include "store/plist/BinaryPropertyList.h"
+#include "store/plist/XmlReader.h"
 
 namespace fuzz {
 

@@ -3,12 +3,12 @@
 #include <future>
 #include <utility>
 
-#include "store/FileReading.h"
-#include "store/FileReplacement.h"
-#include "store/PropertyListFile.h"
 #include "store/Schema.h"
-#include "store/SecondName.h"
-#include "store/Temporaries.h"
+#include "store/files/FileReading.h"
+#include "store/files/FileReplacement.h"
+#include "store/files/SecondName.h"
+#include "store/files/Temporaries.h"
+#include "store/plist/PropertyListFile.h"
 
 namespace store {
 

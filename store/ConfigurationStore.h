@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "store/PropertyList.h"
 #include "store/Writers.h"
+#include "store/plist/PropertyList.h"
 
 namespace store {
 

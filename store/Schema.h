@@ -3,7 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "store/PropertyList.h"
+#include "store/plist/PropertyList.h"
+#include "store/plist/RuleEntryKeys.h"
 
 namespace store {
 
@@ -21,10 +22,6 @@ inline constexpr std::string_view allowEverything = "allowEverything";
 inline constexpr std::string_view stillUseRules = "stillUseRules";
 inline constexpr std::string_view blockSpecificWiFi = "blockSpecificWiFi";
 inline constexpr std::string_view enabled = "enabled";
-
-// Rule entry.
-inline constexpr std::string_view rule = "rule";
-inline constexpr std::string_view date = "date";
 
 // Global rules file.
 inline constexpr std::string_view globalAllow = "globalAllow";

@@ -8,9 +8,9 @@
 #include "benchmarks/Format.h"
 #include "benchmarks/Texts.h"
 #include "benchmarks/rows/Subjects.h"
-#include "store/Ordering.h"
-#include "store/RuleList.h"
 #include "store/Schema.h"
+#include "store/rules/RuleList.h"
+#include "store/sorting/Ordering.h"
 
 namespace bench {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <system_error>
 
-#include "store/Threads.h"
+#include "store/parallel/Threads.h"
 
 namespace platform {
 

@@ -5,7 +5,7 @@
 #include "catalog/VxmAppList.h"
 #include "platform/system/ApplicationList.h"
 #include "platform/ui/TableView.h"
-#include "store/Search.h"
+#include "store/text/Search.h"
 #include "views/Chrome.h"
 #include "views/IconView.h"
 #include "views/VxmAppCell.h"

@@ -6,7 +6,7 @@
 
 #include "catalog/IconQueue.h"
 #include "platform/ui/SearchDisplayController.h"
-#include "store/Ordering.h"
+#include "store/sorting/Ordering.h"
 #include "views/VxmTableScreen.h"
 
 namespace platform {

@@ -11,7 +11,7 @@
 #include "screens/rules/VxmRuleCell.h"
 #include "store/ConfigurationStore.h"
 #include "store/Schema.h"
-#include "store/Search.h"
+#include "store/text/Search.h"
 #include "views/IconView.h"
 #include "views/VxmAppCell.h"
 #include "views/VxmNavBarView.h"

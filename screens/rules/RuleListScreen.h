@@ -9,8 +9,8 @@
 #include "platform/ui/SearchDisplayController.h"
 #include "platform/ui/TextField.h"
 #include "screens/rules/DateFormatter.h"
-#include "store/Ordering.h"
-#include "store/RuleList.h"
+#include "store/rules/RuleList.h"
+#include "store/sorting/Ordering.h"
 #include "views/VxmTableScreen.h"
 
 namespace store {

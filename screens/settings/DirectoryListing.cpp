@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "store/Temporaries.h"
+#include "store/files/Temporaries.h"
 
 namespace screens {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "store/Utf.h"
+#include "store/text/Utf.h"
 
 namespace screens {
 

@@ -6,7 +6,7 @@
 #include <new>
 
 #include "screens/settings/CharacterWidths.h"
-#include "store/Parts.h"
+#include "store/parallel/Parts.h"
 
 namespace screens {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "store/Utf.h"
+#include "store/text/Utf.h"
 
 namespace screens {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "store/Buffer.h"
+#include "store/files/Buffer.h"
 
 namespace screens {
 

@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "screens/settings/HostListText.h"
-#include "store/AppendedRules.h"
 #include "store/ConfigurationStore.h"
-#include "store/FileReading.h"
 #include "store/Schema.h"
+#include "store/files/FileReading.h"
+#include "store/rules/AppendedRules.h"
 
 namespace screens {
 

@@ -7,8 +7,8 @@
 #include "platform/ui/ImageButton.h"
 #include "screens/settings/ExportPanel.h"
 #include "store/ConfigurationStore.h"
-#include "store/PropertyListFile.h"
 #include "store/Schema.h"
+#include "store/plist/PropertyListFile.h"
 
 namespace screens {
 

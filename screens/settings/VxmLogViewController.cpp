@@ -5,7 +5,7 @@
 #include "platform/ui/ImageButton.h"
 #include "screens/settings/LogTextView.h"
 #include "store/ConfigurationStore.h"
-#include "store/FileReading.h"
+#include "store/files/FileReading.h"
 #include "views/Chrome.h"
 #include "views/VxmNavBarView.h"
 

@@ -5,9 +5,9 @@
 #include <iterator>
 
 #include "monkey/Rights.h"
-#include "store/PropertyListFile.h"
-#include "store/SecondName.h"
-#include "store/Temporaries.h"
+#include "store/files/SecondName.h"
+#include "store/files/Temporaries.h"
+#include "store/plist/PropertyListFile.h"
 
 namespace monkey {
 

@@ -4,8 +4,8 @@
 #include <set>
 #include <string>
 
-#include "store/PropertyListFile.h"
 #include "store/Schema.h"
+#include "store/plist/PropertyListFile.h"
 
 namespace monkey::Rights {
 

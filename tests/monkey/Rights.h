@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "monkey/Screens.h"
-#include "store/PropertyList.h"
 #include "store/Writers.h"
+#include "store/plist/PropertyList.h"
 
 // Who may change what in the files, and into what.
 namespace monkey::Rights {

@@ -5,8 +5,8 @@
 #include <array>
 #include <fstream>
 
-#include "store/PropertyListFile.h"
 #include "store/Schema.h"
+#include "store/plist/PropertyListFile.h"
 #include "support/TestDevice.h"
 
 namespace fs = std::filesystem;

@@ -21,7 +21,7 @@
 #include "platform/ui/ViewController.h"
 #include "store/ConfigurationStore.h"
 #include "store/NotifyCenter.h"
-#include "store/PropertyListFile.h"
+#include "store/plist/PropertyListFile.h"
 #include "views/Chrome.h"
 
 // One screen in a window of its own, over real files in a temporary directory, driven by real events. Animations are

@@ -4,11 +4,11 @@
 #include <chrono>
 
 #include "screens/settings/HostListText.h"
-#include "store/AppendedRules.h"
-#include "store/PropertyListReader.h"
 #include "store/Schema.h"
-#include "store/Sink.h"
-#include "store/XmlWriter.h"
+#include "store/files/Sink.h"
+#include "store/plist/PropertyListReader.h"
+#include "store/plist/XmlWriter.h"
+#include "store/rules/AppendedRules.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include "platform/ui/SearchDisplayController.h"
 #include "platform/ui/TableView.h"
 #include "platform/ui/ViewController.h"
-#include "store/RuleList.h"
 #include "store/Schema.h"
+#include "store/rules/RuleList.h"
 #include "support/TestDevice.h"
 
 namespace {

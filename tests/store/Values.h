@@ -5,9 +5,9 @@
 #include <string_view>
 #include <variant>
 
-#include "store/PropertyListReader.h"
-#include "store/Sink.h"
-#include "store/XmlWriter.h"
+#include "store/files/Sink.h"
+#include "store/plist/PropertyListReader.h"
+#include "store/plist/XmlWriter.h"
 
 namespace store {
 

@@ -1,4 +1,4 @@
-#include "store/BinaryPropertyList.h"
+#include "store/plist/BinaryPropertyList.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include "Binary.h"
 #include "Files.h"
 #include "Values.h"
-#include "store/PropertyListFile.h"
+#include "store/plist/PropertyListFile.h"
 
 namespace store {
 namespace {

@@ -10,8 +10,8 @@
 #include "Values.h"
 #include "store/ConfigurationStore.h"
 #include "store/NotifyCenter.h"
-#include "store/PropertyListFile.h"
 #include "store/Schema.h"
+#include "store/plist/PropertyListFile.h"
 
 namespace store {
 namespace {

@@ -8,8 +8,8 @@
 #include "Values.h"
 #include "store/ConfigurationStore.h"
 #include "store/NotifyCenter.h"
-#include "store/RuleList.h"
 #include "store/Schema.h"
+#include "store/rules/RuleList.h"
 
 // The document for those who write engines says what the app does: its examples are read by the app as described, are
 // written by the app to the letter, and use every key that it has.

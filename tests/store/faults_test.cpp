@@ -19,10 +19,10 @@
 #include "Values.h"
 #include "store/ConfigurationStore.h"
 #include "store/NotifyCenter.h"
-#include "store/SecondName.h"
-#include "store/Temporaries.h"
 #include "store/faults/Changes.h"
 #include "store/faults/SystemCalls.h"
+#include "store/files/SecondName.h"
+#include "store/files/Temporaries.h"
 
 // Every change of the files meets every fault at each of its system calls on files. Whatever happens, each file is the
 // one from before or the one from after, entire; the app goes on; and the next start leaves nothing lying about.

@@ -1,4 +1,4 @@
-#include "store/FileReplacement.h"
+#include "store/files/FileReplacement.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,10 +13,10 @@
 
 #include "Child.h"
 #include "Files.h"
-#include "store/Descriptor.h"
-#include "store/FileReading.h"
-#include "store/Sink.h"
-#include "store/Temporaries.h"
+#include "store/files/Descriptor.h"
+#include "store/files/FileReading.h"
+#include "store/files/Sink.h"
+#include "store/files/Temporaries.h"
 
 namespace store {
 namespace {

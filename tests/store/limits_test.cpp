@@ -13,7 +13,7 @@
 
 #include "Binary.h"
 #include "Files.h"
-#include "store/PropertyListFile.h"
+#include "store/plist/PropertyListFile.h"
 
 namespace store {
 namespace {

@@ -1,4 +1,4 @@
-#include "store/Ordering.h"
+#include "store/sorting/Ordering.h"
 
 #include <gtest/gtest.h>
 #include <unicode/ucol.h>
@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "store/DateSort.h"
-#include "store/NameSort.h"
+#include "store/sorting/DateSort.h"
+#include "store/sorting/NameSort.h"
 
 namespace store {
 namespace {

@@ -1,4 +1,4 @@
-#include "store/PropertyList.h"
+#include "store/plist/PropertyList.h"
 
 #include <gtest/gtest.h>
 
@@ -8,9 +8,9 @@
 
 #include "LargeRuleList.h"
 #include "Values.h"
-#include "store/Scalars.h"
-#include "store/XmlReader.h"
-#include "store/XmlText.h"
+#include "store/plist/Scalars.h"
+#include "store/plist/XmlReader.h"
+#include "store/plist/XmlText.h"
 
 namespace store {
 namespace {

@@ -1,4 +1,4 @@
-#include "store/RuleList.h"
+#include "store/rules/RuleList.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 
 #include "LargeRuleList.h"
 #include "Values.h"
-#include "store/Ordering.h"
-#include "store/Search.h"
+#include "store/sorting/Ordering.h"
+#include "store/text/Search.h"
 
 namespace store {
 namespace {

@@ -1,4 +1,4 @@
-#include "store/Search.h"
+#include "store/text/Search.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 #include <random>
 #include <string>
 
-#include "store/RuleSearch.h"
-#include "store/RuleStorage.h"
+#include "store/rules/RuleSearch.h"
+#include "store/rules/RuleStorage.h"
 
 namespace store {
 namespace {

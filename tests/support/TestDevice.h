@@ -10,8 +10,8 @@
 #include "platform/system/Device.h"
 #include "platform/system/FixedNetwork.h"
 #include "store/NotifyCenter.h"
-#include "store/PropertyList.h"
 #include "store/Writers.h"
+#include "store/plist/PropertyList.h"
 
 class QWidget;
 

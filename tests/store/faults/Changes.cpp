@@ -6,12 +6,12 @@
 #include <string>
 #include <string_view>
 
-#include "store/AppendedRules.h"
 #include "store/ConfigurationStore.h"
 #include "store/Files.h"
 #include "store/NotifyCenter.h"
-#include "store/PropertyListFile.h"
 #include "store/Schema.h"
+#include "store/plist/PropertyListFile.h"
+#include "store/rules/AppendedRules.h"
 
 namespace store {
 

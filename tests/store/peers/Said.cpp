@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-#include "store/PropertyList.h"
+#include "store/plist/PropertyList.h"
 
 namespace store {
 

@@ -1,0 +1,84 @@
+#include "store/plist/RuleEntryRuns.h"
+
+#include <algorithm>
+#include <atomic>
+#include <new>
+#include <string_view>
+
+#include "store/parallel/Parts.h"
+#include "store/plist/RuleEntryLayout.h"
+
+namespace store {
+
+namespace {
+
+constexpr std::size_t pieceSize = partSize(std::size_t{1} << 20);
+constexpr std::size_t worthwhile = std::size_t{4} << 20;
+
+// The "<dict>" on the first line behind an entry's end from here on. There may be none.
+const char* nextBehindEntry(const char* from, const char* end) {
+    constexpr std::string_view before = "</dict>\n";
+    const std::string_view text(from, static_cast<std::size_t>(end - from));
+    const std::size_t line = text.find(before);
+    if (line == std::string_view::npos) return nullptr;
+    const std::size_t dict = text.find_first_not_of('\t', line + before.size());
+    return dict == std::string_view::npos ? nullptr : from + dict;
+}
+
+// The entries that follow one another from here on and begin in the piece. There may be none.
+RuleEntryRun runAt(const char* dict, const char* pieceEnd) {
+    RuleEntryRun run{.begin = dict};
+    while (dict && dict < pieceEnd) {
+        const RuleEntryLayout::Match match = RuleEntryLayout::matchAt(dict);
+        if (!match.end) break;
+        run.behind = match.end;
+        run.textSize += match.rule.size();
+        ++run.count;
+        dict = RuleEntryLayout::nextEntry(dict, match.end);
+    }
+    return run;
+}
+
+// The piece's runs, but for short ones, from an entry on.
+std::vector<RuleEntryRun> runsFrom(const char* dict, const char* pieceEnd) {
+    constexpr std::size_t fewest = isFuzzed ? 2 : 16;
+    std::vector<RuleEntryRun> runs;
+    while (dict) {
+        const RuleEntryRun run = runAt(dict, pieceEnd);
+        if (run.count >= fewest) runs.push_back(run);
+        dict = nextBehindEntry(run.count > 0 ? std::min(run.behind, pieceEnd) : dict, pieceEnd);
+    }
+    return runs;
+}
+
+}  // namespace
+
+RuleEntryRuns::RuleEntryRuns(const char* dict, const char* end) {
+    const auto size = static_cast<std::size_t>(end - dict);
+    const std::size_t threads = partsWorthwhile(size, worthwhile);
+    if (threads == 1) return;
+    std::vector<std::vector<RuleEntryRun>> pieces((size + pieceSize - 1) / pieceSize);
+    std::atomic<std::size_t> next = 0;
+    inAll(threads, [&](std::size_t) {
+        for (std::size_t piece = next++; piece < pieces.size(); piece = next++) {
+            const char* begin = dict + piece * pieceSize;
+            const char* pieceEnd = std::min(begin + pieceSize, end);
+            try {
+                pieces[piece] = runsFrom(piece == 0 ? dict : nextBehindEntry(begin, pieceEnd), pieceEnd);
+            } catch (const std::bad_alloc&) {
+                // What is not known to be a run is gone through entry by entry.
+                continue;
+            }
+        }
+    });
+    for (const std::vector<RuleEntryRun>& runs : pieces) runs_.insert(runs_.end(), runs.begin(), runs.end());
+}
+
+const RuleEntryRun* RuleEntryRuns::Guide::at(const char* dict) {
+    if (!runs_) runs_ = std::make_shared<const RuleEntryRuns>(dict, end_);
+    const std::vector<RuleEntryRun>& runs = runs_->runs_;
+    while (next_ < runs.size() && runs[next_].begin < dict) ++next_;
+    return next_ < runs.size() && runs[next_].begin == dict ? &runs[next_] : nullptr;
+}
+
+}  // namespace store

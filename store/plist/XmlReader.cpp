@@ -1,0 +1,200 @@
+#include "store/plist/XmlReader.h"
+
+#include <string>
+#include <vector>
+
+#include "store/plist/RuleEntryLayout.h"
+#include "store/plist/RuleEntryRuns.h"
+#include "store/plist/Scalars.h"
+#include "store/plist/XmlScanner.h"
+
+namespace store {
+
+namespace {
+
+bool isWellFormed(Tag tag, std::string_view text) {
+    switch (tag) {
+        case Tag::date:
+            return parseDate(text).has_value();
+        case Tag::integer:
+            return parseInteger(text).has_value();
+        case Tag::real:
+            return parseReal(text).has_value();
+        case Tag::data:
+            return isData(text);
+        case Tag::yes:
+        case Tag::no:
+            return text.find_first_not_of(" \t\n\r") == std::string_view::npos;
+        default:
+            return true;
+    }
+}
+
+ReadFailure malformed(Tag tag) {
+    switch (tag) {
+        case Tag::date:
+            return ReadFailure::badDate;
+        case Tag::integer:
+            return ReadFailure::badInteger;
+        case Tag::real:
+            return ReadFailure::badReal;
+        case Tag::data:
+            return ReadFailure::badData;
+        default:
+            return ReadFailure::misplacedText;
+    }
+}
+
+class Reader {
+public:
+    Reader(const Buffer& text, bool takesEntriesWhole)
+        : takesEntriesWhole_(takesEntriesWhole),
+          text_(std::make_shared<SlicedText>(SlicedText{text.bytes, nullptr})),
+          end_(text.bytes.get() + text.size),
+          scanner_(text.bytes.get(), end_),
+          runs_(nullptr, end_) {}
+
+    std::variant<Dictionary, XmlFailure> read() {
+        const bool isRead = scanner_.prolog() && readDocument();
+        text_->runs = runs_.runs();
+        if (isRead) return std::move(top_);
+        return XmlFailure{scanner_.failure(), scanner_.failedAt()};
+    }
+
+private:
+    using Event = XmlScanner::Event;
+
+    bool fail(ReadFailure reason, const char* at) {
+        scanner_.fail(reason, at);
+        return false;
+    }
+
+    bool readDocument() {
+        Event event = scanner_.next();
+        bool isWrapped = scanner_.tag() == Tag::plist && event == Event::open;
+        if (isWrapped) event = scanner_.next();
+        if (event == Event::failed) return false;
+        if (event == Event::end) return fail(isWrapped ? ReadFailure::unexpectedEnd : ReadFailure::noDictionary, end_);
+        if (event == Event::close && !isWrapped) return fail(ReadFailure::mismatchedTag, scanner_.tagBegin());
+        if (event == Event::close || scanner_.tag() != Tag::dict)
+            return fail(ReadFailure::noDictionary, scanner_.tagBegin());
+        if (event == Event::open && !readDictionary()) return false;
+        return (!isWrapped || readWrapperEnd()) && readEnd();
+    }
+
+    bool readWrapperEnd() {
+        Event event = scanner_.next();
+        if (event == Event::close && scanner_.tag() == Tag::plist) return true;
+        return failBehindDictionary(event);
+    }
+
+    bool readEnd() {
+        Event event = scanner_.next();
+        return event == Event::end || failBehindDictionary(event);
+    }
+
+    bool failBehindDictionary(Event event) {
+        if (event == Event::failed) return false;
+        if (event == Event::end) return fail(ReadFailure::unexpectedEnd, end_);
+        return fail(event == Event::close ? ReadFailure::mismatchedTag : ReadFailure::secondRoot, scanner_.tagBegin());
+    }
+
+    // Everything from behind the outermost dictionary's opening tag through its closing tag.
+    bool readDictionary() {
+        inDictionary_.assign(1, true);
+        while (!inDictionary_.empty()) {
+            Event event = scanner_.next();
+            bool isFine = event == Event::open || event == Event::empty ? readElement(event)
+                          : event == Event::close                       ? closeContainer()
+                          : event == Event::end                         ? fail(ReadFailure::unexpectedEnd, end_)
+                                                                        : false;
+            if (!isFine) return false;
+        }
+        return true;
+    }
+
+    bool readElement(Event event) {
+        Tag tag = scanner_.tag();
+        bool wantsKey = inDictionary_.back() && !hasKey_;
+        if (tag == Tag::plist || (tag == Tag::key && !inDictionary_.back()))
+            return fail(ReadFailure::misplacedTag, scanner_.tagBegin());
+        if (wantsKey != (tag == Tag::key))
+            return fail(wantsKey ? ReadFailure::valueWithoutKey : ReadFailure::keyWithoutValue, scanner_.tagBegin());
+        if (wantsKey) return readKey(event);
+        if (inDictionary_.size() == 1) value_.begin = scanner_.tagBegin();
+        if (tag == Tag::dict && !inDictionary_.back() && takesEntriesWhole_ && skipRuleEntry()) return true;
+        if (isContainer(tag) && event == Event::open) {
+            inDictionary_.push_back(tag == Tag::dict);
+            hasKey_ = false;
+            return true;
+        }
+        if (!isContainer(tag) && !readScalar(tag, event)) return false;
+        return valueComplete();
+    }
+
+    // An element of an array never is a value of the outermost dictionary: there is nothing to note.
+    bool skipRuleEntry() {
+        const char* begin = scanner_.tagBegin();
+        const RuleEntryRun* run = runs_.at(begin);
+        const char* behind = run ? run->behind : RuleEntryLayout::matchAt(begin).end;
+        if (behind) scanner_.moveTo(behind);
+        return behind;
+    }
+
+    bool readKey(Event event) {
+        XmlText key;
+        if (event == Event::open && !scanner_.text(key)) return false;
+        if (inDictionary_.size() == 1) key_ = key.decoded();
+        hasKey_ = true;
+        return true;
+    }
+
+    bool readScalar(Tag tag, Event event) {
+        XmlText text;
+        const char* begin = scanner_.position();
+        if (event == Event::open && !scanner_.text(text)) return false;
+        if (tag == Tag::string) return true;
+        bool isFine = text.isPlain ? isWellFormed(tag, text.raw) : isWellFormed(tag, text.decoded());
+        return isFine || fail(malformed(tag), begin);
+    }
+
+    bool closeContainer() {
+        Tag expected = inDictionary_.back() ? Tag::dict : Tag::array;
+        if (scanner_.tag() != expected) return fail(ReadFailure::mismatchedTag, scanner_.tagBegin());
+        if (hasKey_ && inDictionary_.back()) return fail(ReadFailure::keyWithoutValue, scanner_.tagBegin());
+        inDictionary_.pop_back();
+        return inDictionary_.empty() || valueComplete();
+    }
+
+    bool valueComplete() {
+        hasKey_ = false;
+        if (inDictionary_.size() > 1) return true;
+        value_.text = text_;
+        value_.end = scanner_.position();
+        top_.set(key_, Value(value_));
+        return true;
+    }
+
+    const bool takesEntriesWhole_;
+    std::shared_ptr<SlicedText> text_;
+    const char* end_;
+    XmlScanner scanner_;
+    RuleEntryRuns::Guide runs_;
+    std::vector<bool> inDictionary_;  // for each container that is open, whether it is a dictionary
+    bool hasKey_ = false;             // in the innermost dictionary, a key that has no value yet
+    std::string key_;                 // the outermost dictionary's last key
+    Slice value_;                     // and its value
+    Dictionary top_;
+};
+
+}  // namespace
+
+std::variant<Dictionary, XmlFailure> readXml(const Buffer& text) {
+    return Reader(text, true).read();
+}
+
+std::variant<Dictionary, XmlFailure> readXmlTagByTag(const Buffer& text) {
+    return Reader(text, false).read();
+}
+
+}  // namespace store

@@ -1,0 +1,196 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <string_view>
+
+#include "store/plist/PropertyList.h"
+#include "store/plist/ReadFailure.h"
+#include "store/plist/XmlText.h"
+
+namespace store {
+
+enum class Tag : std::uint8_t { plist, dict, array, key, string, yes, no, date, data, integer, real };
+
+inline bool isContainer(Tag tag) {
+    return tag == Tag::dict || tag == Tag::array;
+}
+Kind kindOf(Tag tag);
+
+// Walks over the elements of a property list's XML, tag by tag, and checks characters and markup as it goes; what may
+// stand inside what is its user's business. It keeps no record of where it has been, so the input's depth costs it
+// nothing. Over a slice that was checked before, nothing fails.
+//
+// The text lies in a Buffer: bytes behind `end` may be looked at.
+class XmlScanner {
+public:
+    enum class Event { open, empty, close, end, failed };
+
+    XmlScanner(const char* begin, const char* end) : position_(begin), end_(end) {}
+    explicit XmlScanner(const Slice& slice) : XmlScanner(slice.begin, slice.end) {}
+
+    // What may stand before the outermost element: a declaration and a document type. False when it failed.
+    bool prolog();
+
+    // The next tag where elements may stand; comments and processing instructions are passed over.
+    Event next();
+    Tag tag() const { return tag_; }
+    const char* tagBegin() const { return tagBegin_; }
+    // Behind what was scanned last.
+    const char* position() const { return position_; }
+
+    // The text of the scalar that was just opened, through its closing tag. False when it failed.
+    bool text(XmlText& text);
+    // Goes on behind something that was recognised in another way.
+    void moveTo(const char* position) { position_ = position; }
+    // The rest of the element that was just opened, whatever it is.
+    void skipElement(Event event);
+
+    Event fail(ReadFailure reason, const char* at);
+    ReadFailure failure() const { return failure_; }
+    const char* failedAt() const { return failedAt_; }
+
+private:
+    std::optional<Event> scanOddTag();
+    Event scanOddClosingTag();
+    Event failAtCharacter(const char* at);
+    Event failOutsideText(const char* at, ReadFailure reason);
+    bool closeScalar(Tag opened, const char* at);
+
+    // Each of these returns where it ends, or nullptr when it failed.
+    const char* skipInsideScalar(const char* p);
+    const char* skipReference(const char* p);
+    const char* skipCharacter(const char* p);
+    const char* skipAttributes(const char* p);
+    const char* skipAttributeValue(const char* p);
+    const char* skipCharacters(const char* p, std::string_view terminator);
+    const char* skipComment(const char* p);
+    const char* skipInstruction(const char* p);
+    const char* skipDocumentType(const char* p);
+    const char* skipDeclaration(const char* p);
+
+    const char* position_;
+    const char* end_;
+    const char* tagBegin_ = nullptr;
+    const char* failedAt_ = nullptr;
+    Tag tag_ = Tag::plist;
+    ReadFailure failure_ = ReadFailure::badMarkup;
+};
+
+// Behind the element name at p, nullptr when it is none of ours. What follows the name is not looked at.
+inline const char* readTagName(const char* p, Tag& tag) {
+    auto is = [&]<std::size_t size>(const char(&name)[size], Tag named) -> const char* {
+        if (std::memcmp(p, name, size - 1) != 0) return nullptr;
+        tag = named;
+        return p + size - 1;
+    };
+    switch (*p) {
+        case 'k':
+            return is("key", Tag::key);
+        case 's':
+            return is("string", Tag::string);
+        case 'd':
+            if (p[1] == 'i') return is("dict", Tag::dict);
+            return p[3] == 'e' ? is("date", Tag::date) : is("data", Tag::data);
+        case 'a':
+            return is("array", Tag::array);
+        case 't':
+            return is("true", Tag::yes);
+        case 'f':
+            return is("false", Tag::no);
+        case 'i':
+            return is("integer", Tag::integer);
+        case 'r':
+            return is("real", Tag::real);
+        case 'p':
+            return is("plist", Tag::plist);
+        default:
+            return nullptr;
+    }
+}
+
+inline XmlScanner::Event XmlScanner::next() {
+    for (;;) {
+        const char* p = position_;
+        while (isXmlSpace(*p)) ++p;
+        position_ = tagBegin_ = p;
+        if (*p == '<') {
+            if (p[1] == '/') {
+                const char* behind = readTagName(p + 2, tag_);
+                if (!behind || *behind != '>') return scanOddClosingTag();
+                position_ = behind + 1;
+                return Event::close;
+            }
+            if (const char* behind = readTagName(p + 1, tag_)) {
+                if (*behind == '>') {
+                    position_ = behind + 1;
+                    return Event::open;
+                }
+                if (*behind == '/' && behind[1] == '>') {
+                    position_ = behind + 2;
+                    return Event::empty;
+                }
+            }
+        }
+        if (std::optional<Event> event = scanOddTag()) return *event;
+    }
+}
+
+inline bool XmlScanner::closeScalar(Tag opened, const char* at) {
+    tagBegin_ = at;
+    const char* behind = readTagName(at + 2, tag_);
+    if (behind && *behind == '>')
+        position_ = behind + 1;
+    else if (scanOddClosingTag() == Event::failed)
+        return false;
+    if (tag_ == opened) return true;
+    fail(ReadFailure::mismatchedTag, at);
+    return false;
+}
+
+inline bool XmlScanner::text(XmlText& text) {
+    Tag opened = tag_;
+    const char* begin = position_;
+    const char* p = begin;
+    text.isPlain = true;
+    while (p) {
+        p = skipPlainText(p);
+        if (*p == '<') {
+            if (p[1] == '/') {
+                text.raw = {begin, static_cast<std::size_t>(p - begin)};
+                return closeScalar(opened, p);
+            }
+            text.isPlain = false;
+            p = skipInsideScalar(p);
+        } else if (*p == '&') {
+            text.isPlain = false;
+            p = skipReference(p);
+        } else {
+            p = isXmlSpace(*p) ? p + 1 : skipCharacter(p);
+        }
+    }
+    return false;
+}
+
+inline void XmlScanner::skipElement(Event event) {
+    if (event != Event::open) return;
+    XmlText ignored;
+    if (!isContainer(tag_)) {
+        text(ignored);
+        return;
+    }
+    for (std::size_t depth = 1; depth > 0;) {
+        Event inside = next();
+        if (inside == Event::close)
+            --depth;
+        else if (inside == Event::open && isContainer(tag_))
+            ++depth;
+        else if (inside == Event::open)
+            text(ignored);
+        else if (inside != Event::empty)
+            return;
+    }
+}
+
+}  // namespace store

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "store/plist/PropertyList.h"
+#include "store/plist/RuleEntryLayout.h"
+
+namespace store {
+
+class XmlWriter;
+
+// Writes rule entries as the elements of the array that the writer is in.
+class RuleEntryWriter {
+public:
+    explicit RuleEntryWriter(XmlWriter& writer);
+
+    void write(std::string_view rule, std::optional<Date> date);
+
+private:
+    XmlWriter& writer_;
+    std::string indentation_;
+    RuleEntryLayout layout_;
+    std::string beforeRuleWithoutDate_;
+};
+
+}  // namespace store

@@ -1,0 +1,179 @@
+#include "store/rules/RuleList.h"
+
+#include <algorithm>
+#include <functional>
+#include <numeric>
+#include <utility>
+
+#include "store/rules/RuleSearch.h"
+#include "store/rules/RuleStorage.h"
+#include "store/sorting/DateSort.h"
+#include "store/sorting/NameSort.h"
+#include "store/sorting/Ordering.h"
+
+namespace store {
+
+using Number = RuleStorage::Number;
+
+struct RuleList::Private {
+    RuleStorage storage;
+    std::vector<Number> rows;              // the entries as they are shown
+    std::vector<Number> changed;           // what was added or edited, the latest last
+    std::optional<RuleOrder> order;        // in which the rows are known to be
+    std::optional<RuleSearch> ruleSearch;  // made when a search begins, or by the first since a text changed
+
+    std::string_view rule(std::size_t row) const { return storage.rule(rows[row]); }
+
+    void textChanged(Number number, std::optional<RuleOrder> newOrder) {
+        changed.push_back(number);
+        order = newOrder;
+        ruleSearch.reset();
+    }
+
+    void prepareSearch() {
+        if (!ruleSearch) ruleSearch.emplace(storage);
+    }
+
+    LargeVector<std::uint32_t> search(std::string_view text) {
+        prepareSearch();
+        return ruleSearch->search(text, rows);
+    }
+
+    // Dates are whole seconds. Which of two entries is the later one is known all the same: what was changed last, then
+    // what was read, in the order in which it stood.
+    std::vector<Number> latestFirst() const {
+        std::vector<char> isRow(storage.size());
+        for (const Number number : rows) isRow[number] = 1;
+        std::vector<Number> sorted;
+        sorted.reserve(rows.size());
+        const auto take = [&](Number number) {
+            if (std::exchange(isRow[number], 0)) sorted.push_back(number);
+        };
+        std::for_each(changed.rbegin(), changed.rend(), take);
+        for (Number number = 0; number < storage.size(); ++number) take(number);
+        return sorted;
+    }
+
+    void alphabeticOrDateSort(RuleOrder by, const NameOrder& names) {
+        if (by == RuleOrder::name) {
+            sortByName(
+                rows, [this](Number number) { return storage.rule(number); }, names);
+        } else {
+            rows = latestFirst();
+            sortByDate(rows, [this](Number number) { return storage.dateOrder(number); });
+        }
+    }
+
+    // In rows that are sorted that way, the first that belongs behind a new entry.
+    std::vector<Number>::iterator firstBehind(Number added, RuleOrder by, const NameOrder& names) {
+        if (by == RuleOrder::date) {
+            return std::ranges::lower_bound(rows, storage.dateOrder(added), std::greater(),
+                                            [this](Number number) { return storage.dateOrder(number); });
+        }
+        return std::upper_bound(rows.begin(), rows.end(), added, [&](Number a, Number b) {
+            return names.compare(storage.rule(a), storage.rule(b)) < 0;
+        });
+    }
+};
+
+namespace {
+
+// A list's rows as an array's elements.
+class RuleArray : public ArraySource {
+public:
+    RuleArray(const RuleStorage& storage, const std::vector<Number>& rows) : storage_(storage), rows_(rows) {}
+    bool isEmpty() const override { return rows_.empty() && storage_.foreignCount() == 0; }
+    void writeElements(XmlWriter& writer) const override { storage_.write(writer, rows_); }
+
+private:
+    const RuleStorage& storage_;
+    const std::vector<Number>& rows_;
+};
+
+}  // namespace
+
+RuleList::RuleList() : d_(std::make_unique<Private>()) {}
+RuleList::~RuleList() = default;
+RuleList::RuleList(RuleList&&) noexcept = default;
+RuleList& RuleList::operator=(RuleList&&) noexcept = default;
+
+RuleList RuleList::load(const Value* array) {
+    RuleList list;
+    if (!array || array->kind() != Kind::array) return list;
+    list.d_->storage = RuleStorage::read(sliceOf(*array));
+    list.d_->rows.resize(list.d_->storage.size());
+    std::iota(list.d_->rows.begin(), list.d_->rows.end(), Number{0});
+    return list;
+}
+
+std::size_t RuleList::size() const {
+    return d_->rows.size();
+}
+
+std::string_view RuleList::rule(std::size_t position) const {
+    return d_->rule(position);
+}
+
+std::optional<Date> RuleList::date(std::size_t position) const {
+    return d_->storage.date(d_->rows[position]);
+}
+
+void RuleList::sort(RuleOrder by, const NameOrder& order) {
+    d_->alphabeticOrDateSort(by, order);
+    d_->order = by;
+}
+
+bool RuleList::isSorted(RuleOrder by) const {
+    return d_->order == by;
+}
+
+std::size_t RuleList::add(std::string_view rule, Date date, RuleOrder by, const NameOrder& order) {
+    if (d_->order != by) d_->alphabeticOrDateSort(by, order);
+    Number added = d_->storage.add(rule, date);
+    auto place = d_->firstBehind(added, by, order);
+    auto position = static_cast<std::size_t>(place - d_->rows.begin());
+    d_->rows.insert(place, added);
+    d_->textChanged(added, by);
+    return position;
+}
+
+void RuleList::replace(std::size_t position, std::string_view rule, Date date) {
+    d_->storage.replace(d_->rows[position], rule, date);
+    d_->textChanged(d_->rows[position], std::nullopt);
+}
+
+void RuleList::remove(std::size_t position) {
+    d_->rows.erase(d_->rows.begin() + static_cast<std::ptrdiff_t>(position));
+}
+
+std::vector<std::size_t> RuleList::removeEqual(std::size_t position) {
+    const std::vector<Number> removed = d_->storage.equalTo(d_->rows[position]);
+    std::vector<std::size_t> positions;
+    std::size_t kept = 0;
+    for (std::size_t row = 0; row < d_->rows.size(); ++row) {
+        if (std::ranges::binary_search(removed, d_->rows[row]))
+            positions.push_back(row);
+        else
+            d_->rows[kept++] = d_->rows[row];
+    }
+    d_->rows.resize(kept);
+    return positions;
+}
+
+void RuleList::clear() {
+    *d_ = Private();
+}
+
+void RuleList::prepareSearch() {
+    d_->prepareSearch();
+}
+
+LargeVector<std::uint32_t> RuleList::search(std::string_view text) const {
+    return d_->search(text);
+}
+
+Value RuleList::value() const {
+    return Value(std::make_shared<const RuleArray>(d_->storage, d_->rows));
+}
+
+}  // namespace store
