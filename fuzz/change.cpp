@@ -10,8 +10,8 @@
 #include "store/NotifyCenter.h"
 #include "store/Schema.h"
 #include "store/files/SecondName.h"
-#include "store/plist/PropertyListFile.h"
 #include "store/rules/AppendedRules.h"
+#include "store/rules/RuleFile.h"
 #include "store/rules/RuleList.h"
 #include "store/sorting/Ordering.h"
 
@@ -135,7 +135,7 @@ public:
     }
 
     bool make() {
-        const std::optional<Dictionary> before = store::readDictionary(path());
+        const std::optional<Dictionary> before = store::readRuleFile(path());
         const bool isMade = store_.change(
             verb_.writer, [this](Dictionary& file) { changed(file); }, [this] { postsAtWrite_ = posts_.count; });
         const bool startsEmpty = verb_.writer.whenMissing == store::WhenMissing::startEmpty;
@@ -171,7 +171,7 @@ private:
     }
 
     void demandWritten(const Dictionary& before) const {
-        const std::optional<Dictionary> after = store::readDictionary(path());
+        const std::optional<Dictionary> after = store::readRuleFile(path());
         demand(after.has_value(), "the file can no longer be read");
         demand(valuesOf(*after) == expected_, "the file does not say what the change made of it");
         for (const auto& [name, value] : before) {

@@ -9,6 +9,7 @@
 #include "store/files/SecondName.h"
 #include "store/files/Temporaries.h"
 #include "store/plist/PropertyListFile.h"
+#include "store/rules/RuleFile.h"
 
 namespace store {
 
@@ -67,7 +68,7 @@ ConfigurationStore::ConfigurationStore(std::filesystem::path root, NotifyCenter&
 }
 
 std::optional<Dictionary> ConfigurationStore::read(File file) const {
-    return readDictionary(path(file));
+    return readRuleFile(path(file));
 }
 
 bool ConfigurationStore::exists(File file) const {
@@ -77,7 +78,7 @@ bool ConfigurationStore::exists(File file) const {
 bool ConfigurationStore::change(const Writer& writer, const std::function<void(Dictionary&)>& change,
                                 const std::function<void()>& afterWrite) {
     std::error_code failed;
-    std::optional<Dictionary> dictionary = readDictionary(path(writer.file), failed);
+    std::optional<Dictionary> dictionary = readRuleFile(path(writer.file), failed);
     const bool startsEmpty = !dictionary;
     if (startsEmpty) {
         // To start empty here would lose somebody's rules: only what is known to be missing or damaged is replaced.
@@ -108,7 +109,7 @@ void ConfigurationStore::replace(File file, const Dictionary& dictionary) {
     const std::filesystem::path replaced = path(file);
     // What could not be read is not known to be good, and must not take the place of what is. That takes its time, and
     // so does writing.
-    std::future<bool> isGood = std::async([&] { return readDictionary(replaced).has_value(); });
+    std::future<bool> isGood = std::async([&] { return readRuleFile(replaced).has_value(); });
     writeDictionary(replaced, dictionary, [&] { return isGood.get() ? previousSuffix : damagedSuffix; });
 }
 

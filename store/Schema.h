@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "store/plist/PropertyList.h"
-#include "store/plist/RuleEntryKeys.h"
+#include "store/rules/RuleEntryKeys.h"
 
 namespace store {
 

@@ -9,6 +9,7 @@
 #include "store/ConfigurationStore.h"
 #include "store/Schema.h"
 #include "store/plist/PropertyListFile.h"
+#include "store/rules/RuleFile.h"
 
 namespace screens {
 
@@ -63,7 +64,7 @@ QString VxmImportExportViewController::importQuestion(const QString& shownName) 
 }
 
 void VxmImportExportViewController::importFile(const std::filesystem::path& path) {
-    const auto all = store::readDictionary(path);
+    const auto all = store::readRuleFile(path);
     if (!all) return;
     for (const auto& [key, file] : exportedFiles) {
         const store::Value* stored = all->find(key);

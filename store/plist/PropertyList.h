@@ -26,7 +26,7 @@ using Date = std::chrono::sys_seconds;
 enum class Kind { string, boolean, date, data, integer, real, array, dictionary };
 
 class Dictionary;
-class RuleEntryRuns;
+class ElementIndex;
 class Value;
 class XmlWriter;
 
@@ -46,7 +46,7 @@ public:
 // What slices are parts of.
 struct SlicedText {
     std::shared_ptr<const char[]> bytes;
-    std::shared_ptr<const RuleEntryRuns> runs;  // nullptr when nobody has looked for them
+    std::shared_ptr<const ElementIndex> index;  // nullptr when the text was read without one
 };
 
 // Part of a text that was read and checked: an element. Keeps the text alive. Large dictionaries hold little else, so

@@ -10,15 +10,11 @@
 
 namespace store {
 
-std::optional<Dictionary> readDictionary(const std::filesystem::path& path) {
-    std::error_code ignored;
-    return readDictionary(path, ignored);
-}
-
-std::optional<Dictionary> readDictionary(const std::filesystem::path& path, std::error_code& failed) {
+std::optional<Dictionary> readDictionary(const std::filesystem::path& path, std::shared_ptr<ElementIndex> index,
+                                         std::error_code& failed) {
     std::optional<Buffer> file = holdFile(path, mayBePropertyList, failed);
     if (!file) return std::nullopt;
-    ReadResult result = readPropertyList(*std::move(file));
+    ReadResult result = readPropertyList(*std::move(file), std::move(index));
     if (auto* dictionary = std::get_if<Dictionary>(&result)) return std::move(*dictionary);
     return std::nullopt;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <system_error>
 
@@ -11,10 +12,9 @@ namespace store {
 
 // A property-list file, read and written whole. A missing file, one that cannot be read and one that holds anything but
 // a dictionary read as no dictionary.
-std::optional<Dictionary> readDictionary(const std::filesystem::path& path);
-
-// The same; `failed` is set when there may well be a dictionary that could only not be read this time.
-std::optional<Dictionary> readDictionary(const std::filesystem::path& path, std::error_code& failed);
+// `failed` is set when there may well be a dictionary that could only not be read this time. `index` may be nullptr.
+std::optional<Dictionary> readDictionary(const std::filesystem::path& path, std::shared_ptr<ElementIndex> index,
+                                         std::error_code& failed);
 
 // Replaces or creates the file in one step, and keeps what is replaced where there is a suffix for it; see
 // replaceFile(). Returns whether that went well; if not, an old file is as it was.

@@ -24,37 +24,37 @@ ReadError errorAt(ReadFailure reason, std::string_view text, std::size_t byte) {
             1 + line.size() - static_cast<std::size_t>(std::count_if(line.begin(), line.end(), isContinuation))};
 }
 
-ReadResult readText(const Buffer& text) {
-    auto result = readXml(text);
+ReadResult readText(const Buffer& text, std::shared_ptr<ElementIndex> index) {
+    auto result = readXml(text, std::move(index));
     if (auto* dictionary = std::get_if<Dictionary>(&result)) return std::move(*dictionary);
     XmlFailure failure = std::get<XmlFailure>(result);
     return errorAt(failure.reason, text.view(), static_cast<std::size_t>(failure.at - text.bytes.get()));
 }
 
-ReadResult readUtf16(Buffer file, ByteOrder order) {
+ReadResult readUtf16(Buffer file, ByteOrder order, std::shared_ptr<ElementIndex> index) {
     std::size_t malformedAt = 0;
     auto text = utf8FromUtf16(file.view(), order, malformedAt);
     file = {};
-    if (text) return readText(Buffer::adopt(std::move(*text)));
+    if (text) return readText(Buffer::adopt(std::move(*text)), std::move(index));
     return ReadError{ReadFailure::badEncoding, describe(ReadFailure::badEncoding), malformedAt};
 }
 
-ReadResult readBinary(Buffer file) {
+ReadResult readBinary(Buffer file, std::shared_ptr<ElementIndex> index) {
     auto result = xmlFromBinary(file.view());
     file = {};
-    if (auto* text = std::get_if<Buffer>(&result)) return readText(*text);
+    if (auto* text = std::get_if<Buffer>(&result)) return readText(*text, std::move(index));
     BinaryFailure failure = std::get<BinaryFailure>(result);
     return ReadError{failure.reason, describe(failure.reason), failure.byte};
 }
 
 }  // namespace
 
-ReadResult readPropertyList(Buffer file) {
+ReadResult readPropertyList(Buffer file, std::shared_ptr<ElementIndex> index) {
     std::string_view bytes = file.view();
-    if (isBinaryPropertyList(bytes)) return readBinary(std::move(file));
-    if (bytes.starts_with("\xFE\xFF")) return readUtf16(std::move(file), ByteOrder::big);
-    if (bytes.starts_with("\xFF\xFE")) return readUtf16(std::move(file), ByteOrder::little);
-    return readText(file);
+    if (isBinaryPropertyList(bytes)) return readBinary(std::move(file), std::move(index));
+    if (bytes.starts_with("\xFE\xFF")) return readUtf16(std::move(file), ByteOrder::big, std::move(index));
+    if (bytes.starts_with("\xFF\xFE")) return readUtf16(std::move(file), ByteOrder::little, std::move(index));
+    return readText(file, std::move(index));
 }
 
 bool mayBePropertyList(std::string_view beginning) {

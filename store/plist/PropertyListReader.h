@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -25,8 +26,8 @@ using ReadResult = std::variant<Dictionary, ReadError>;
 
 // A property list's outermost dictionary, from XML (see XmlReader.h for what is accepted) in UTF-8, or in UTF-16 with a
 // byte-order mark, or from the binary form. A file that is wrong anywhere gives nothing but the error. A file that is
-// handed over is kept no longer than it is needed.
-ReadResult readPropertyList(Buffer file);
+// handed over is kept no longer than it is needed. `index` may be nullptr.
+ReadResult readPropertyList(Buffer file, std::shared_ptr<ElementIndex> index = nullptr);
 
 // Whether a file that begins like this can be a property list: a quick no for what is something else altogether.
 bool mayBePropertyList(std::string_view beginning);

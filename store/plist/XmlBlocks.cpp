@@ -11,7 +11,7 @@ namespace store {
 
 namespace {
 
-constexpr std::size_t blockSize = partSize(400);  // elements; of rules, so many fit into a writer's memory
+constexpr std::size_t blockSize = partSize(400);  // elements; at about 140 bytes each they fit into a writer's memory
 
 }  // namespace
 

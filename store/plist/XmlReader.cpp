@@ -1,10 +1,10 @@
 #include "store/plist/XmlReader.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "store/plist/RuleEntryLayout.h"
-#include "store/plist/RuleEntryRuns.h"
+#include "store/plist/ElementIndex.h"
 #include "store/plist/Scalars.h"
 #include "store/plist/XmlScanner.h"
 
@@ -47,17 +47,14 @@ ReadFailure malformed(Tag tag) {
 
 class Reader {
 public:
-    Reader(const Buffer& text, bool takesEntriesWhole)
-        : takesEntriesWhole_(takesEntriesWhole),
-          text_(std::make_shared<SlicedText>(SlicedText{text.bytes, nullptr})),
+    Reader(const Buffer& text, std::shared_ptr<ElementIndex> index)
+        : index_(index.get()),
+          text_(std::make_shared<const SlicedText>(SlicedText{text.bytes, std::move(index)})),
           end_(text.bytes.get() + text.size),
-          scanner_(text.bytes.get(), end_),
-          runs_(nullptr, end_) {}
+          scanner_(text.bytes.get(), end_) {}
 
     std::variant<Dictionary, XmlFailure> read() {
-        const bool isRead = scanner_.prolog() && readDocument();
-        text_->runs = runs_.runs();
-        if (isRead) return std::move(top_);
+        if (scanner_.prolog() && readDocument()) return std::move(top_);
         return XmlFailure{scanner_.failure(), scanner_.failedAt()};
     }
 
@@ -122,7 +119,7 @@ private:
             return fail(wantsKey ? ReadFailure::valueWithoutKey : ReadFailure::keyWithoutValue, scanner_.tagBegin());
         if (wantsKey) return readKey(event);
         if (inDictionary_.size() == 1) value_.begin = scanner_.tagBegin();
-        if (tag == Tag::dict && !inDictionary_.back() && takesEntriesWhole_ && skipRuleEntry()) return true;
+        if (index_ && tag == Tag::dict && !inDictionary_.back() && skipElements()) return true;
         if (isContainer(tag) && event == Event::open) {
             inDictionary_.push_back(tag == Tag::dict);
             hasKey_ = false;
@@ -133,10 +130,8 @@ private:
     }
 
     // An element of an array never is a value of the outermost dictionary: there is nothing to note.
-    bool skipRuleEntry() {
-        const char* begin = scanner_.tagBegin();
-        const RuleEntryRun* run = runs_.at(begin);
-        const char* behind = run ? run->behind : RuleEntryLayout::matchAt(begin).end;
+    bool skipElements() {
+        const char* behind = index_->skip(scanner_.tagBegin(), end_);
         if (behind) scanner_.moveTo(behind);
         return behind;
     }
@@ -175,11 +170,10 @@ private:
         return true;
     }
 
-    const bool takesEntriesWhole_;
-    std::shared_ptr<SlicedText> text_;
+    ElementIndex* index_;  // part of the text, or nullptr
+    std::shared_ptr<const SlicedText> text_;
     const char* end_;
     XmlScanner scanner_;
-    RuleEntryRuns::Guide runs_;
     std::vector<bool> inDictionary_;  // for each container that is open, whether it is a dictionary
     bool hasKey_ = false;             // in the innermost dictionary, a key that has no value yet
     std::string key_;                 // the outermost dictionary's last key
@@ -189,12 +183,8 @@ private:
 
 }  // namespace
 
-std::variant<Dictionary, XmlFailure> readXml(const Buffer& text) {
-    return Reader(text, true).read();
-}
-
-std::variant<Dictionary, XmlFailure> readXmlTagByTag(const Buffer& text) {
-    return Reader(text, false).read();
+std::variant<Dictionary, XmlFailure> readXml(const Buffer& text, std::shared_ptr<ElementIndex> index) {
+    return Reader(text, std::move(index)).read();
 }
 
 }  // namespace store

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <variant>
 
 #include "store/files/Buffer.h"
@@ -16,7 +17,7 @@ struct XmlFailure {
 // One pass over the whole text, in UTF-8, which checks all of it and takes apart the outermost dictionary only: its
 // values are slices of the text. Memory beyond the text: the outermost entries, and a bit for each level of depth.
 //
-// What is accepted, strict where leniency could misread a rule and lenient where a file written by hand is clearly
+// What is accepted, strict where leniency could misread a value and lenient where a file written by hand is clearly
 // meant:
 //
 //   declaration          may be missing; white space or a byte-order mark before it; an encoding other than UTF-8,
@@ -34,9 +35,8 @@ struct XmlFailure {
 //   real                 what a double holds, nan and inf(inity) in any case; white space around it
 //   data                 Base64, padded; white space anywhere
 //   anything else        an error
-std::variant<Dictionary, XmlFailure> readXml(const Buffer& text);
-
-// The same, tag by tag throughout: what readXml() must agree with, which takes rule entries as a whole.
-std::variant<Dictionary, XmlFailure> readXmlTagByTag(const Buffer& text);
+//
+// `index` saves time and changes nothing of the result; nullptr for none.
+std::variant<Dictionary, XmlFailure> readXml(const Buffer& text, std::shared_ptr<ElementIndex> index = nullptr);
 
 }  // namespace store

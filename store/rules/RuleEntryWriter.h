@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "store/plist/PropertyList.h"
-#include "store/plist/RuleEntryLayout.h"
+#include "store/rules/RuleEntryLayout.h"
 
 namespace store {
 

@@ -4,11 +4,11 @@
 #include <vector>
 
 #include "store/parallel/Parts.h"
-#include "store/plist/RuleEntryKeys.h"
-#include "store/plist/RuleEntryLayout.h"
-#include "store/plist/RuleEntryRuns.h"
 #include "store/plist/Scalars.h"
 #include "store/plist/XmlScanner.h"
+#include "store/rules/RuleEntryKeys.h"
+#include "store/rules/RuleEntryLayout.h"
+#include "store/rules/RuleEntryRuns.h"
 #include "store/rules/RuleStorage.h"
 
 namespace store {
@@ -17,7 +17,7 @@ namespace store {
 class RuleReader {
 public:
     RuleReader(const Slice& array, RuleStorage& storage)
-        : scanner_(array), runs_(array.text->runs, array.end), storage_(storage) {
+        : scanner_(array), end_(array.end), runs_(RuleEntryRuns::of(array)), storage_(storage) {
         std::size_t count = static_cast<std::size_t>(array.end - array.begin) / typicalEntry;
         storage_.entries_.reserve(count);
         storage_.pool_.reserve(count * typicalRule);
@@ -63,18 +63,18 @@ private:
 
     // Entries that are taken when all has been walked through, several runs at the same time.
     struct Room {
-        RuleEntryRun run;
+        RuleEntryRuns::Run run;
         std::size_t number;
         std::size_t offset;
     };
 
     bool leaveRoom(const char* begin) {
-        const RuleEntryRun* run = runs_.at(begin);
+        const RuleEntryRuns::Run* run = runs_.at(begin, end_);
         if (!run) return false;
         rooms_.push_back({*run, storage_.entries_.size(), storage_.pool_.size()});
         storage_.entries_.resize(storage_.entries_.size() + run->count);
         storage_.pool_.resize(storage_.pool_.size() + run->textSize);
-        scanner_.moveTo(run->behind);
+        scanner_.moveTo(run->end);
         return true;
     }
 
@@ -154,7 +154,8 @@ private:
     }
 
     XmlScanner scanner_;
-    RuleEntryRuns::Guide runs_;
+    const char* end_;
+    RuleEntryRuns runs_;
     std::vector<Room> rooms_;
     RuleStorage& storage_;
     Reading entry_;

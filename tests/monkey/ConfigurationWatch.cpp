@@ -7,7 +7,7 @@
 #include "monkey/Rights.h"
 #include "store/files/SecondName.h"
 #include "store/files/Temporaries.h"
-#include "store/plist/PropertyListFile.h"
+#include "store/rules/RuleFile.h"
 
 namespace monkey {
 
@@ -78,7 +78,7 @@ ConfigurationWatch::Known ConfigurationWatch::read(const std::filesystem::path& 
     if (isSameFile(now.status, before.status)) return before;
     if (!S_ISREG(now.status.st_mode)) return now;
     now.bytes = bytesOf(path);
-    now.dictionary = store::readDictionary(path);
+    now.dictionary = store::readRuleFile(path);
     return now;
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "store/Schema.h"
-#include "store/plist/PropertyListFile.h"
+#include "store/rules/RuleFile.h"
 
 namespace monkey::Rights {
 
@@ -137,7 +137,7 @@ bool allowReplacing(const Sight& screen, store::File file, const store::Dictiona
     if (screen.screen != "VxmImportExportViewController") return false;
     std::error_code none;
     for (const auto& entry : std::filesystem::directory_iterator(exportDirectory, none)) {
-        const auto exported = store::readDictionary(entry.path());
+        const auto exported = store::readRuleFile(entry.path());
         const store::Value* held = exported ? exported->find(keyOf(file)) : nullptr;
         if (held && held->dictionary() && isSame(*held->dictionary(), after)) return true;
     }

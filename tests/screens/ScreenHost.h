@@ -22,6 +22,7 @@
 #include "store/ConfigurationStore.h"
 #include "store/NotifyCenter.h"
 #include "store/plist/PropertyListFile.h"
+#include "store/rules/RuleFile.h"
 #include "views/Chrome.h"
 
 // One screen in a window of its own, over real files in a temporary directory, driven by real events. Animations are

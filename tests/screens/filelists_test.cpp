@@ -100,7 +100,7 @@ TEST_F(ExportTest, ExportsWhatCanBeRead) {
         other.show<screens::VxmImportExportViewController>();
         other.tapRow({0, 0});
         other.answer(1);
-        const auto all = store::readDictionary(other.store.exportDirectory() / name);
+        const auto all = store::readRuleFile(other.store.exportDirectory() / name);
         ASSERT_TRUE(all);
         EXPECT_EQ(all->size(), count);
         EXPECT_EQ(other.store.exists(File::appRules), each.app);

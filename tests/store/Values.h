@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -8,11 +9,12 @@
 #include "store/files/Sink.h"
 #include "store/plist/PropertyListReader.h"
 #include "store/plist/XmlWriter.h"
+#include "store/rules/RuleEntryRuns.h"
 
 namespace store {
 
 inline ReadResult readText(std::string_view text) {
-    return readPropertyList(Buffer::copyOf(text));
+    return readPropertyList(Buffer::copyOf(text), std::make_shared<RuleEntryRuns>());
 }
 
 // For texts that are known to be fine.

@@ -9,7 +9,7 @@
 #include "Binary.h"
 #include "Files.h"
 #include "Values.h"
-#include "store/plist/PropertyListFile.h"
+#include "store/rules/RuleFile.h"
 
 namespace store {
 namespace {
@@ -170,8 +170,8 @@ TEST(BinaryPropertyList, SaysWhatTheXmlSays) {
         "plistlib.dump(value, open('binary', 'wb'), fmt=plistlib.FMT_BINARY)\n"
         "plistlib.dump(value, open('xml', 'wb'))\n");
     ASSERT_EQ(std::system(("cd '" + directory.path().string() + "' && python3 program.py").c_str()), 0);
-    std::optional<Dictionary> binary = readDictionary(directory / "binary");
-    std::optional<Dictionary> xml = readDictionary(directory / "xml");
+    std::optional<Dictionary> binary = readRuleFile(directory / "binary");
+    std::optional<Dictionary> xml = readRuleFile(directory / "xml");
     ASSERT_TRUE(binary && xml);
     EXPECT_EQ(canonical(*binary), canonical(*xml));
     EXPECT_EQ(contentOf(directory / "xml"), canonical(*xml));

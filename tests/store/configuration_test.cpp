@@ -12,6 +12,7 @@
 #include "store/NotifyCenter.h"
 #include "store/Schema.h"
 #include "store/plist/PropertyListFile.h"
+#include "store/rules/RuleFile.h"
 
 namespace store {
 namespace {
@@ -174,7 +175,7 @@ TEST_F(ConfigurationStoreTest, CarriesWholeFilesInAFile) {
     exported.set(keys::appRules, Value(*store.read(File::appRules)));
     EXPECT_TRUE(writeDictionary(store.exportDirectory() / "export.plist", exported));
     std::filesystem::remove(store.path(File::appRules));
-    Dictionary imported = *readDictionary(store.exportDirectory() / "export.plist");
+    Dictionary imported = *readRuleFile(store.exportDirectory() / "export.plist");
     store.replace(File::appRules, *imported.find(keys::appRules)->dictionary());
     EXPECT_TRUE(holdsExactly(File::appRules, entries));
     EXPECT_FALSE(writeDictionary(root / "missing/export.plist", exported));

@@ -14,6 +14,7 @@
 #include "Binary.h"
 #include "Files.h"
 #include "store/plist/PropertyListFile.h"
+#include "store/rules/RuleFile.h"
 
 namespace store {
 namespace {
@@ -42,7 +43,7 @@ double secondsOf(const timeval& time) {
 
 Outcome readAndWrite(const std::filesystem::path& from, const std::filesystem::path& to) {
     const struct rusage before = usage();
-    const std::optional<Dictionary> dictionary = readDictionary(from);
+    const std::optional<Dictionary> dictionary = readRuleFile(from);
     const bool isList = dictionary && writeDictionary(to, *dictionary);
     const struct rusage after = usage();
     return {isList, secondsOf(after.ru_utime) - secondsOf(before.ru_utime), after.ru_maxrss - before.ru_maxrss};

@@ -310,8 +310,12 @@ std::string outcome(const std::variant<Dictionary, XmlFailure>& result, const Bu
     return std::to_string(failure.at - buffer.bytes.get()) + describe(failure.reason);
 }
 
-// A list of entries as they are written, each of its bytes changed in turn: taking entries as a whole must accept,
-// reject and find the same as going through them tag by tag.
+// Skipping rule entries must accept, reject and find the same as parsing them.
+bool readsAsTagByTag(const Buffer& text) {
+    return outcome(readXml(text, std::make_shared<RuleEntryRuns>()), text) == outcome(readXml(text), text);
+}
+
+// A list of entries as they are written, each of its bytes changed in turn.
 TEST(PropertyListReading, TakesRuleEntriesAsTagByTag) {
     Dictionary entry;
     entry.set("date", Value(Date(std::chrono::seconds(1367687000))));
@@ -328,7 +332,7 @@ TEST(PropertyListReading, TakesRuleEntriesAsTagByTag) {
             changed[at] = c;
             for (const std::string& variant : {changed, changed.substr(0, at + 1)}) {
                 Buffer buffer = Buffer::copyOf(variant);
-                ASSERT_EQ(outcome(readXml(buffer), buffer), outcome(readXmlTagByTag(buffer), buffer)) << variant;
+                ASSERT_TRUE(readsAsTagByTag(buffer)) << variant;
             }
         }
     }
@@ -344,7 +348,7 @@ TEST(PropertyListReading, TakesRunsOfRuleEntriesAsTagByTag) {
         std::string changed = text;
         if (variant > 0) changed[random() % changed.size()] = "<\xC3"[variant % 2];
         const Buffer buffer = Buffer::copyOf(changed);
-        EXPECT_TRUE(outcome(readXml(buffer), buffer) == outcome(readXmlTagByTag(buffer), buffer)) << variant;
+        EXPECT_TRUE(readsAsTagByTag(buffer)) << variant;
     }
 }
 

@@ -1,4 +1,4 @@
-#include "store/plist/RuleEntryRuns.h"
+#include "store/rules/RuleEntryRuns.h"
 
 #include <algorithm>
 #include <atomic>
@@ -6,11 +6,13 @@
 #include <string_view>
 
 #include "store/parallel/Parts.h"
-#include "store/plist/RuleEntryLayout.h"
+#include "store/rules/RuleEntryLayout.h"
 
 namespace store {
 
 namespace {
+
+using Run = RuleEntryRuns::Run;
 
 constexpr std::size_t pieceSize = partSize(std::size_t{1} << 20);
 constexpr std::size_t worthwhile = std::size_t{4} << 20;
@@ -26,12 +28,12 @@ const char* nextBehindEntry(const char* from, const char* end) {
 }
 
 // The entries that follow one another from here on and begin in the piece. There may be none.
-RuleEntryRun runAt(const char* dict, const char* pieceEnd) {
-    RuleEntryRun run{.begin = dict};
+Run runAt(const char* dict, const char* pieceEnd) {
+    Run run{.begin = dict};
     while (dict && dict < pieceEnd) {
         const RuleEntryLayout::Match match = RuleEntryLayout::matchAt(dict);
         if (!match.end) break;
-        run.behind = match.end;
+        run.end = match.end;
         run.textSize += match.rule.size();
         ++run.count;
         dict = RuleEntryLayout::nextEntry(dict, match.end);
@@ -40,24 +42,23 @@ RuleEntryRun runAt(const char* dict, const char* pieceEnd) {
 }
 
 // The piece's runs, but for short ones, from an entry on.
-std::vector<RuleEntryRun> runsFrom(const char* dict, const char* pieceEnd) {
+std::vector<Run> runsFrom(const char* dict, const char* pieceEnd) {
     constexpr std::size_t fewest = isFuzzed ? 2 : 16;
-    std::vector<RuleEntryRun> runs;
+    std::vector<Run> runs;
     while (dict) {
-        const RuleEntryRun run = runAt(dict, pieceEnd);
+        const Run run = runAt(dict, pieceEnd);
         if (run.count >= fewest) runs.push_back(run);
-        dict = nextBehindEntry(run.count > 0 ? std::min(run.behind, pieceEnd) : dict, pieceEnd);
+        dict = nextBehindEntry(run.count > 0 ? std::min(run.end, pieceEnd) : dict, pieceEnd);
     }
     return runs;
 }
 
-}  // namespace
-
-RuleEntryRuns::RuleEntryRuns(const char* dict, const char* end) {
+// The runs of a text from an entry's "<dict>" on. None for a text that one thread reads as fast.
+std::vector<Run> allRuns(const char* dict, const char* end) {
     const auto size = static_cast<std::size_t>(end - dict);
     const std::size_t threads = partsWorthwhile(size, worthwhile);
-    if (threads == 1) return;
-    std::vector<std::vector<RuleEntryRun>> pieces((size + pieceSize - 1) / pieceSize);
+    if (threads == 1) return {};
+    std::vector<std::vector<Run>> pieces((size + pieceSize - 1) / pieceSize);
     std::atomic<std::size_t> next = 0;
     inAll(threads, [&](std::size_t) {
         for (std::size_t piece = next++; piece < pieces.size(); piece = next++) {
@@ -71,14 +72,28 @@ RuleEntryRuns::RuleEntryRuns(const char* dict, const char* end) {
             }
         }
     });
-    for (const std::vector<RuleEntryRun>& runs : pieces) runs_.insert(runs_.end(), runs.begin(), runs.end());
+    std::vector<Run> all;
+    for (const std::vector<Run>& runs : pieces) all.insert(all.end(), runs.begin(), runs.end());
+    return all;
 }
 
-const RuleEntryRun* RuleEntryRuns::Guide::at(const char* dict) {
-    if (!runs_) runs_ = std::make_shared<const RuleEntryRuns>(dict, end_);
-    const std::vector<RuleEntryRun>& runs = runs_->runs_;
-    while (next_ < runs.size() && runs[next_].begin < dict) ++next_;
-    return next_ < runs.size() && runs[next_].begin == dict ? &runs[next_] : nullptr;
+}  // namespace
+
+RuleEntryRuns RuleEntryRuns::of(const Slice& array) {
+    RuleEntryRuns runs;
+    if (const auto* found = dynamic_cast<const RuleEntryRuns*>(array.text->index.get())) runs.runs_ = found->runs_;
+    return runs;
+}
+
+const char* RuleEntryRuns::skip(const char* dict, const char* end) {
+    const Run* run = at(dict, end);
+    return run ? run->end : RuleEntryLayout::matchAt(dict).end;
+}
+
+const Run* RuleEntryRuns::at(const char* dict, const char* end) {
+    if (!runs_) runs_ = allRuns(dict, end);
+    while (next_ < runs_->size() && (*runs_)[next_].begin < dict) ++next_;
+    return next_ < runs_->size() && (*runs_)[next_].begin == dict ? &(*runs_)[next_] : nullptr;
 }
 
 }  // namespace store

@@ -1,4 +1,4 @@
-#include "store/plist/RuleEntryLayout.h"
+#include "store/rules/RuleEntryLayout.h"
 
 #include <array>
 #include <cstring>
@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "store/files/Buffer.h"
-#include "store/plist/RuleEntryKeys.h"
 #include "store/plist/Scalars.h"
 #include "store/plist/XmlText.h"
+#include "store/rules/RuleEntryKeys.h"
 #include "store/text/Utf.h"
 
 namespace store {
