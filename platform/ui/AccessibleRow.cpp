@@ -5,7 +5,9 @@
 #include "platform/ui/AccessibleTable.h"
 #include "platform/ui/Reach.h"
 #include "platform/ui/Switch.h"
-#include "platform/ui/TableViewPrivate.h"
+#include "platform/ui/TableRows.h"
+#include "platform/ui/TableView.h"
+#include "platform/ui/TableViewCell.h"
 
 namespace platform {
 
@@ -24,15 +26,15 @@ AccessibleRows* rowsOf(TableView* table) {
 // --- The row
 
 IndexPath AccessibleRow::path() const {
-    return table_->d_->geometry.atOrdinal(position_);
+    return TableRows(*table_).at(position_);
 }
 
 TableViewCell* AccessibleRow::shownCell() const {
-    return isValid() ? table_->d_->cells.at(path()) : nullptr;
+    return isValid() ? table_->cellForRow(path()) : nullptr;
 }
 
 bool AccessibleRow::isValid() const {
-    return table_ && position_ < table_->d_->geometry.totalRows();
+    return table_ && position_ < TableRows(*table_).count();
 }
 
 QWindow* AccessibleRow::window() const {
@@ -62,7 +64,8 @@ QAccessibleInterface* AccessibleRow::childAt(int x, int y) const {
 
 QString AccessibleRow::text(QAccessible::Text which) const {
     QString read;
-    if (isValid()) table_->d_->withCell(path(), [&](const TableViewCell& cell) { read = textOf(cell, which); });
+    if (isValid())
+        TableRows(*table_).withCell(position_, [&](const TableViewCell& cell) { read = textOf(cell, which); });
     return read;
 }
 
@@ -90,15 +93,14 @@ QAccessible::State AccessibleRow::state() const {
         state.invalid = true;
         return state;
     }
-    const IndexPath at = path();
-    const bool isSeen = table_->rectForRow(at).intersects(table_->viewport()->rect());
+    const bool isSeen = table_->rectForRow(path()).intersects(table_->viewport()->rect());
     state.focusable = true;
-    state.focused = table_->hasFocus() && table_->d_->current == at;
+    state.focused = TableRows(*table_).focused() == position_;
     state.selectable = true;
     state.selected = isSelected();
     state.offscreen = !isSeen;
     state.invisible = !table_->isVisible();
-    table_->d_->withCell(at, [&state](const TableViewCell& cell) {
+    TableRows(*table_).withCell(position_, [&state](const TableViewCell& cell) {
         if (const Switch* toggle = cell.accessorySwitch()) {
             state.checkable = true;
             state.checked = toggle->isOn();
@@ -128,21 +130,19 @@ QStringList AccessibleRow::actionNames() const {
     QStringList names;
     const QAccessible::State now = state();
     if (now.checkable && !now.disabled) names.append(toggleAction());
-    if (table_->d_->canSelect()) names.append(pressAction());
-    if (table_->d_->canDelete(path())) names.append(deleteAction());
+    if (TableRows(*table_).canSelect()) names.append(pressAction());
+    if (TableRows(*table_).canDelete(position_)) names.append(deleteAction());
     names.append(setFocusAction());
     return names;
 }
 
 void AccessibleRow::doAction(const QString& name) {
     if (!actionNames().contains(name) || !isWithinReach(table_)) return;
-    if (name == deleteAction()) {
-        table_->d_->commitDeletion(path());
-        return;
-    }
-    table_->d_->moveCurrentTo(path());
-    if (name == toggleAction()) table_->d_->toggle(path());
-    if (name == pressAction()) table_->d_->select(path());
+    const TableRows rows(*table_);
+    if (name == deleteAction()) rows.remove(position_);
+    if (name == setFocusAction()) rows.focus(position_);
+    if (name == toggleAction()) rows.toggle(position_);
+    if (name == pressAction()) rows.select(position_);
 }
 
 QStringList AccessibleRow::keyBindingsForAction(const QString& name) const {
@@ -161,7 +161,7 @@ QAccessibleInterface* AccessibleCell::parent() const {
         auto* table = qobject_cast<TableView*>(above);
         if (!table) continue;
         const auto path = table->indexPathForCell(widget());
-        return path ? rowsOf(table)->child(table->d_->geometry.ordinal(*path)) : nullptr;
+        return path ? rowsOf(table)->child(TableRows(*table).positionOf(*path)) : nullptr;
     }
     return nullptr;
 }

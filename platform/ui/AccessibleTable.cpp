@@ -1,7 +1,8 @@
 #include "platform/ui/AccessibleTable.h"
 
 #include "platform/ui/AccessibleRow.h"
-#include "platform/ui/TableViewPrivate.h"
+#include "platform/ui/TableRows.h"
+#include "platform/ui/TableView.h"
 
 namespace platform {
 
@@ -22,7 +23,7 @@ QAccessibleInterface* AccessibleRows::parent() const {
 }
 
 int AccessibleRows::rowCount() const {
-    return table_->d_->geometry.totalRows();
+    return TableRows(*table_).count();
 }
 
 QAccessibleInterface* AccessibleRows::child(int index) const {
@@ -46,13 +47,13 @@ int AccessibleRows::indexOfChild(const QAccessibleInterface* child) const {
 }
 
 QAccessibleInterface* AccessibleRows::childAt(int x, int y) const {
-    const auto path = table_->d_->cells.rowAt(table_->viewport()->mapFromGlobal(QPoint(x, y)));
-    return path ? child(table_->d_->geometry.ordinal(*path)) : nullptr;
+    const auto position = TableRows(*table_).positionAt(table_->viewport()->mapFromGlobal(QPoint(x, y)));
+    return position ? child(*position) : nullptr;
 }
 
 QAccessibleInterface* AccessibleRows::focusChild() const {
-    const auto current = table_->d_->current;
-    return table_->hasFocus() && current ? child(table_->d_->geometry.ordinal(*current)) : nullptr;
+    const auto focused = TableRows(*table_).focused();
+    return focused ? child(*focused) : nullptr;
 }
 
 QAccessible::State AccessibleRows::state() const {
@@ -64,7 +65,7 @@ QAccessible::State AccessibleRows::state() const {
 
 QList<int> AccessibleRows::selectedRows() const {
     const auto selected = table_->indexPathForSelectedRow();
-    return selected ? QList{table_->d_->geometry.ordinal(*selected)} : QList<int>();
+    return selected ? QList{TableRows(*table_).positionOf(*selected)} : QList<int>();
 }
 
 QList<QAccessibleInterface*> AccessibleRows::selectedCells() const {
@@ -95,7 +96,7 @@ QAccessible::State AccessibleTable::state() const {
 }
 
 QWidget* AccessibleTable::header() const {
-    return static_cast<TableView*>(widget())->reachableHeader();
+    return static_cast<TableView*>(widget())->partBefore();
 }
 
 int AccessibleTable::childCount() const {
@@ -128,54 +129,5 @@ QAccessibleInterface* AccessibleTable::focusChild() const {
     QAccessibleInterface* row = rows_->focusChild();
     return row ? row : QAccessibleWidget::focusChild();
 }
-
-// --- What is told
-
-namespace TableAccessibility {
-
-namespace {
-
-AccessibleRows* rowsOf(TableView& table) {
-    if (!QAccessible::isActive()) return nullptr;
-    auto* read = dynamic_cast<AccessibleTable*>(QAccessible::queryAccessibleInterface(&table));
-    return read ? read->rows() : nullptr;
-}
-
-void tellOfRow(TableView& table, int position, QAccessible::Event what) {
-    const AccessibleRows* rows = rowsOf(table);
-    QAccessibleInterface* row = rows ? rows->child(position) : nullptr;
-    if (!row) return;
-    QAccessibleEvent event(row, what);
-    QAccessible::updateAccessibility(&event);
-}
-
-}  // namespace
-
-void rowsChanged(TableView& table) {
-    if (AccessibleRows* rows = rowsOf(table)) {
-        QAccessibleTableModelChangeEvent event(rows, QAccessibleTableModelChangeEvent::ModelReset);
-        QAccessible::updateAccessibility(&event);
-    }
-}
-
-void rowFocused(TableView& table, int position) {
-    tellOfRow(table, position, QAccessible::Focus);
-}
-
-void rowDescribed(TableView& table, int position) {
-    tellOfRow(table, position, QAccessible::DescriptionChanged);
-}
-
-void rowToggled(TableView& table, int position) {
-    const AccessibleRows* rows = rowsOf(table);
-    QAccessibleInterface* row = rows ? rows->child(position) : nullptr;
-    if (!row) return;
-    QAccessible::State changed;
-    changed.checked = true;
-    QAccessibleStateChangeEvent event(row, changed);
-    QAccessible::updateAccessibility(&event);
-}
-
-}  // namespace TableAccessibility
 
 }  // namespace platform

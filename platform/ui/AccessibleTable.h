@@ -4,6 +4,7 @@
 #include <deque>
 
 #include "platform/ui/AccessibleView.h"
+#include "platform/ui/TableAnnouncements.h"
 
 namespace platform {
 
@@ -60,12 +61,12 @@ private:
 };
 
 // A table: its header view and its rows.
-class AccessibleTable : public QAccessibleWidget {
+class AccessibleTable : public QAccessibleWidget, public TableReader {
 public:
     explicit AccessibleTable(TableView* table);
     ~AccessibleTable() override;
 
-    AccessibleRows* rows() const { return rows_; }
+    AccessibleRows* rows() const override { return rows_; }
 
     QAccessible::State state() const override;
     int childCount() const override;
@@ -80,16 +81,5 @@ private:
     AccessibleRows* rows_;  // owned by the cache of interfaces
     QAccessible::Id rowsId_;
 };
-
-// What a table tells a screen reader; nothing, at no cost, when none is there. `position` counts the rows of all
-// sections.
-namespace TableAccessibility {
-
-void rowsChanged(TableView& table);
-void rowFocused(TableView& table, int position);
-void rowToggled(TableView& table, int position);
-void rowDescribed(TableView& table, int position);
-
-}  // namespace TableAccessibility
 
 }  // namespace platform

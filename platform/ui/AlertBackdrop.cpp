@@ -49,7 +49,7 @@ private:
     double scale_ = 1;
 };
 
-AlertBackdrop::AlertBackdrop(QWidget* window, QWidget* panel) : InputShield(window), panel_(panel) {
+AlertBackdrop::AlertBackdrop(QWidget* window, QWidget* panel) : InputShield(Until::answered, window), panel_(panel) {
     HeldPress::cancel(*window);
     setGeometry(window->rect());
     panel->setParent(this);

@@ -6,13 +6,11 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "platform/ui/Accessibility.h"
 #include "platform/ui/AlertBackdrop.h"
 #include "platform/ui/AlertButton.h"
 #include "platform/ui/AlertContents.h"
 #include "platform/ui/AlertText.h"
 #include "platform/ui/Focus.h"
-#include "platform/ui/ScreenTransition.h"
 
 namespace platform {
 
@@ -46,7 +44,7 @@ struct AlertView::Private {
 // A screen may ask before it is in a window, or before it has come to rest there: two motions would fight.
 void AlertView::Private::showWhenAtRest() {
     if (owner->isVisible()) {
-        awaited = ScreenTransition::runningIn(owner->window());
+        awaited = InputShield::shownIn(owner, InputShield::Until::motionEnds).value(0);
     } else {
         awaited = owner;
     }
@@ -107,7 +105,6 @@ AlertView::AlertView(const QString& title, const QString& message, AlertViewDele
                      const QString& cancelButtonTitle, const QStringList& otherButtonTitles)
     : title_(title), message_(message) {
     d_ = std::make_unique<Private>(this, QStringList(cancelButtonTitle) + otherButtonTitles);
-    installAccessibility();
     hide();
     d_->delegate = delegate;
     if (delegate) d_->delegateAlive = delegate->alive_;

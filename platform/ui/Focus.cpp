@@ -6,9 +6,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/ui/FocusScope.h"
 #include "platform/ui/ReadingOrder.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TableViewCell.h"
 
 namespace platform::Focus {
 
@@ -29,11 +28,11 @@ QWidget* firstWithin(const QWidget* within) {
 
 void appendStops(QWidget* widget, std::vector<QWidget*>& stops) {
     if (!widget->isEnabled()) return;
-    auto* table = qobject_cast<TableView*>(widget);
-    if (table && table->reachableHeader()) appendStops(table->reachableHeader(), stops);
+    const auto* scope = dynamic_cast<FocusScope*>(widget);
+    if (scope && scope->partBefore()) appendStops(scope->partBefore(), stops);
     if (widget->focusPolicy() & Qt::TabFocus) stops.push_back(widget);
-    if (table) {
-        for (TableViewCell* cell : table->reachableCells()) appendStops(cell, stops);
+    if (scope) {
+        for (QWidget* part : scope->partsAfter()) appendStops(part, stops);
     } else if (!widget->focusProxy()) {
         for (QWidget* child : inReadingOrder(widget)) appendStops(child, stops);
     }
@@ -59,7 +58,7 @@ bool moveOn(QWidget& within, bool forward) {
     const std::size_t next = at == count ? (forward ? 0 : count - 1) : (at + (forward ? 1 : count - 1)) % count;
     QWidget* target = stops[next];
     for (QWidget* above = target->parentWidget(); above; above = above->parentWidget()) {
-        if (auto* table = qobject_cast<TableView*>(above)) table->bringIntoSight(target);
+        if (auto* scope = dynamic_cast<FocusScope*>(above)) scope->bringIntoSight(target);
     }
     target->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     return true;
@@ -87,7 +86,7 @@ bool Watch::eventFilter(QObject*, QEvent* event) {
     QWidget* focused = QApplication::focusWidget();
     if (focused && byKeyboard != isKey) focused->update();
     byKeyboard = isKey;
-    if (auto* table = qobject_cast<TableView*>(focused); table && !isKey) table->hideFocus();
+    if (auto* scope = dynamic_cast<FocusScope*>(focused); scope && !isKey) scope->hideFocus();
     return false;
 }
 

@@ -16,8 +16,8 @@ bool isTextField(const QWidget* widget);
 // Takes the focus from whatever inside `within` has it, which ends the editing of a field.
 void endEditing(const QWidget* within);
 
-// Gives the focus to what comes next, or before, inside `within` in reading order, round and round: in a table its
-// header view, its rows, the controls in its rows. Returns whether there was anything.
+// Gives the focus to what comes next, or before, inside `within` in reading order, round and round; a
+// FocusScope gives its own order. Returns whether there was anything.
 bool moveOn(QWidget& within, bool forward);
 
 // Whether the person uses the keyboard just now, not mouse or finger: then it is to be seen where the focus is.

@@ -5,7 +5,6 @@
 #include <QPainter>
 #include <QPointer>
 
-#include "platform/ui/Accessibility.h"
 #include "platform/ui/Focus.h"
 #include "platform/ui/Images.h"
 #include "platform/ui/Palette.h"
@@ -30,7 +29,6 @@ QPixmap dimmed(QPixmap image) {
 
 ImageButton::ImageButton(QWidget* parent)
     : QAbstractButton(parent), normalTitle_(palette::ink), highlightedTitle_(palette::ink) {
-    installAccessibility();
     setFocusPolicy(Qt::TabFocus);
 }
 

@@ -4,6 +4,12 @@
 
 namespace platform {
 
+QList<InputShield*> InputShield::shownIn(const QWidget* widget, Until until) {
+    QList<InputShield*> shields = widget->window()->findChildren<InputShield*>();
+    shields.removeIf([until](const InputShield* each) { return each->until_ != until || each->isHidden(); });
+    return shields;
+}
+
 bool InputShield::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::MouseButtonPress:

@@ -4,9 +4,9 @@
 #include <QPointer>
 #include <vector>
 
-#include "platform/ui/AlertView.h"
 #include "platform/ui/Focus.h"
 #include "platform/ui/HeldPress.h"
+#include "platform/ui/InputShield.h"
 #include "platform/ui/OnScreenKeyboard.h"
 #include "platform/ui/ScreenTransition.h"
 #include "platform/ui/ViewController.h"
@@ -44,7 +44,7 @@ struct NavigationController::Private {
     }
 
     void giveFocusTo(ViewController& screen) const {
-        if (!AlertView::shownIn(q).isEmpty()) return;
+        if (!InputShield::shownIn(q, InputShield::Until::answered).isEmpty()) return;
         QWidget* before = screen.d_->focus;
         if (before && before->isVisible()) {
             before->setFocus(Qt::OtherFocusReason);

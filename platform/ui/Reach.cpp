@@ -3,12 +3,13 @@
 #include <QWidget>
 
 #include "platform/ui/AlertView.h"
-#include "platform/ui/ScreenTransition.h"
+#include "platform/ui/InputShield.h"
 
 namespace platform {
 
 bool isWithinReach(const QWidget* widget) {
-    return widget->isVisible() && !ScreenTransition::runningIn(widget->window()) && !AlertView::isCovered(widget);
+    return widget->isVisible() && InputShield::shownIn(widget, InputShield::Until::motionEnds).isEmpty() &&
+           !AlertView::isCovered(widget);
 }
 
 }  // namespace platform

@@ -27,7 +27,7 @@ QPoint lowerPlace(bool sideways, const QSize& stage, double covered) {
 }  // namespace
 
 ScreenTransition::ScreenTransition(QWidget* stage, QWidget* leaving, QWidget* coming, Way way)
-    : InputShield(stage), leaving_(leaving), coming_(coming), way_(way) {
+    : InputShield(Until::motionEnds, stage), leaving_(leaving), coming_(coming), way_(way) {
     HeldPress::cancel(*leaving);
     place(0);
     show();
@@ -35,13 +35,6 @@ ScreenTransition::ScreenTransition(QWidget* stage, QWidget* leaving, QWidget* co
     (comingIsOnTop() ? coming : leaving)->raise();
     raise();
     qApp->installEventFilter(this);
-}
-
-ScreenTransition* ScreenTransition::runningIn(const QWidget* window) {
-    for (auto* transition : window->findChildren<ScreenTransition*>()) {
-        if (transition->isVisible()) return transition;
-    }
-    return nullptr;
 }
 
 void ScreenTransition::run(bool animated, std::function<void()> finished) {

@@ -17,9 +17,6 @@ public:
     // Shows `coming` at the place where it sets out from; both are children of `stage`.
     ScreenTransition(QWidget* stage, QWidget* leaving, QWidget* coming, Way way);
 
-    // The one that moves now, or nullptr.
-    static ScreenTransition* runningIn(const QWidget* window);
-
     // `finished` runs once both are where they belong and `leaving` is hidden.
     void run(bool animated, std::function<void()> finished);
     // Ends the motion now.

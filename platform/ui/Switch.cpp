@@ -5,7 +5,6 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "platform/ui/Accessibility.h"
 #include "platform/ui/Focus.h"
 #include "platform/ui/Palette.h"
 
@@ -44,7 +43,6 @@ void paintMarks(QPainter& painter, const QRectF& track, double knob) {
 }  // namespace
 
 Switch::Switch(QWidget* parent) : QAbstractButton(parent), knob_(this, [this] { update(); }) {
-    installAccessibility();
     setCheckable(true);
     setFocusPolicy(Qt::TabFocus);
     resize(sizeHint());

@@ -5,9 +5,8 @@
 #include <QScrollBar>
 #include <algorithm>
 
-#include "platform/ui/Accessibility.h"
-#include "platform/ui/AccessibleTable.h"
 #include "platform/ui/Focus.h"
+#include "platform/ui/TableAnnouncements.h"
 #include "platform/ui/TableViewPrivate.h"
 
 namespace platform {
@@ -43,7 +42,6 @@ TableView::Private::Private(TableView* table)
     : q(table), kinetic(table->verticalScrollBar()), thumb(new ScrollThumb(table->verticalScrollBar(), table)) {}
 
 TableView::TableView(QWidget* parent) : QAbstractScrollArea(parent), d_(std::make_unique<Private>(this)) {
-    installAccessibility();
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -187,10 +185,10 @@ void TableView::scrollToRow(IndexPath indexPath) {
 void TableView::setOnlyReachable(QWidget* partOfHeader) {
     d_->onlyReachable = partOfHeader;
     setFocusPolicy(partOfHeader ? Qt::NoFocus : Qt::StrongFocus);
-    TableAccessibility::rowsChanged(*this);
+    TableAnnouncements::rowsChanged(*this);
 }
 
-QWidget* TableView::reachableHeader() const {
+QWidget* TableView::partBefore() const {
     return d_->onlyReachable ? d_->onlyReachable : d_->header;
 }
 
@@ -198,16 +196,16 @@ bool TableView::areRowsReachable() const {
     return !d_->onlyReachable;
 }
 
-std::vector<TableViewCell*> TableView::reachableCells() const {
-    std::vector<TableViewCell*> cells;
+std::vector<QWidget*> TableView::partsAfter() const {
+    std::vector<QWidget*> cells;
     if (!areRowsReachable()) return cells;
     for (const auto& [path, cell] : d_->cells.shown()) cells.push_back(cell);
     return cells;
 }
 
-void TableView::bringIntoSight(const QWidget* control) {
-    if (const auto path = d_->cells.pathOf(control)) scrollToRow(*path);
-    if (d_->header && d_->header->isAncestorOf(control)) setContentOffset(0);
+void TableView::bringIntoSight(const QWidget* part) {
+    if (const auto path = d_->cells.pathOf(part)) scrollToRow(*path);
+    if (d_->header && d_->header->isAncestorOf(part)) setContentOffset(0);
 }
 
 bool TableView::endsRowEditing() {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/ui/FocusScope.h"
 #include "platform/ui/IndexPath.h"
 
 namespace platform {
@@ -79,7 +80,7 @@ private:
 // moves left on an editable row uncovers "Delete", one that stays selects the row. Wheel, scroll-bar thumb and the
 // keys Up, Down, Page Up, Page Down, Home, End scroll or move the current row; Return selects it, and so does Space,
 // which turns its switch if it has one; Delete uncovers "Delete" on it and a second Delete, or Return, confirms.
-class TableView : public QAbstractScrollArea {
+class TableView : public QAbstractScrollArea, public FocusScope {
     Q_OBJECT
 public:
     explicit TableView(QWidget* parent = nullptr);
@@ -131,9 +132,6 @@ public:
     // Scrolls as little as needed for the row to be wholly in sight, as far as the table is high enough.
     void scrollToRow(IndexPath indexPath);
 
-    // No row shows that it has the focus any more, until a key moves that.
-    void hideFocus();
-
     // Hides an uncovered "Delete" or ends the editing of a field in a row; returns whether there was one to end. What
     // Escape does first.
     bool endsRowEditing();
@@ -141,13 +139,16 @@ public:
     // While something lies over the table, only this part of its header view can be reached by keyboard and by
     // assistance; nullptr once nothing does.
     void setOnlyReachable(QWidget* partOfHeader);
-    // What can be reached: a part of the header view or all of it, the rows, and the cells with a row in sight or
-    // nearly.
-    QWidget* reachableHeader() const;
+    // Whether the rows can be reached, or only a part of the header view.
     bool areRowsReachable() const;
-    std::vector<TableViewCell*> reachableCells() const;
-    // Scrolls to what the keyboard is about to go to.
-    void bringIntoSight(const QWidget* control);
+
+    // The header view, or the part of it that can be reached.
+    QWidget* partBefore() const override;
+    // The cells with a row in sight or in the margin, from top to bottom.
+    std::vector<QWidget*> partsAfter() const override;
+    void bringIntoSight(const QWidget* part) override;
+    // No row shows that it has the focus any more, until a key moves that.
+    void hideFocus() override;
 
 protected:
     bool event(QEvent* event) override;
@@ -163,9 +164,7 @@ protected:
 private:
     void setNeedsReload();
 
-    friend class AccessibleCell;
-    friend class AccessibleRow;
-    friend class AccessibleRows;
+    friend class TableRows;
     struct Private;
     std::unique_ptr<Private> d_;
 };

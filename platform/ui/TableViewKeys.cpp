@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "platform/ui/AccessibleTable.h"
 #include "platform/ui/Switch.h"
+#include "platform/ui/TableAnnouncements.h"
 #include "platform/ui/TableViewPrivate.h"
 
 namespace platform {
@@ -81,7 +81,7 @@ void TableView::Private::moveCurrentTo(IndexPath path) {
 }
 
 void TableView::Private::tellCurrent() {
-    if (current && q->hasFocus()) TableAccessibility::rowFocused(*q, geometry.ordinal(*current));
+    if (current && q->hasFocus()) TableAnnouncements::rowFocused(*q, geometry.ordinal(*current));
 }
 
 // Space turns the row's switch; where there is none it does what Return does.
@@ -99,7 +99,7 @@ void TableView::Private::toggle(IndexPath path) {
     Switch* toggled = cell ? cell->accessorySwitch() : nullptr;
     if (!toggled || !toggled->isEnabled()) return;
     toggled->click();
-    TableAccessibility::rowToggled(*q, geometry.ordinal(path));
+    TableAnnouncements::rowToggled(*q, geometry.ordinal(path));
 }
 
 // The first press uncovers "Delete", the second one confirms.
@@ -114,7 +114,7 @@ void TableView::Private::deleteCurrent() {
     }
     uncover(cell);
     cell->glideAside(true);
-    TableAccessibility::rowDescribed(*q, geometry.ordinal(*current));
+    TableAnnouncements::rowDescribed(*q, geometry.ordinal(*current));
 }
 
 }  // namespace platform

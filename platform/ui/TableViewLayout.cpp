@@ -5,8 +5,8 @@
 #include <QScrollBar>
 #include <algorithm>
 
-#include "platform/ui/AccessibleTable.h"
 #include "platform/ui/Focus.h"
+#include "platform/ui/TableAnnouncements.h"
 #include "platform/ui/TableViewPrivate.h"
 
 namespace platform {
@@ -51,7 +51,7 @@ void TableView::Private::reload() {
         updateRange();
     }
     layout();
-    TableAccessibility::rowsChanged(*q);
+    TableAnnouncements::rowsChanged(*q);
 }
 
 void TableView::Private::readGeometry() {

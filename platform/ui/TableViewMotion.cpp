@@ -2,8 +2,8 @@
 #include <QGraphicsOpacityEffect>
 #include <QScopedValueRollback>
 
-#include "platform/ui/AccessibleTable.h"
 #include "platform/ui/AnimationClock.h"
+#include "platform/ui/TableAnnouncements.h"
 #include "platform/ui/TableViewPrivate.h"
 
 namespace platform {
@@ -70,7 +70,7 @@ void TableView::Private::changeRows(IndexPath path, int difference, RowAnimation
     next.rowShift = -difference * geometry.rowHeight(path.section);
     next.offsetShift = offsetBefore - offset();
     startMotion(next);
-    TableAccessibility::rowsChanged(*q);
+    TableAnnouncements::rowsChanged(*q);
 }
 
 void TableView::Private::startMotion(RowMotion next) {

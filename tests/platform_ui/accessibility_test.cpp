@@ -90,6 +90,7 @@ private:
 class AccessibilityTest : public testing::Test {
 protected:
     void SetUp() override {
+        installAccessibility();
         window.resize(320, 460);
         table = new TableView(&window);
         table->resize(window.size());
@@ -176,6 +177,7 @@ TEST_F(AccessibilityTest, AnAlertIsAllThereIs) {
 TEST(ScreenAccessibility, OnlyTheScreenThatIsSeenAndAtRestIsPressed) {
     constexpr std::pair all{true, true};
     constexpr std::pair none{false, false};
+    installAccessibility();
     auto root = std::make_unique<Screen>();
     auto next = std::make_unique<Screen>();
     Screen* const from = root.get();
@@ -214,6 +216,7 @@ TEST_F(AccessibilityTest, ASearchLeavesItsBarAndItsResults) {
 }
 
 TEST(TextFieldAccessibility, TextThatIsPutInCountsAsTypedAndDone) {
+    installAccessibility();
     struct Delegate : TextFieldDelegate {
         void didEndEditing(TextField& field) override { done.append(field.text()); }
         QStringList done;

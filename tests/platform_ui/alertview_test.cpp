@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include "platform/ui/Accessibility.h"
 #include "platform_ui/InstantClock.h"
 
 namespace {
@@ -324,6 +325,7 @@ TEST_F(AlertViewTest, IsReadAloud) {
     const InstantClock instant;
     AlertView* alert = make({text("No"), text("Yes")}, text("Delete?"));
     alert->show(&window);
+    platform::installAccessibility();
     const QAccessibleInterface* read = QAccessible::queryAccessibleInterface(alert);
     EXPECT_EQ(read->role(), QAccessible::AlertMessage);
     EXPECT_EQ(read->text(QAccessible::Name), text("Delete?"));

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QTest>
 
+#include "platform/ui/Accessibility.h"
 #include "platform/ui/Images.h"
 #include "resources/Resources.h"
 
@@ -62,6 +63,7 @@ TEST_F(ImageButtonTest, AnswersToTheKeyboardAndToAssistance) {
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) QTest::keyClick(button, key);
     EXPECT_EQ(clicks, 3);
     button->setAccessibleName(text("Back"));
+    platform::installAccessibility();
     QAccessibleInterface* read = QAccessible::queryAccessibleInterface(button);
     EXPECT_EQ(read->role(), QAccessible::Button);
     EXPECT_EQ(read->text(QAccessible::Name), text("Back"));

@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QTest>
 
+#include "platform/ui/Accessibility.h"
 #include "platform/ui/HeldPress.h"
 #include "platform_ui/InstantClock.h"
 
@@ -107,6 +108,7 @@ TEST_F(SwitchTest, AnswersToTheKeyboardAndToAssistance) {
         expected = !expected;
         EXPECT_EQ(toggle->isOn(), expected);
     }
+    platform::installAccessibility();
     QAccessibleInterface* read = QAccessible::queryAccessibleInterface(toggle);
     EXPECT_EQ(read->role(), QAccessible::CheckBox);
     EXPECT_TRUE(read->state().checked);
