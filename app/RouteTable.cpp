@@ -1,7 +1,7 @@
 #include "app/RouteTable.h"
 
 #include "platform/system/Device.h"
-#include "platform/ui/NavigationController.h"
+#include "platform/ui/navigation/NavigationController.h"
 #include "screens/apps/VxmAppChooserControllerViewController.h"
 #include "screens/apps/VxmAppViewController.h"
 #include "screens/apps/VxmMainViewController.h"

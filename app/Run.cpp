@@ -7,7 +7,7 @@
 #include "app/Termination.h"
 #include "app/VxmAppDelegate.h"
 #include "platform/system/Fonts.h"
-#include "platform/ui/Images.h"
+#include "platform/ui/drawing/Images.h"
 #include "resources/Resources.h"
 #include "views/Chrome.h"
 #include "views/Palette.h"

@@ -7,8 +7,8 @@
 
 #include "app/RouteTable.h"
 #include "platform/system/Device.h"
-#include "platform/ui/Accessibility.h"
-#include "platform/ui/NavigationController.h"
+#include "platform/ui/accessibility/Accessibility.h"
+#include "platform/ui/navigation/NavigationController.h"
 #include "screens/apps/VxmMainViewController.h"
 
 namespace app {

@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <cmath>
 
-#include "platform/ui/Images.h"
+#include "platform/ui/drawing/Images.h"
 
 namespace views {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ui/Palette.h"
+#include "platform/ui/drawing/Palette.h"
 
 namespace views::palette {
 

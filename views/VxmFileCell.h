@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ui/TableViewCell.h"
+#include "platform/ui/table/TableViewCell.h"
 
 class QLabel;
 

@@ -2,8 +2,8 @@
 
 #include <QLabel>
 
-#include "platform/ui/ImageButton.h"
-#include "platform/ui/NavigationController.h"
+#include "platform/ui/controls/ImageButton.h"
+#include "platform/ui/navigation/NavigationController.h"
 #include "views/Chrome.h"
 #include "views/Label.h"
 #include "views/Palette.h"

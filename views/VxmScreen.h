@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ui/ViewController.h"
+#include "platform/ui/navigation/ViewController.h"
 
 namespace platform {
 class ImageButton;

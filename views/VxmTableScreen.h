@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ui/TableView.h"
+#include "platform/ui/table/TableView.h"
 #include "views/VxmScreen.h"
 
 namespace views {

@@ -10,11 +10,11 @@
 #include "benchmarks/workers/Events.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/FixedNetwork.h"
-#include "platform/ui/AlertView.h"
-#include "platform/ui/AnimationClock.h"
-#include "platform/ui/NavigationController.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/motion/AnimationClock.h"
+#include "platform/ui/navigation/NavigationController.h"
+#include "platform/ui/navigation/ViewController.h"
+#include "platform/ui/table/TableView.h"
 #include "resources/Resources.h"
 
 #include <QPushButton>

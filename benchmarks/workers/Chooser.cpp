@@ -10,8 +10,8 @@
 #include "benchmarks/workers/App.h"
 #include "benchmarks/workers/Events.h"
 #include "benchmarks/workers/Workers.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/navigation/ViewController.h"
+#include "platform/ui/table/TableView.h"
 
 namespace bench {
 

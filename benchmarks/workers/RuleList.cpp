@@ -8,10 +8,10 @@
 #include "benchmarks/workers/Events.h"
 #include "benchmarks/workers/Watchdog.h"
 #include "benchmarks/workers/Workers.h"
-#include "platform/ui/AnimationClock.h"
-#include "platform/ui/SearchDisplayController.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/motion/AnimationClock.h"
+#include "platform/ui/navigation/ViewController.h"
+#include "platform/ui/search/SearchDisplayController.h"
+#include "platform/ui/table/TableView.h"
 
 namespace bench {
 

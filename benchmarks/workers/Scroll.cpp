@@ -7,9 +7,9 @@
 #include "benchmarks/workers/App.h"
 #include "benchmarks/workers/Events.h"
 #include "benchmarks/workers/Workers.h"
-#include "platform/ui/AnimationClock.h"
-#include "platform/ui/ScrollThumb.h"
-#include "platform/ui/TableView.h"
+#include "platform/ui/controls/ScrollThumb.h"
+#include "platform/ui/motion/AnimationClock.h"
+#include "platform/ui/table/TableView.h"
 
 namespace bench {
 

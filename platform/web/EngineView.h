@@ -3,7 +3,7 @@
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 
-#include "platform/ui/WebView.h"
+#include "platform/ui/web/WebView.h"
 
 class QWebEngineNewWindowRequest;
 class QWebEngineView;

@@ -4,7 +4,7 @@
 
 #include "catalog/VxmAppList.h"
 #include "platform/system/ApplicationList.h"
-#include "platform/ui/TableView.h"
+#include "platform/ui/table/TableView.h"
 #include "store/text/Search.h"
 #include "views/Chrome.h"
 #include "views/IconView.h"

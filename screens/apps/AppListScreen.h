@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "catalog/IconQueue.h"
-#include "platform/ui/SearchDisplayController.h"
+#include "platform/ui/search/SearchDisplayController.h"
 #include "store/sorting/Ordering.h"
 #include "views/VxmTableScreen.h"
 

@@ -1,7 +1,7 @@
 #include "screens/apps/VxmAppChooserControllerViewController.h"
 
 #include "catalog/VxmAppList.h"
-#include "platform/ui/TableView.h"
+#include "platform/ui/table/TableView.h"
 #include "screens/apps/VxmMainViewController.h"
 #include "store/ConfigurationStore.h"
 #include "store/Schema.h"

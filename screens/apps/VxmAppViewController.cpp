@@ -1,7 +1,7 @@
 #include "screens/apps/VxmAppViewController.h"
 
-#include "platform/ui/Switch.h"
-#include "platform/ui/TableView.h"
+#include "platform/ui/controls/Switch.h"
+#include "platform/ui/table/TableView.h"
 #include "screens/apps/AppRoutes.h"
 #include "screens/rules/VxmRuleCell.h"
 #include "store/ConfigurationStore.h"

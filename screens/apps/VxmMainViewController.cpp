@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "catalog/VxmAppList.h"
-#include "platform/ui/AlertView.h"
-#include "platform/ui/TableView.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/table/TableView.h"
 #include "screens/apps/AppRoutes.h"
 #include "store/ConfigurationStore.h"
 #include "store/Schema.h"

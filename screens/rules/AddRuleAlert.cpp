@@ -1,7 +1,7 @@
 #include "screens/rules/AddRuleAlert.h"
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/TextField.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/controls/TextField.h"
 #include "screens/rules/Examples.h"
 #include "views/Chrome.h"
 #include "views/IconView.h"

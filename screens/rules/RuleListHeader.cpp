@@ -1,6 +1,6 @@
 #include "screens/rules/RuleListHeader.h"
 
-#include "platform/ui/SearchDisplayController.h"
+#include "platform/ui/search/SearchDisplayController.h"
 #include "screens/rules/SortSelector.h"
 
 namespace screens {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
-#include "platform/ui/ImageButton.h"
-#include "platform/ui/TableView.h"
+#include "platform/ui/controls/ImageButton.h"
+#include "platform/ui/table/TableView.h"
 #include "screens/rules/AddRuleAlert.h"
 #include "screens/rules/RuleListHeader.h"
 #include "screens/rules/SortSelector.h"

@@ -5,9 +5,9 @@
 #include <memory>
 #include <vector>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/SearchDisplayController.h"
-#include "platform/ui/TextField.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/controls/TextField.h"
+#include "platform/ui/search/SearchDisplayController.h"
 #include "screens/rules/DateFormatter.h"
 #include "store/rules/RuleList.h"
 #include "store/sorting/Ordering.h"

@@ -3,8 +3,8 @@
 #include <QPainter>
 #include <QTimer>
 
-#include "platform/ui/ImageButton.h"
-#include "platform/ui/Images.h"
+#include "platform/ui/controls/ImageButton.h"
+#include "platform/ui/drawing/Images.h"
 #include "views/Chrome.h"
 #include "views/Palette.h"
 

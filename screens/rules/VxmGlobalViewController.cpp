@@ -1,6 +1,6 @@
 #include "screens/rules/VxmGlobalViewController.h"
 
-#include "platform/ui/TableView.h"
+#include "platform/ui/table/TableView.h"
 #include "screens/rules/Examples.h"
 #include "screens/rules/RuleRoutes.h"
 #include "store/ConfigurationStore.h"

@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-#include "platform/ui/TextField.h"
+#include "platform/ui/controls/TextField.h"
 #include "views/Chrome.h"
 #include "views/Label.h"
 #include "views/Palette.h"

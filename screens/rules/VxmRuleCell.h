@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "platform/ui/TableViewCell.h"
+#include "platform/ui/table/TableViewCell.h"
 
 class QLabel;
 

@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-#include "platform/ui/ImageButton.h"
+#include "platform/ui/controls/ImageButton.h"
 #include "views/Chrome.h"
 #include "views/Label.h"
 #include "views/Palette.h"

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/ui/ImageButton.h"
+#include "platform/ui/controls/ImageButton.h"
 #include "screens/settings/DirectoryListing.h"
 #include "views/VxmFileCell.h"
 #include "views/VxmNavBarView.h"

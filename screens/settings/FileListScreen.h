@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/AlertView.h"
+#include "platform/ui/alert/AlertView.h"
 #include "views/VxmTableScreen.h"
 
 namespace screens {

@@ -12,7 +12,7 @@
 #include <limits>
 #include <utility>
 
-#include "platform/ui/ScrollThumb.h"
+#include "platform/ui/controls/ScrollThumb.h"
 #include "screens/settings/LogRows.h"
 #include "screens/settings/LogTextAccessibility.h"
 #include "views/Palette.h"

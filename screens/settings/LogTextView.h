@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/ui/KineticScroller.h"
+#include "platform/ui/motion/KineticScroller.h"
 #include "screens/settings/CharacterWidths.h"
 #include "screens/settings/LogText.h"
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <system_error>
 
-#include "platform/ui/ImageButton.h"
+#include "platform/ui/controls/ImageButton.h"
 #include "screens/settings/ExportPanel.h"
 #include "store/ConfigurationStore.h"
 #include "store/Schema.h"

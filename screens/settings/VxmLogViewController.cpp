@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "platform/ui/ImageButton.h"
+#include "platform/ui/controls/ImageButton.h"
 #include "screens/settings/LogTextView.h"
 #include "store/ConfigurationStore.h"
 #include "store/files/FileReading.h"

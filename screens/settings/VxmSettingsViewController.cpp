@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "platform/ui/Switch.h"
-#include "platform/ui/TableView.h"
+#include "platform/ui/controls/Switch.h"
+#include "platform/ui/table/TableView.h"
 #include "screens/rules/VxmRuleCell.h"
 #include "screens/settings/Reachability.h"
 #include "screens/settings/SettingsRoutes.h"

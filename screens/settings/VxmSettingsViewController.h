@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "platform/ui/AlertView.h"
+#include "platform/ui/alert/AlertView.h"
 #include "views/VxmTableScreen.h"
 
 namespace platform {

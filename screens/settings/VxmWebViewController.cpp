@@ -2,7 +2,7 @@
 
 #include <QUrl>
 
-#include "platform/ui/ImageButton.h"
+#include "platform/ui/controls/ImageButton.h"
 #include "views/Chrome.h"
 #include "views/Palette.h"
 #include "views/VxmNavBarView.h"

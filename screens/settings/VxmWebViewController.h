@@ -3,8 +3,8 @@
 #include <QPointer>
 #include <functional>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/WebView.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/web/WebView.h"
 #include "views/VxmScreen.h"
 
 class QUrl;

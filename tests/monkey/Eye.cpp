@@ -9,9 +9,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/ui/TableView.h"
-#include "platform/ui/TableViewCell.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/navigation/ViewController.h"
+#include "platform/ui/table/TableView.h"
+#include "platform/ui/table/TableViewCell.h"
 
 namespace monkey::Eye {
 

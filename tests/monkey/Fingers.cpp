@@ -13,8 +13,8 @@
 #include <utility>
 
 #include "monkey/Journal.h"
-#include "platform/ui/AlertView.h"
-#include "platform/ui/TableViewCell.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/table/TableViewCell.h"
 
 namespace monkey {
 

@@ -7,11 +7,11 @@
 #include "monkey/Clock.h"
 #include "monkey/Eye.h"
 #include "monkey/Journal.h"
-#include "platform/ui/AnimationClock.h"
-#include "platform/ui/NavigationController.h"
-#include "platform/ui/Switch.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TableViewCell.h"
+#include "platform/ui/controls/Switch.h"
+#include "platform/ui/motion/AnimationClock.h"
+#include "platform/ui/navigation/NavigationController.h"
+#include "platform/ui/table/TableView.h"
+#include "platform/ui/table/TableViewCell.h"
 #include "screens/settings/VxmSettingsViewController.h"
 
 namespace monkey {

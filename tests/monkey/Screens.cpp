@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/ui/NavigationController.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/navigation/NavigationController.h"
+#include "platform/ui/navigation/ViewController.h"
 #include "screens/apps/VxmAppViewController.h"
 #include "screens/rules/VxmAppRulesViewController.h"
 #include "screens/settings/VxmGlobalImportViewController.h"

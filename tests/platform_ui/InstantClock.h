@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ui/AnimationClock.h"
+#include "platform/ui/motion/AnimationClock.h"
 
 // Makes every animation instant as long as it lives.
 class InstantClock {

@@ -6,16 +6,16 @@
 #include <QLabel>
 #include <QTest>
 
-#include "platform/ui/Accessibility.h"
-#include "platform/ui/AlertView.h"
-#include "platform/ui/ImageButton.h"
-#include "platform/ui/NavigationController.h"
-#include "platform/ui/SearchDisplayController.h"
-#include "platform/ui/Switch.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TableViewCell.h"
-#include "platform/ui/TextField.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/accessibility/Accessibility.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/controls/ImageButton.h"
+#include "platform/ui/controls/Switch.h"
+#include "platform/ui/controls/TextField.h"
+#include "platform/ui/navigation/NavigationController.h"
+#include "platform/ui/navigation/ViewController.h"
+#include "platform/ui/search/SearchDisplayController.h"
+#include "platform/ui/table/TableView.h"
+#include "platform/ui/table/TableViewCell.h"
 #include "platform_ui/InstantClock.h"
 
 namespace {

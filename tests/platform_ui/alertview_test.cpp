@@ -1,4 +1,4 @@
-#include "platform/ui/AlertView.h"
+#include "platform/ui/alert/AlertView.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <QScrollBar>
 #include <QTest>
 
-#include "platform/ui/Accessibility.h"
+#include "platform/ui/accessibility/Accessibility.h"
 #include "platform_ui/InstantClock.h"
 
 namespace {
@@ -46,6 +46,7 @@ struct Delegate : platform::AlertViewDelegate {
 class AlertViewTest : public testing::Test {
 protected:
     void SetUp() override {
+        platform::installAccessibility();
         window.resize(320, 460);
         below = new QPushButton(&window);
         below->setGeometry(0, 0, 320, 460);
@@ -325,7 +326,6 @@ TEST_F(AlertViewTest, IsReadAloud) {
     const InstantClock instant;
     AlertView* alert = make({text("No"), text("Yes")}, text("Delete?"));
     alert->show(&window);
-    platform::installAccessibility();
     const QAccessibleInterface* read = QAccessible::queryAccessibleInterface(alert);
     EXPECT_EQ(read->role(), QAccessible::AlertMessage);
     EXPECT_EQ(read->text(QAccessible::Name), text("Delete?"));

@@ -1,4 +1,4 @@
-#include "platform/ui/ImageButton.h"
+#include "platform/ui/controls/ImageButton.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <QDir>
 #include <QTest>
 
-#include "platform/ui/Accessibility.h"
-#include "platform/ui/Images.h"
+#include "platform/ui/accessibility/Accessibility.h"
+#include "platform/ui/drawing/Images.h"
 #include "resources/Resources.h"
 
 namespace {
@@ -22,6 +22,7 @@ QString text(const char* latin) {
 class ImageButtonTest : public testing::Test {
 protected:
     ImageButtonTest() : button(new ImageButton(&window)) {
+        platform::installAccessibility();
         window.resize(200, 100);
         button->setGeometry(0, 0, 52, 46);
         button->setImage(text("BackButton"));
@@ -63,7 +64,6 @@ TEST_F(ImageButtonTest, AnswersToTheKeyboardAndToAssistance) {
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) QTest::keyClick(button, key);
     EXPECT_EQ(clicks, 3);
     button->setAccessibleName(text("Back"));
-    platform::installAccessibility();
     QAccessibleInterface* read = QAccessible::queryAccessibleInterface(button);
     EXPECT_EQ(read->role(), QAccessible::Button);
     EXPECT_EQ(read->text(QAccessible::Name), text("Back"));

@@ -1,4 +1,4 @@
-#include "platform/ui/NavigationController.h"
+#include "platform/ui/navigation/NavigationController.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 #include <QTest>
 #include <functional>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/navigation/ViewController.h"
 #include "platform_ui/InstantClock.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // Searching by keyboard and mouse.
-#include "platform/ui/SearchDisplayController.h"
+#include "platform/ui/search/SearchDisplayController.h"
 
 #include <gtest/gtest.h>
 
@@ -8,9 +8,9 @@
 #include <QScrollBar>
 #include <QtTest/QTest>
 
-#include "platform/ui/AnimationClock.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TableViewCell.h"
+#include "platform/ui/motion/AnimationClock.h"
+#include "platform/ui/table/TableView.h"
+#include "platform/ui/table/TableViewCell.h"
 
 namespace {
 

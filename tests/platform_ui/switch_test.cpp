@@ -1,12 +1,12 @@
-#include "platform/ui/Switch.h"
+#include "platform/ui/controls/Switch.h"
 
 #include <gtest/gtest.h>
 
 #include <QAccessible>
 #include <QTest>
 
-#include "platform/ui/Accessibility.h"
-#include "platform/ui/HeldPress.h"
+#include "platform/ui/accessibility/Accessibility.h"
+#include "platform/ui/input/HeldPress.h"
 #include "platform_ui/InstantClock.h"
 
 namespace {
@@ -16,6 +16,7 @@ using platform::Switch;
 class SwitchTest : public testing::Test {
 protected:
     SwitchTest() : toggle(new Switch(&window)) {
+        platform::installAccessibility();
         window.resize(200, 100);
         toggle->setGeometry(50, 30, 51, 31);
         QObject::connect(toggle, &Switch::valueChanged, &window, [this](Switch* sender) {
@@ -108,7 +109,6 @@ TEST_F(SwitchTest, AnswersToTheKeyboardAndToAssistance) {
         expected = !expected;
         EXPECT_EQ(toggle->isOn(), expected);
     }
-    platform::installAccessibility();
     QAccessibleInterface* read = QAccessible::queryAccessibleInterface(toggle);
     EXPECT_EQ(read->role(), QAccessible::CheckBox);
     EXPECT_TRUE(read->state().checked);

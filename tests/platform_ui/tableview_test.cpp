@@ -1,5 +1,5 @@
 // The table under real presses, drags, wheels and keys.
-#include "platform/ui/TableView.h"
+#include "platform/ui/table/TableView.h"
 
 #include <gtest/gtest.h>
 
@@ -10,10 +10,10 @@
 #include <QtTest/QTest>
 #include <functional>
 
-#include "platform/ui/AnimationClock.h"
-#include "platform/ui/HeldPress.h"
-#include "platform/ui/Switch.h"
-#include "platform/ui/TableViewCell.h"
+#include "platform/ui/controls/Switch.h"
+#include "platform/ui/input/HeldPress.h"
+#include "platform/ui/motion/AnimationClock.h"
+#include "platform/ui/table/TableViewCell.h"
 
 namespace {
 

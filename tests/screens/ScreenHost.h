@@ -12,13 +12,13 @@
 #include <utility>
 #include <vector>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/AnimationClock.h"
-#include "platform/ui/ImageButton.h"
-#include "platform/ui/NavigationController.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TableViewCell.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/controls/ImageButton.h"
+#include "platform/ui/motion/AnimationClock.h"
+#include "platform/ui/navigation/NavigationController.h"
+#include "platform/ui/navigation/ViewController.h"
+#include "platform/ui/table/TableView.h"
+#include "platform/ui/table/TableViewCell.h"
 #include "store/ConfigurationStore.h"
 #include "store/NotifyCenter.h"
 #include "store/plist/PropertyListFile.h"

@@ -12,8 +12,8 @@
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
 #include "platform/system/FixedNetwork.h"
-#include "platform/ui/AlertView.h"
-#include "platform/ui/SearchDisplayController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/search/SearchDisplayController.h"
 #include "store/NotifyCenter.h"
 
 namespace {

@@ -11,8 +11,8 @@
 
 #include "catalog/VxmAppList.h"
 #include "platform/system/DesktopApplicationList.h"
-#include "platform/ui/SearchDisplayController.h"
-#include "platform/ui/TableView.h"
+#include "platform/ui/search/SearchDisplayController.h"
+#include "platform/ui/table/TableView.h"
 #include "screens/apps/AppListScreen.h"
 #include "screens/apps/VxmMainViewController.h"
 #include "support/TestDevice.h"

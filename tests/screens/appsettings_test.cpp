@@ -1,9 +1,9 @@
 // One app's settings: every state and transition of the switches, and what each leaves in the file.
 #include <gtest/gtest.h>
 
-#include "platform/ui/Switch.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TableViewCell.h"
+#include "platform/ui/controls/Switch.h"
+#include "platform/ui/table/TableView.h"
+#include "platform/ui/table/TableViewCell.h"
 #include "screens/apps/VxmAppViewController.h"
 #include "store/Schema.h"
 #include "support/TestDevice.h"

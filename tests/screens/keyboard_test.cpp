@@ -6,11 +6,11 @@
 #include <QTest>
 #include <QWindow>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/Focus.h"
-#include "platform/ui/SearchDisplayController.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/input/Focus.h"
+#include "platform/ui/navigation/ViewController.h"
+#include "platform/ui/search/SearchDisplayController.h"
+#include "platform/ui/table/TableView.h"
 #include "store/Schema.h"
 #include "store/rules/RuleList.h"
 #include "support/TestDevice.h"

@@ -4,11 +4,11 @@
 #include <QTest>
 
 #include "platform/system/DesktopApplicationList.h"
-#include "platform/ui/AlertView.h"
-#include "platform/ui/ImageButton.h"
-#include "platform/ui/NavigationController.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TableViewCell.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/controls/ImageButton.h"
+#include "platform/ui/navigation/NavigationController.h"
+#include "platform/ui/table/TableView.h"
+#include "platform/ui/table/TableViewCell.h"
 #include "screens/apps/VxmAppChooserControllerViewController.h"
 #include "screens/apps/VxmMainViewController.h"
 #include "store/Schema.h"

@@ -8,10 +8,10 @@
 #include <QWindow>
 #include <functional>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TextField.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/controls/TextField.h"
+#include "platform/ui/navigation/ViewController.h"
+#include "platform/ui/table/TableView.h"
 #include "support/TestDevice.h"
 
 namespace {

@@ -11,11 +11,11 @@
 #include <QTest>
 #include <algorithm>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/ImageButton.h"
-#include "platform/ui/SearchDisplayController.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TextField.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/controls/ImageButton.h"
+#include "platform/ui/controls/TextField.h"
+#include "platform/ui/search/SearchDisplayController.h"
+#include "platform/ui/table/TableView.h"
 #include "screens/rules/RuleListHeader.h"
 #include "screens/rules/RuleListScreen.h"
 #include "screens/rules/SortSelector.h"

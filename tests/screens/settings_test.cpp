@@ -4,7 +4,7 @@
 #include <QStringList>
 
 #include "platform/system/FixedNetwork.h"
-#include "platform/ui/Switch.h"
+#include "platform/ui/controls/Switch.h"
 #include "screens/ScreenHost.h"
 #include "screens/rules/VxmRuleCell.h"
 #include "screens/settings/SettingsRoutes.h"

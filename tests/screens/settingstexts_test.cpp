@@ -11,8 +11,8 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/navigation/ViewController.h"
 #include "screens/settings/LogTextView.h"
 #include "support/TestDevice.h"
 

@@ -7,8 +7,8 @@
 #include <functional>
 #include <vector>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/navigation/ViewController.h"
 #include "support/TestDevice.h"
 #include "views/VxmNavBarView.h"
 

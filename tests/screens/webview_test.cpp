@@ -13,10 +13,10 @@
 #include <array>
 #include <vector>
 
-#include "platform/ui/AlertView.h"
-#include "platform/ui/AnimationClock.h"
-#include "platform/ui/ImageButton.h"
-#include "platform/ui/NavigationController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/controls/ImageButton.h"
+#include "platform/ui/motion/AnimationClock.h"
+#include "platform/ui/navigation/NavigationController.h"
 #include "resources/Resources.h"
 #include "screens/settings/VxmWebViewController.h"
 #include "views/Chrome.h"

@@ -10,12 +10,12 @@
 #include <sstream>
 
 #include "platform/system/DesktopApplicationList.h"
-#include "platform/ui/AlertView.h"
-#include "platform/ui/AnimationClock.h"
-#include "platform/ui/NavigationController.h"
-#include "platform/ui/TableView.h"
-#include "platform/ui/TableViewCell.h"
-#include "platform/ui/ViewController.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/motion/AnimationClock.h"
+#include "platform/ui/navigation/NavigationController.h"
+#include "platform/ui/navigation/ViewController.h"
+#include "platform/ui/table/TableView.h"
+#include "platform/ui/table/TableViewCell.h"
 #include "resources/Resources.h"
 
 namespace fs = std::filesystem;

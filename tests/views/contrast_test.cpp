@@ -6,7 +6,7 @@
 #include <QPixmap>
 #include <cmath>
 
-#include "platform/ui/Images.h"
+#include "platform/ui/drawing/Images.h"
 #include "resources/Resources.h"
 #include "views/Palette.h"
 

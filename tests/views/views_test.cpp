@@ -8,8 +8,8 @@
 #include <QTest>
 #include <functional>
 
-#include "platform/ui/ImageButton.h"
-#include "platform/ui/TextField.h"
+#include "platform/ui/controls/ImageButton.h"
+#include "platform/ui/controls/TextField.h"
 #include "screens/rules/VxmRuleCell.h"
 #include "views/Chrome.h"
 #include "views/IconView.h"
