@@ -21,6 +21,7 @@ option_value() {
 is_seconds() { [[ $1 =~ ^[1-9][0-9]{0,6}$ ]]; }
 
 source scripts/progress.sh
+source scripts/sysroot.sh
 
 # packages GROUP...: the packages of these groups of packaging/packages.txt, one a line.
 packages() {
@@ -37,6 +38,17 @@ missing_packages() {
         sed -n 's/ installed$//p' | sort -u)
 }
 
+# apt LOG ARGUMENT...: apt-get, after the words of the caller's `as_root`; says how far it is, and what goes wrong in LOG.
+apt() {
+    local log=$1; shift
+    # apt must have the pipe of its status to itself, since it makes it a non-blocking one; and sudo passes none on.
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive bash -o pipefail -c \
+        'apt-get -qq -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 -o APT::Status-Fd=3 "$@" 3>&1 >&2 | cat' \
+        apt "$@" 2>"$log" |
+        sed -unE 's/^dlstatus:[^:]*:([0-9]+)[^:]*:/\tdownloading packages\t\1\t/p
+                  s/^pmstatus:[^:]*:([0-9]+)[^:]*:/\tinstalling packages\t\1\t/p' | progress
+}
+
 # ensure_packages GROUP...: installs what is missing; says nothing when nothing is.
 ensure_packages() {
     command -v dpkg-query >/dev/null && command -v apt-get >/dev/null ||
@@ -49,17 +61,9 @@ ensure_packages() {
         as_root=(sudo)
     fi
     say "installing ${missing[*]}"
-    # apt must have the pipe of its status to itself, since it makes it a non-blocking one; and sudo passes none on.
-    apt() {
-        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive bash -o pipefail -c \
-            'apt-get -qq -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 -o APT::Status-Fd=3 "$@" 3>&1 >&2 | cat' \
-            apt "$@" 2>"$log" |
-            sed -unE 's/^dlstatus:[^:]*:([0-9]+)[^:]*:/\tdownloading packages\t\1\t/p
-                      s/^pmstatus:[^:]*:([0-9]+)[^:]*:/\tinstalling packages\t\1\t/p' | progress
-    }
     local log; log=$(mktemp)
-    apt update 2>/dev/null || true  # a source of the machine's own may be out of reach; what counts is whether the packages come
-    if ! apt install -y --no-install-recommends "${missing[@]}"; then
+    apt "$log" update 2>/dev/null || true  # a source of the machine's own may be out of reach; what counts is whether the packages come
+    if ! apt "$log" install -y --no-install-recommends "${missing[@]}"; then
         local reason; reason=$(grep -m1 '^dpkg: error' "$log" || grep -m1 '^E:' "$log" || tail -n1 "$log"); rm -f "$log"
         fail "could not install ${missing[*]} (${reason:-apt-get failed})"
     fi
@@ -72,6 +76,8 @@ groups_of() {
         release) echo build ;;
         bench) echo build bench ;;
         fuzz) echo build fuzz ;;
+        arm64) echo build arm64 ;;
+        arm64-debug) echo build test assistance arm64 emulator ;;
         *) echo build test assistance ;;
     esac
 }
@@ -83,6 +89,7 @@ build() {
     # shellcheck disable=SC2046
     ensure_packages $(groups_of "$preset")
     mkdir -p build 2>/dev/null && [ -w build ] || fail "cannot write to $PWD/build"
+    [[ $preset != arm64* ]] || ensure_sysroot arm64
     say "building $preset"
     local log; log=$(mktemp)
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; rm -f "$log"; fail "configuring $preset failed"; }
