@@ -73,7 +73,8 @@ TEST(PropertyListReading, Accepts) {
          "<key>a</key><array/>"},
         {"references", wrapped("<key>&#97;</key><string>&lt;&gt;&amp;&quot;&apos;&#x1F600;&#00013;</string>"),
          "<key>a</key><string>&lt;&gt;&amp;\"'\U0001F600&#13;</string>"},
-        {"a carriage return", wrapped("<key>a</key><string>1\r2</string>"), "<key>a</key><string>1&#13;2</string>"},
+        {"a carriage return and the end of a section", wrapped("<key>a</key><string>1\r2]]></string>"),
+         "<key>a</key><string>1&#13;2]]&gt;</string>"},
         {"empty elements", wrapped("<key/><string/><key>a</key><data/><key>b</key><dict></dict>"),
          "<key></key><string></string><key>a</key><data></data><key>b</key><dict/>"},
         {"Booleans with room inside", wrapped("<key>a</key><true></true><key>b</key><false> </false>"),
@@ -86,10 +87,10 @@ TEST(PropertyListReading, Accepts) {
          "<key>a</key><date>2000-02-29T23:59:59Z</date><key>b</key><date>0001-01-01T00:00:00Z</date>"},
         {"integers",
          wrapped("<key>a</key><integer> -9223372036854775808 </integer><key>b</key><integer>0xfF</integer>"
-                 "<key>c</key><integer>+7</integer><key>d</key><integer>18446744073709551615</integer>"
+                 "<key>c</key><integer>-0x7</integer><key>d</key><integer>18446744073709551615</integer>"
                  "<key>e</key><integer><!-- -->1<![CDATA[2]]></integer>"),
          "<key>a</key><integer>-9223372036854775808</integer><key>b</key><integer>255</integer>"
-         "<key>c</key><integer>7</integer><key>d</key><integer>18446744073709551615</integer>"
+         "<key>c</key><integer>-7</integer><key>d</key><integer>18446744073709551615</integer>"
          "<key>e</key><integer>12</integer>"},
         {"reals",
          wrapped("<key>a</key><real> -1.5e3 </real><key>b</key><real>NaN</real><key>c</key><real>-inf</real>"
@@ -222,6 +223,7 @@ TEST(PropertyListReading, Rejects) {
         {value("<integer></integer>"), badInteger, "</integer>"},
         {value("<real>one</real>"), badReal, "one"},
         {value("<real>+-1</real>"), badReal, "+-1"},
+        {value("<real>0x1p3</real>"), badReal, "0x1p3"},
         {value("<real>1e999</real>"), badReal, "1e999"},
         {value("<real/>"), badReal, "</dict>"},
         {value("<data>!!!!</data>"), badData, "!!!!"},

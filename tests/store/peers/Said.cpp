@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "store/plist/PropertyList.h"
 
 namespace store {
 
-namespace said {
+namespace {
 
 std::string hexadecimal(std::string_view bytes) {
     constexpr std::string_view digits = "0123456789abcdef";
@@ -29,19 +31,11 @@ std::string real(double real) {
     return "r" + hexadecimal(bytes);
 }
 
-std::string integer(std::uint64_t integer) {
-    return "i" + std::to_string(integer);
-}
-
 std::string list(char open, const std::vector<std::string>& elements, char close) {
     std::string text(1, open);
     for (const std::string& element : elements) text += (text.size() > 1 ? "," : "") + element;
     return text + close;
 }
-
-}  // namespace said
-
-namespace {
 
 // A number that has no sign of its own is found in its text.
 std::uint64_t integerOf(const Value& value) {
@@ -56,32 +50,31 @@ std::string saidBy(const Value& value) {
     std::vector<std::string> elements;
     switch (value.kind()) {
         case Kind::string:
-            return "s" + said::hexadecimal(*value.string());
+            return "s" + hexadecimal(*value.string());
         case Kind::boolean:
             return *value.boolean() ? "yes" : "no";
         case Kind::date:
             return "d" + std::to_string(value.date()->time_since_epoch().count());
         case Kind::integer:
-            return said::integer(integerOf(value));
+            return "i" + std::to_string(integerOf(value));
         case Kind::real:
-            return said::real(*value.real());
+            return real(*value.real());
         case Kind::data: {
             const auto data = *value.data();
-            return "x" + said::hexadecimal({reinterpret_cast<const char*>(data.data()), data.size()});
+            return "x" + hexadecimal({reinterpret_cast<const char*>(data.data()), data.size()});
         }
         case Kind::array: {
             const Array array = *value.array();
             for (const Value& element : array) elements.push_back(saidBy(element));
-            return said::list('[', elements, ']');
+            return list('[', elements, ']');
         }
         case Kind::dictionary:
             break;
     }
     const Dictionary dictionary = *value.dictionary();
-    for (const auto& [key, element] : dictionary)
-        elements.push_back("s" + said::hexadecimal(key) + "=" + saidBy(element));
+    for (const auto& [key, element] : dictionary) elements.push_back("s" + hexadecimal(key) + "=" + saidBy(element));
     std::sort(elements.begin(), elements.end());
-    return said::list('{', elements, '}');
+    return list('{', elements, '}');
 }
 
 }  // namespace store
