@@ -108,6 +108,9 @@ TEST_F(SwitchTest, AnswersToTheKeyboardAndToAssistance) {
         QTest::keyClick(toggle, key);
         expected = !expected;
         EXPECT_EQ(toggle->isOn(), expected);
+        QKeyEvent held(QEvent::KeyPress, key, {}, {}, true);
+        QCoreApplication::sendEvent(toggle, &held);
+        EXPECT_EQ(toggle->isOn(), expected) << "a key that is held down";
     }
     QAccessibleInterface* read = QAccessible::queryAccessibleInterface(toggle);
     EXPECT_EQ(read->role(), QAccessible::CheckBox);
@@ -123,8 +126,11 @@ TEST_F(SwitchTest, AnswersToTheKeyboardAndToAssistance) {
 
 TEST_F(SwitchTest, SaysNothingOfWhatTheProgramDoes) {
     platform::AnimationClock::setInstant(false);
+    const QImage off = toggle->grab().toImage();
     toggle->setOn(true, true);
     toggle->setOn(false, false);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return toggle->children().isEmpty(); })) << "an animation goes on for ever";
+    EXPECT_EQ(toggle->grab().toImage(), off) << "an animation moves the knob although another has replaced it";
     toggle->setOn(true, true);
     EXPECT_TRUE(toggle->isOn());
     EXPECT_TRUE(told.empty());

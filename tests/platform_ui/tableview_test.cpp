@@ -298,6 +298,8 @@ TEST_F(TableViewTest, SwipedRowIsDeletedByItsButton) {
     EXPECT_FALSE(deleteButton());
     EXPECT_TRUE(rows->selected.isEmpty());
     expectExact();
+    table->setContentOffset(1000);
+    EXPECT_FALSE(deleteButton()) << "the cell that was uncovered shows another row";
 }
 
 TEST_F(TableViewTest, UncoveredDeleteHidesOnWhateverElseHappens) {
@@ -409,10 +411,13 @@ TEST_F(TableViewTest, RowsThatComeAndGoEndUpInPlace) {
                 show(30);
                 table->setContentOffset(offset);
                 const int row = offset == 100'000 ? 29 : 4;
+                const RowCell* leaving = cell({1, row});
                 rows->remove(row);
                 table->deleteRow({1, row}, animation);
                 EXPECT_EQ(table->contentHeight(), 103 + 29 * 50);
                 QTest::qWait(instant ? 0 : 40);
+                EXPECT_EQ(leaving->x() < 0, !instant && animation == RowAnimation::left);
+                EXPECT_EQ(leaving->x() > 0, !instant && animation == RowAnimation::right);
                 if (!instant) table->setContentOffset(table->contentOffset() - 7);
                 rows->restore();
                 table->insertRow({1, row}, animation);
@@ -473,6 +478,10 @@ TEST_F(TableViewTest, KeysReachEveryRowAndDoWhatAFingerDoes) {
         QTest::keyClick(table.get(), confirm);
     }
     EXPECT_EQ(rows->committed, (QList<int>{2, 2}));
+    rows->remove(0);
+    table->deleteRow({1, 0}, RowAnimation::left);
+    QTest::keyClick(table.get(), Qt::Key_Return);
+    EXPECT_EQ(rows->selected.takeLast(), (IndexPath{1, 1})) << "the keyboard stays on its row when one above goes";
 }
 
 TEST_F(TableViewTest, KeysShowWhatLiesBeyondTheFirstAndTheLastRow) {
