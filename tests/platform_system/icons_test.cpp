@@ -69,7 +69,8 @@ TEST(Icons, AreFoundByNameSizeAndScale) {
     directory.writePng("pixmaps/old.png", 48, Qt::green);
     directory.writePng("pixmaps/sized.png", 29, Qt::red);
     other.writePng("icons/hicolor/32/apps/elsewhere.png", 32, Qt::green);
-    directory.write("icons/Adwaita/index.theme", "[Icon Theme]\nInherits=Nowhere,Parent\nDirectories=any\n[any]\nSize=29\n");
+    directory.write("icons/Adwaita/index.theme",
+                    "[Icon Theme]\nInherits=Nowhere,Parent\nDirectories=any\n[any]\nSize=29\n");
     directory.write("icons/Parent/index.theme", "[Icon Theme]\nInherits=Adwaita\nDirectories=any\n[any]\nSize=96\n");
     directory.writePng("icons/Parent/any/inherited.png", 96, Qt::green);
     directory.writePng("icons/hicolor/32/apps/inherited.png", 32, Qt::red);
