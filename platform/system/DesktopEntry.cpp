@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/system/KeyFile.h"
+#include "store/parallel/Parts.h"
 
 namespace platform {
 
@@ -18,36 +19,29 @@ namespace {
 
 constexpr std::string_view suffix = ".desktop";
 
-// A file as the walk of its folder has found it.
-struct FoundFile {
-    int directory;
-    const char* name;
-    std::string path;
-    FileStamp stamp;
-};
-
-std::shared_ptr<const DesktopEntry> readDesktopEntry(const FoundFile& file) {
+// Fills in what the file says.
+void readDesktopEntry(DesktopEntry& entry) {
     constexpr auto group = "Desktop Entry";
     // Encoding is the parser's: it refuses a file that names another than UTF-8.
     constexpr std::array<std::string_view, 6> keysOfUse{"Name", "Icon", "Type", "Hidden", "NoDisplay", "Encoding"};
-    auto entry = std::make_shared<DesktopEntry>();
-    entry->file = file.path;
-    entry->stamp = file.stamp;
-    const auto text = readRegularFileSeen(file.directory, file.name, file.stamp.size, KeyFile::longestFile);
-    if (!text) return entry;
+    const auto text = readRegularFileSeen(entry.file, entry.stamp.size, KeyFile::longestFile);
+    if (!text) return;
     const auto keys = KeyFile::parse({text->constData(), std::size_t(text->size())}, keysOfUse);
-    if (!keys) return entry;
-    entry->name = keys->localizedString(group, "Name").simplified();
-    entry->icon = keys->string(group, "Icon");
-    entry->listed = keys->string(group, "Type") == u"Application" && !entry->name.isEmpty() &&
-                    !keys->boolean(group, "Hidden") && !keys->boolean(group, "NoDisplay");
-    return entry;
+    if (!keys) return;
+    entry.name = keys->localizedString(group, "Name").simplified();
+    entry.icon = keys->string(group, "Icon");
+    entry.listed = keys->string(group, "Type") == u"Application" && !entry.name.isEmpty() &&
+                   !keys->boolean(group, "Hidden") && !keys->boolean(group, "NoDisplay");
 }
 
 // Walks one `applications` folder, upper folders first. A folder reached twice (links can make circles) is walked once.
+// Entries that are not known yet are put into the catalog and into `unread`.
 class FolderWalk {
 public:
-    FolderWalk(DesktopCatalog& catalog, const DesktopCatalog& known) : catalog_(catalog), known_(known) {}
+    using Entries = std::vector<std::shared_ptr<DesktopEntry>>;
+
+    FolderWalk(DesktopCatalog& catalog, const DesktopCatalog& known, Entries& unread)
+        : catalog_(catalog), known_(known), unread_(unread) {}
 
     void walk(std::string folder) {
         folders_.push_back({std::move(folder), {}});
@@ -80,25 +74,32 @@ private:
         if (name == "." || name == ".." || (item.d_type == DT_REG && !isEntryName)) return;
         struct stat status;
         if (::fstatat(directory, item.d_name, &status, 0) != 0) return;
-        std::string path = folder.path + '/' + item.d_name;
+        const std::string path = folder.path + '/' + item.d_name;
         if (S_ISDIR(status.st_mode))
-            folders_.push_back({std::move(path), folder.idPrefix + item.d_name + '-'});
+            folders_.push_back({path, folder.idPrefix + item.d_name + '-'});
         else if (S_ISREG(status.st_mode) && isEntryName)
-            addEntry(folder.idPrefix + std::string(name.substr(0, name.size() - suffix.size())),
-                     {directory, item.d_name, std::move(path), FileStamp(status)});
+            addEntry(folder.idPrefix + std::string(name.substr(0, name.size() - suffix.size())), path,
+                     FileStamp(status));
     }
 
-    void addEntry(const std::string& id, const FoundFile& file) {
+    void addEntry(const std::string& id, const std::string& path, const FileStamp& stamp) {
         const QString identifier = QString::fromStdString(id);
         if (identifier.isEmpty() || identifier.contains(QChar::ReplacementCharacter)) return;  // not valid UTF-8
         if (catalog_.contains(identifier)) return;
-        auto entry = known_.value(identifier);
-        if (!entry || entry->stamp != file.stamp || entry->file != file.path) entry = readDesktopEntry(file);
+        if (const auto entry = known_.value(identifier); entry && entry->stamp == stamp && entry->file == path) {
+            catalog_.insert(identifier, entry);
+            return;
+        }
+        auto entry = std::make_shared<DesktopEntry>();
+        entry->file = path;
+        entry->stamp = stamp;
         catalog_.insert(identifier, entry);
+        unread_.push_back(std::move(entry));
     }
 
     DesktopCatalog& catalog_;
     const DesktopCatalog& known_;
+    Entries& unread_;
     std::deque<Folder> folders_;
     std::set<std::pair<dev_t, ino_t>> visited_;
 };
@@ -109,8 +110,13 @@ DesktopCatalog readDesktopCatalog(const std::vector<std::filesystem::path>& data
                                   const DesktopCatalog& known) {
     DesktopCatalog catalog;
     catalog.reserve(known.size());
+    FolderWalk::Entries unread;
     for (const std::filesystem::path& directory : dataDirectories)
-        FolderWalk(catalog, known).walk((directory / "applications").string());
+        FolderWalk(catalog, known, unread).walk((directory / "applications").string());
+    constexpr std::size_t worthwhile = 32;  // entries: a millisecond of reading
+    store::inParts(unread.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i) readDesktopEntry(*unread[i]);
+    });
     return catalog;
 }
 

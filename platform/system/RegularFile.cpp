@@ -62,9 +62,9 @@ std::optional<QByteArray> readRegularFile(const std::filesystem::path& path, qin
     return bytes;
 }
 
-std::optional<QByteArray> readRegularFileSeen(int directory, const char* name, qint64 size, qint64 limit) {
+std::optional<QByteArray> readRegularFileSeen(const std::filesystem::path& path, qint64 size, qint64 limit) {
     if (size > limit) return {};
-    const int file = ::openat(directory, name, openFlags);
+    const int file = ::open(path.c_str(), openFlags);
     if (file < 0) return {};
     auto bytes = readUpTo(file, size);
     ::close(file);

@@ -33,8 +33,8 @@ bool isRegularFile(const std::filesystem::path& path);
 // than `limit` bytes.
 std::optional<QByteArray> readRegularFile(const std::filesystem::path& path, qint64 limit);
 
-// The same for a file of an open folder that has just been seen to be a regular one of `size` bytes. What it has grown
-// by since is left out. Spares two of five system calls, which counts where hundreds of small files are read.
-std::optional<QByteArray> readRegularFileSeen(int directory, const char* name, qint64 size, qint64 limit);
+// The same for a file that has just been seen to be a regular one of `size` bytes. What it has grown by since is left
+// out. Spares two of five system calls, which counts where hundreds of small files are read.
+std::optional<QByteArray> readRegularFileSeen(const std::filesystem::path& path, qint64 size, qint64 limit);
 
 }  // namespace platform
