@@ -20,7 +20,7 @@ namespace {
 constexpr int actionSection = 0;
 constexpr int ruleSection = 1;
 constexpr int okButton = 1;
-constexpr const char* ruleCell = "screens::VxmRuleCell";
+constexpr const char* ruleCell = "views::VxmRuleCell";
 
 double openList(App& app) {
     app.clock().settle();

@@ -3,11 +3,11 @@
 #include "platform/ui/controls/Switch.h"
 #include "platform/ui/table/TableView.h"
 #include "screens/apps/AppRoutes.h"
-#include "screens/rules/VxmRuleCell.h"
 #include "store/ConfigurationStore.h"
 #include "store/Schema.h"
 #include "views/Palette.h"
 #include "views/VxmNavBarView.h"
+#include "views/VxmRuleCell.h"
 
 namespace screens {
 
@@ -89,8 +89,8 @@ bool VxmAppViewController::canEditRowAtIndexPath(platform::TableView&, platform:
 platform::TableViewCell* VxmAppViewController::cellForRowAtIndexPath(platform::TableView& table,
                                                                      platform::IndexPath indexPath) {
     const QString reuseIdentifier = QStringLiteral("RCell");
-    auto* cell = static_cast<VxmRuleCell*>(table.dequeueReusableCell(reuseIdentifier));
-    if (!cell) cell = new VxmRuleCell(chrome(), reuseIdentifier);
+    auto* cell = static_cast<views::VxmRuleCell*>(table.dequeueReusableCell(reuseIdentifier));
+    if (!cell) cell = new views::VxmRuleCell(chrome(), reuseIdentifier);
 
     const auto fill = [&](const QString& title, const std::optional<QString>& underText) {
         cell->setTitleLabelText(title);

@@ -8,13 +8,13 @@
 #include "screens/rules/AddRuleAlert.h"
 #include "screens/rules/RuleListHeader.h"
 #include "screens/rules/SortSelector.h"
-#include "screens/rules/VxmRuleCell.h"
 #include "store/ConfigurationStore.h"
 #include "store/Schema.h"
 #include "store/text/Search.h"
 #include "views/IconView.h"
 #include "views/VxmAppCell.h"
 #include "views/VxmNavBarView.h"
+#include "views/VxmRuleCell.h"
 
 namespace screens {
 
@@ -102,8 +102,8 @@ platform::TableViewCell* RuleListScreen::cellForRowAtIndexPath(platform::TableVi
                                                                platform::IndexPath indexPath) {
     if (isActionRow(table, indexPath)) return actionCell(table, indexPath.row);
     const QString reuseIdentifier = QStringLiteral("RCell");
-    auto* cell = static_cast<VxmRuleCell*>(table.dequeueReusableCell(reuseIdentifier));
-    if (!cell) cell = new VxmRuleCell(chrome(), reuseIdentifier);
+    auto* cell = static_cast<views::VxmRuleCell*>(table.dequeueReusableCell(reuseIdentifier));
+    if (!cell) cell = new views::VxmRuleCell(chrome(), reuseIdentifier);
     fill(*cell, positionAt(table, indexPath));
     cell->titleTextField()->setDelegate(this);
     return cell;
@@ -120,7 +120,7 @@ platform::TableViewCell* RuleListScreen::actionCell(platform::TableView& table, 
     return cell;
 }
 
-void RuleListScreen::fill(VxmRuleCell& cell, std::size_t position) const {
+void RuleListScreen::fill(views::VxmRuleCell& cell, std::size_t position) const {
     cell.setTitleLabelText(text(rulesArray_.rule(position)));
     const auto date = rulesArray_.date(position);
     cell.setUnderTextLabelText(date ? std::optional(dateFormatter_.stringFromDate(*date)) : std::nullopt);
@@ -135,7 +135,7 @@ void RuleListScreen::didSelectRowAtIndexPath(platform::TableView& table, platfor
     if (isActionRow(table, indexPath)) {
         indexPath.row == addRow ? showAddRuleAlert() : didSelectActionRow(indexPath.row);
     } else if (isEditing_) {
-        if (auto* cell = static_cast<VxmRuleCell*>(table.cellForRow(indexPath))) {
+        if (auto* cell = static_cast<views::VxmRuleCell*>(table.cellForRow(indexPath))) {
             cell->titleTextField()->becomeFirstResponder();
         }
     }
@@ -212,7 +212,7 @@ void RuleListScreen::commitEdit(platform::TextField& field, const std::string& r
     rulesArray_.replace(position, rule, now());
     writeRules(rulesArray_);
     // Only this row looks different. Rebuilding the others would pull them from under the touch that ended the edit.
-    if (auto* cell = static_cast<VxmRuleCell*>(edited.cellForRow(*indexPath))) fill(*cell, position);
+    if (auto* cell = static_cast<views::VxmRuleCell*>(edited.cellForRow(*indexPath))) fill(*cell, position);
     if (isInSearch) table()->reloadData();
 }
 

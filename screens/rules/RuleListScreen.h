@@ -19,12 +19,12 @@ class ConfigurationStore;
 
 namespace views {
 class VxmNavBarView;
-}
+class VxmRuleCell;
+}  // namespace views
 
 namespace screens {
 
 class RuleListHeader;
-class VxmRuleCell;
 
 // A list of host rules that the person keeps: added through an alert with a field, edited in place in edit mode,
 // deleted, sorted by name or date, searched. Every appearance reads the list from its file, every change writes it
@@ -101,7 +101,7 @@ private:
     bool isActionRow(const platform::TableView& table, platform::IndexPath indexPath) const;
     std::size_t positionAt(const platform::TableView& table, platform::IndexPath indexPath) const;
     platform::TableViewCell* actionCell(platform::TableView& table, int row);
-    void fill(VxmRuleCell& cell, std::size_t position) const;
+    void fill(views::VxmRuleCell& cell, std::size_t position) const;
 
     void showAddRuleAlert();
     void addRule();

@@ -4,13 +4,13 @@
 
 #include "platform/ui/controls/Switch.h"
 #include "platform/ui/table/TableView.h"
-#include "screens/rules/VxmRuleCell.h"
 #include "screens/settings/Reachability.h"
 #include "screens/settings/SettingsRoutes.h"
 #include "store/ConfigurationStore.h"
 #include "store/Schema.h"
 #include "views/Palette.h"
 #include "views/VxmNavBarView.h"
+#include "views/VxmRuleCell.h"
 
 namespace screens {
 
@@ -95,8 +95,8 @@ bool VxmSettingsViewController::canEditRowAtIndexPath(platform::TableView&, plat
 platform::TableViewCell* VxmSettingsViewController::cellForRowAtIndexPath(platform::TableView& table,
                                                                           platform::IndexPath indexPath) {
     const QString reuseIdentifier = QStringLiteral("Cell");
-    auto* cell = static_cast<VxmRuleCell*>(table.dequeueReusableCell(reuseIdentifier));
-    if (!cell) cell = new VxmRuleCell(chrome(), reuseIdentifier);
+    auto* cell = static_cast<views::VxmRuleCell*>(table.dequeueReusableCell(reuseIdentifier));
+    if (!cell) cell = new views::VxmRuleCell(chrome(), reuseIdentifier);
     const Row& row = rowOf(indexPath.section);
     cell->setTitleLabelText(QString::fromUtf16(row.title));
     cell->setUnderTextLabelText(QString::fromUtf16(row.underText));

@@ -19,12 +19,12 @@
 #include "screens/rules/RuleListHeader.h"
 #include "screens/rules/RuleListScreen.h"
 #include "screens/rules/SortSelector.h"
-#include "screens/rules/VxmRuleCell.h"
 #include "store/Schema.h"
 #include "support/AnotherPerson.h"
 #include "support/TestDevice.h"
 #include "views/IconView.h"
 #include "views/VxmNavBarView.h"
+#include "views/VxmRuleCell.h"
 
 namespace {
 
@@ -388,7 +388,7 @@ TEST_P(RuleListTest, KeepsWhatIsTypedInAWindowThatIsNotTheActiveOne) {
 TEST(HalfTypedRuleTest, IsOutOfReachUnderAnAlert) {
     HalfTypedRule list(false);
     list.device.tapRow(0, 0);
-    auto* cell = static_cast<screens::VxmRuleCell*>(list.device.table()->cellForRow({1, 1}));
+    auto* cell = static_cast<views::VxmRuleCell*>(list.device.table()->cellForRow({1, 1}));
     QAccessibleInterface* field = QAccessible::queryAccessibleInterface(cell->titleTextField());
     field->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
     field->editableTextInterface()->replaceText(0, 1, QStringLiteral("x"));

@@ -6,10 +6,10 @@
 #include "platform/system/FixedNetwork.h"
 #include "platform/ui/controls/Switch.h"
 #include "screens/ScreenHost.h"
-#include "screens/rules/VxmRuleCell.h"
 #include "screens/settings/SettingsRoutes.h"
 #include "screens/settings/VxmSettingsViewController.h"
 #include "support/AnotherPerson.h"
+#include "views/VxmRuleCell.h"
 
 namespace {
 

@@ -10,7 +10,6 @@
 
 #include "platform/ui/controls/ImageButton.h"
 #include "platform/ui/controls/TextField.h"
-#include "screens/rules/VxmRuleCell.h"
 #include "views/Chrome.h"
 #include "views/IconView.h"
 #include "views/Label.h"
@@ -18,6 +17,7 @@
 #include "views/VxmAppCell.h"
 #include "views/VxmFileCell.h"
 #include "views/VxmNavBarView.h"
+#include "views/VxmRuleCell.h"
 #include "views/VxmScreen.h"
 
 namespace {
@@ -251,7 +251,7 @@ TEST(FileCellTest, LabelMovesOnTheFirstText) {
 }
 
 TEST(RuleCellTest, FieldCanBeEditedOnlyInEditMode) {
-    screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
+    views::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
     EXPECT_EQ(cell.titleTextField()->geometry(), QRect(16, 7, 296, 20));
     EXPECT_FALSE(cell.titleTextField()->isEnabled());
     cell.setEditing(true, false);
@@ -269,7 +269,7 @@ TEST(RuleCellTest, FieldIsAsMuchWiderAsTheRow) {
         int edited;
     };
     for (const auto& [rowWidth, read, edited] : {Case{320, 296, 256}, Case{412, 388, 348}, Case{300, 276, 236}}) {
-        screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
+        views::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
         cell.setEditing(false, false);
         cell.resize(rowWidth, 50);
         cell.show();
@@ -280,7 +280,7 @@ TEST(RuleCellTest, FieldIsAsMuchWiderAsTheRow) {
 }
 
 // In the order in which a table prepares a cell.
-void show(screens::VxmRuleCell& cell, const QString& rule, int rowWidth, bool isEditing) {
+void show(views::VxmRuleCell& cell, const QString& rule, int rowWidth, bool isEditing) {
     cell.setTitleLabelText(rule);
     cell.resize(rowWidth, 50);
     cell.setEditing(isEditing, false);
@@ -289,7 +289,7 @@ void show(screens::VxmRuleCell& cell, const QString& rule, int rowWidth, bool is
 
 TEST(RuleCellTest, ShowsARuleTheSameWhateverTheCellShowedBefore) {
     const QString wide(60, u'w');
-    const std::function<void(screens::VxmRuleCell&)> pasts[] = {
+    const std::function<void(views::VxmRuleCell&)> pasts[] = {
         [](auto& cell) { show(cell, QStringLiteral("short"), 320, false); },
         [&](auto& cell) { show(cell, wide, 320, false); },
         [&](auto& cell) { show(cell, wide, 320, true); },
@@ -301,16 +301,16 @@ TEST(RuleCellTest, ShowsARuleTheSameWhateverTheCellShowedBefore) {
         while (views::sizeWithFont(rule, tallPhone().rowTitle()).width() < ruleWidth) rule += u'i';
         for (const int rowWidth : {320, 412, 200}) {
             for (const bool isEditing : {false, true}) {
-                screens::VxmRuleCell fresh(tallPhone(), QStringLiteral("RCell"));
+                views::VxmRuleCell fresh(tallPhone(), QStringLiteral("RCell"));
                 show(fresh, rule, rowWidth, isEditing);
                 const int room = fresh.titleTextField()->width();
                 EXPECT_EQ(fresh.titleTextField()->font().pixelSize() < fullSize, ruleWidth > room) << ruleWidth;
                 for (const auto& past : pasts) {
-                    screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
+                    views::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
                     past(cell);
                     show(cell, rule, rowWidth, isEditing);
                     EXPECT_EQ(cell.grab().toImage(), fresh.grab().toImage()) << ruleWidth << " in " << rowWidth;
-                    screens::VxmRuleCell other(tallPhone(), QStringLiteral("RCell"));
+                    views::VxmRuleCell other(tallPhone(), QStringLiteral("RCell"));
                     show(other, rule, rowWidth, isEditing);
                     for (auto* typedInto : {&cell, &other}) QTest::keyClicks(typedInto->titleTextField(), wide);
                     EXPECT_EQ(cell.titleTextField()->font(), other.titleTextField()->font()) << ruleWidth;
@@ -321,7 +321,7 @@ TEST(RuleCellTest, ShowsARuleTheSameWhateverTheCellShowedBefore) {
 }
 
 TEST(RuleCellTest, PlacesItsLabels) {
-    screens::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
+    views::VxmRuleCell cell(tallPhone(), QStringLiteral("RCell"));
     cell.resize(320, 50);
     cell.show();
     cell.setUnderTextLabelText(QStringLiteral("a date"));

@@ -1,4 +1,4 @@
-#include "screens/rules/VxmRuleCell.h"
+#include "views/VxmRuleCell.h"
 
 #include <QLabel>
 
@@ -7,7 +7,7 @@
 #include "views/Label.h"
 #include "views/Palette.h"
 
-namespace screens {
+namespace views {
 
 namespace {
 
@@ -26,7 +26,7 @@ platform::TextField* makeTitleTextField(QWidget* parent, const QFont& font) {
     field->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);
     QPalette colours = field->palette();
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        colours.setColor(group, QPalette::Text, views::palette::ink);
+        colours.setColor(group, QPalette::Text, palette::ink);
         colours.setColor(group, QPalette::Base, Qt::transparent);
     }
     field->setPalette(colours);
@@ -37,13 +37,13 @@ platform::TextField* makeTitleTextField(QWidget* parent, const QFont& font) {
 
 }  // namespace
 
-VxmRuleCell::VxmRuleCell(const views::Chrome& chrome, const QString& reuseIdentifier)
+VxmRuleCell::VxmRuleCell(const Chrome& chrome, const QString& reuseIdentifier)
     : TableViewCell(reuseIdentifier),
       titleTextField_(makeTitleTextField(contentView(), chrome.rowTitle())),
       titleFrame_(newTitleFrame),
-      underTextLabel_(views::makeLabel(contentView(), chrome.rowUnderText(), views::palette::ink)),
-      smallTextLabel_(views::makeLabel(contentView(), chrome.smallText(), views::palette::faintInk)),
-      bigTextLabel_(views::makeLabel(contentView(), chrome.bigText(), views::palette::ink)) {
+      underTextLabel_(makeLabel(contentView(), chrome.rowUnderText(), palette::ink)),
+      smallTextLabel_(makeLabel(contentView(), chrome.smallText(), palette::faintInk)),
+      bigTextLabel_(makeLabel(contentView(), chrome.bigText(), palette::ink)) {
     setBackgroundImage(QStringLiteral("SettingsDefaultCellBackground.png"));
     setSelectionStyle(SelectionStyle::none);
     for (QLabel* label : {underTextLabel_, smallTextLabel_, bigTextLabel_}) label->setGeometry(provisionalFrame);
@@ -59,26 +59,26 @@ void VxmRuleCell::setTitleLabelText(const QString& text) {
 void VxmRuleCell::setUnderTextLabelText(const std::optional<QString>& text) {
     underTextLabel_->setVisible(text.has_value());
     const QString line = text.value_or(QString());
-    const QSizeF size = views::sizeWithFont(line, underTextLabel_->font());
+    const QSizeF size = sizeWithFont(line, underTextLabel_->font());
     const float y = float(contentView()->height() - size.height()) / 2 + underTextDrop;
-    underTextLabel_->setGeometry(views::makeRoundedRect(underTextX, y, float(size.width()), float(size.height())));
+    underTextLabel_->setGeometry(makeRoundedRect(underTextX, y, float(size.width()), float(size.height())));
     underTextLabel_->setText(line);
     updateAccessibleName();
 }
 
 void VxmRuleCell::setSmallTextLabelText(const QString& text) {
-    const QSizeF size = views::sizeWithFont(text, smallTextLabel_->font());
-    smallTextLabel_->setGeometry(views::makeRoundedRect(float(smallTextRight - size.width()),
-                                                        float(contentView()->height() - size.height()) / 2,
-                                                        float(size.width()), float(size.height())));
+    const QSizeF size = sizeWithFont(text, smallTextLabel_->font());
+    smallTextLabel_->setGeometry(makeRoundedRect(float(smallTextRight - size.width()),
+                                                 float(contentView()->height() - size.height()) / 2,
+                                                 float(size.width()), float(size.height())));
     smallTextLabel_->setText(text);
 }
 
 void VxmRuleCell::setBigTextLabelText(const QString& text) {
-    const QSizeF size = views::sizeWithFont(text, bigTextLabel_->font());
-    bigTextLabel_->setGeometry(views::makeRoundedRect(float(smallTextLabel_->x() - size.width()),
-                                                      float(contentView()->height() - size.height()) / 2,
-                                                      float(size.width()), float(size.height())));
+    const QSizeF size = sizeWithFont(text, bigTextLabel_->font());
+    bigTextLabel_->setGeometry(makeRoundedRect(float(smallTextLabel_->x() - size.width()),
+                                               float(contentView()->height() - size.height()) / 2, float(size.width()),
+                                               float(size.height())));
     bigTextLabel_->setText(text);
 }
 
@@ -100,4 +100,4 @@ void VxmRuleCell::updateAccessibleName() {
     titleTextField_->setAccessibleName(titleTextField_->text());
 }
 
-}  // namespace screens
+}  // namespace views

@@ -11,10 +11,8 @@ class TextField;
 }
 
 namespace views {
-class Chrome;
-}
 
-namespace screens {
+class Chrome;
 
 // A row of 50 points whose first line is a text field: in edit mode its text can be changed in place, otherwise it
 // reads like a label. A second line lies below it; two labels at the right can hold a value. The cell knows nothing of
@@ -22,7 +20,7 @@ namespace screens {
 class VxmRuleCell : public platform::TableViewCell {
     Q_OBJECT
 public:
-    VxmRuleCell(const views::Chrome& chrome, const QString& reuseIdentifier);
+    VxmRuleCell(const Chrome& chrome, const QString& reuseIdentifier);
 
     // A text wider than the field is shown in a smaller font, whatever the cell showed before. Whatever its script, it
     // begins at the left, above the second line.
@@ -52,4 +50,4 @@ private:
     QLabel* bigTextLabel_;
 };
 
-}  // namespace screens
+}  // namespace views
