@@ -10,12 +10,6 @@ namespace {
 constexpr std::string_view allowAllText = "1";
 constexpr std::string_view denyAllText = "2";
 
-// A switch of a record is on when it holds anything but false.
-bool isPresentAndNotFalse(const Dictionary& dictionary, std::string_view key) {
-    const Value* value = dictionary.find(key);
-    return value && value->boolean().value_or(true);
-}
-
 }  // namespace
 
 AppRuleRecord AppRuleRecord::of(const Dictionary& appRulesFile, std::string_view bundleIdentifier) {
@@ -57,20 +51,13 @@ void AppRuleRecord::setBlanketMode(BlanketMode mode) {
     dictionary_.set(keys::allowEverything, Value(text));
 }
 
-bool AppRuleRecord::stillUseRules() const {
-    return isPresentAndNotFalse(dictionary_, keys::stillUseRules);
+bool AppRuleRecord::flag(std::string_view key) const {
+    const Value* value = dictionary_.find(key);
+    return value && value->boolean().value_or(true);
 }
 
-void AppRuleRecord::setStillUseRules(bool use) {
-    dictionary_.set(keys::stillUseRules, Value(use));
-}
-
-bool AppRuleRecord::blockSpecificWiFi() const {
-    return isPresentAndNotFalse(dictionary_, keys::blockSpecificWiFi);
-}
-
-void AppRuleRecord::setBlockSpecificWiFi(bool block) {
-    dictionary_.set(keys::blockSpecificWiFi, Value(block));
+void AppRuleRecord::setFlag(std::string_view key, bool on) {
+    dictionary_.set(key, Value(on));
 }
 
 void AppRuleRecord::storeIn(Dictionary& appRulesFile, std::string_view bundleIdentifier) const {

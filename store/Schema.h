@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,8 @@ inline constexpr std::string_view allowEverything = "allowEverything";
 inline constexpr std::string_view stillUseRules = "stillUseRules";
 inline constexpr std::string_view blockSpecificWiFi = "blockSpecificWiFi";
 inline constexpr std::string_view enabled = "enabled";
+// Those that AppRuleRecord::flag() reads.
+inline constexpr std::array appSwitches{stillUseRules, blockSpecificWiFi};
 
 // Global rules file.
 inline constexpr std::string_view globalAllow = "globalAllow";
@@ -30,6 +33,7 @@ inline constexpr std::string_view blockNonWiFi = "blockNonWiFi";
 inline constexpr std::string_view respectGlobal = "respectGlobal";
 inline constexpr std::string_view log = "log";
 inline constexpr std::string_view denyTabFront = "denyTabFront";
+inline constexpr std::array globalSwitches{blockNonWiFi, respectGlobal, log, denyTabFront};
 
 // GUI settings file.
 inline constexpr std::string_view showAllowHelp = "showAllowHelp";
@@ -57,10 +61,9 @@ public:
     void setEnabled(bool enabled);
     BlanketMode blanketMode() const;
     void setBlanketMode(BlanketMode mode);
-    bool stillUseRules() const;
-    void setStillUseRules(bool use);
-    bool blockSpecificWiFi() const;
-    void setBlockSpecificWiFi(bool block);
+    // One of keys::appSwitches: absent is false, any value but false is true.
+    bool flag(std::string_view key) const;
+    void setFlag(std::string_view key, bool on);
 
     const Dictionary& dictionary() const { return dictionary_; }
     Dictionary& dictionary() { return dictionary_; }

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <vector>
+#include <map>
+#include <string_view>
 
 #include "platform/ui/alert/AlertView.h"
-#include "views/VxmTableScreen.h"
+#include "views/VxmSwitchScreen.h"
 
 namespace platform {
 class Network;
-class Switch;
-}  // namespace platform
+}
 
 namespace store {
 class ConfigurationStore;
@@ -22,18 +22,12 @@ class SettingsRoutes;
 // The settings that concern the firewall as a whole: the master switch, the four global switches, the ways to the
 // documentation, the log and export/import, and the command that deletes everything. A switch takes effect at once:
 // the file is written, then the engine is told.
-class VxmSettingsViewController : public views::VxmTableScreen, public platform::AlertViewDelegate {
+class VxmSettingsViewController : public views::VxmSwitchScreen, public platform::AlertViewDelegate {
     Q_OBJECT
 public:
     // All of these outlive the screen.
     VxmSettingsViewController(const views::Chrome& chrome, store::ConfigurationStore& store, SettingsRoutes& routes,
                               platform::Network& network);
-
-    int numberOfSectionsInTableView(platform::TableView& table) override;
-    int numberOfRowsInSection(platform::TableView& table, int section) override;
-    platform::TableViewCell* cellForRowAtIndexPath(platform::TableView& table, platform::IndexPath indexPath) override;
-    bool canEditRowAtIndexPath(platform::TableView& table, platform::IndexPath indexPath) override;
-    void didSelectRowAtIndexPath(platform::TableView& table, platform::IndexPath indexPath) override;
 
     void didDismissWithButtonIndex(platform::AlertView& alert, int buttonIndex) override;
 
@@ -41,13 +35,13 @@ protected:
     void loadView() override;
 
 private:
-    platform::Switch* makeSwitch(int section);
-    bool isOn(int section) const;
-    void showSwitches();
+    std::vector<Section> describe();
+    Toggle masterSwitch();
+    // The switch of a key of the global rules file.
+    Toggle globalSwitch(std::string_view key);
     void takeGlobalSwitches(const store::Dictionary& globalRules);
+    void globalSwitchChanged(std::string_view key, bool on);
 
-    void setVxmEnabledSwitchChanged(bool on);
-    void globalSwitchChanged(int section, bool on);
     void showPleaseRead();
     void openDocumentation();
     void askForDeletion();
@@ -56,8 +50,8 @@ private:
     store::ConfigurationStore& store_;
     SettingsRoutes& routes_;
     platform::Network& network_;
-    // What the global rules file said of the global switches when it was last read, by their position in the table.
-    std::vector<bool> globalSwitches_;
+    // The global switches by their keys, as the global rules file had them when it was last read.
+    std::map<std::string_view, bool> globalSwitches_;
 };
 
 }  // namespace screens

@@ -377,8 +377,8 @@ TEST(Schema, ReadsRecordsWithTheirDefaults) {
         AppRuleRecord record = AppRuleRecord::of(file, "com.example.a");
         EXPECT_EQ(record.enabled(), row.enabled) << row.record;
         EXPECT_EQ(record.blanketMode(), row.mode) << row.record;
-        EXPECT_EQ(record.stillUseRules(), row.stillUseRules) << row.record;
-        EXPECT_EQ(record.blockSpecificWiFi(), row.blockSpecificWiFi) << row.record;
+        EXPECT_EQ(record.flag(keys::stillUseRules), row.stillUseRules) << row.record;
+        EXPECT_EQ(record.flag(keys::blockSpecificWiFi), row.blockSpecificWiFi) << row.record;
     }
 }
 
@@ -389,8 +389,8 @@ TEST(Schema, WritesRecords) {
     record.dictionary().set("unknown", Value(true));
     record.setBlanketMode(BlanketMode::denyAll);
     record.setEnabled(false);
-    record.setStillUseRules(true);
-    record.setBlockSpecificWiFi(true);
+    record.setFlag(keys::stillUseRules, true);
+    record.setFlag(keys::blockSpecificWiFi, true);
     record.storeIn(file, "set");
     EXPECT_EQ(canonical(file), canonical(dictionaryOf(
                                    "<dict><key>fresh</key><dict><key>allow</key><array/><key>deny</key><array/>"

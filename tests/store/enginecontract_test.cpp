@@ -79,8 +79,8 @@ TEST_F(EngineContractTest, AppRulesSayWhatTheDocumentSays) {
     const AppRuleRecord mail = AppRuleRecord::of(example, "org.example.HarbourMail");
     EXPECT_TRUE(mail.enabled());
     EXPECT_EQ(mail.blanketMode(), BlanketMode::denyAll);
-    EXPECT_TRUE(mail.stillUseRules());
-    EXPECT_FALSE(mail.blockSpecificWiFi());
+    EXPECT_TRUE(mail.flag(keys::stillUseRules));
+    EXPECT_FALSE(mail.flag(keys::blockSpecificWiFi));
     EXPECT_EQ(rulesOf(mail.dictionary().find(keys::allow)),
               (std::vector<std::string>{"imap.example.com", "*.mail.example.net"}));
     EXPECT_EQ(RuleList::load(mail.dictionary().find(keys::allow)).date(0), Date(std::chrono::seconds(1709370840)));
@@ -88,8 +88,7 @@ TEST_F(EngineContractTest, AppRulesSayWhatTheDocumentSays) {
     // All that a record can hold, and what a new one holds.
     AppRuleRecord full = AppRuleRecord::fresh();
     full.setEnabled(true);
-    full.setStillUseRules(true);
-    full.setBlockSpecificWiFi(true);
+    for (const auto key : keys::appSwitches) full.setFlag(key, true);
     EXPECT_EQ(keysOf(mail.dictionary()), keysOf(full.dictionary()));
     EXPECT_EQ(canonical(AppRuleRecord::of(example, "org.example.PaperCrane").dictionary()),
               canonical(AppRuleRecord::fresh().dictionary()));
@@ -100,10 +99,8 @@ TEST_F(EngineContractTest, GlobalRulesSayWhatTheDocumentSays) {
     EXPECT_EQ(rulesOf(example.find(keys::globalDeny)), std::vector<std::string>{"203.0.113.99:80"});
     EXPECT_TRUE(rulesOf(example.find(keys::globalAllow)).empty());
     EXPECT_TRUE(boolValue(example, keys::log));
-    std::set<std::string> known;
-    for (auto key : {keys::marker, keys::globalAllow, keys::globalDeny, keys::blockNonWiFi, keys::respectGlobal,
-                     keys::log, keys::denyTabFront})
-        known.emplace(key);
+    std::set<std::string> known(keys::globalSwitches.begin(), keys::globalSwitches.end());
+    for (const auto key : {keys::marker, keys::globalAllow, keys::globalDeny}) known.emplace(key);
     EXPECT_EQ(keysOf(example), known);
 }
 
