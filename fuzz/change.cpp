@@ -9,7 +9,6 @@
 #include "store/Files.h"
 #include "store/NotifyCenter.h"
 #include "store/Schema.h"
-#include "store/files/SecondName.h"
 #include "store/rules/AppendedRules.h"
 #include "store/rules/RuleFile.h"
 #include "store/rules/RuleList.h"

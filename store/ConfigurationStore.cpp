@@ -6,7 +6,6 @@
 #include "store/Schema.h"
 #include "store/files/FileReading.h"
 #include "store/files/FileReplacement.h"
-#include "store/files/SecondName.h"
 #include "store/files/Temporaries.h"
 #include "store/plist/PropertyListFile.h"
 #include "store/rules/RuleFile.h"
@@ -35,15 +34,15 @@ bool isThere(const std::filesystem::path& path) {
     return std::filesystem::exists(path, ignored);
 }
 
-// A file is missing when the system says so; when it cannot tell, there may be one to lose.
+// True only when the system says so: on an error there may be a file to lose.
 bool isMissing(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::status(path, ignored).type() == std::filesystem::file_type::not_found;
 }
 
-// Where the path is a link, a killed writer has left its file where the link leads; other files there are not ours.
+// Where the path is a symbolic link, temporary files lie beside its target. Only those of this file are removed there.
 void removeStaleTemporariesBesideTarget(const std::filesystem::path& path) {
-    const std::optional<std::filesystem::path> target = withoutLinks(path);
+    const std::optional<std::filesystem::path> target = resolveLinks(path);
     if (target && *target != path) removeStaleTemporaries(target->parent_path(), target->filename().string());
 }
 
@@ -81,7 +80,7 @@ bool ConfigurationStore::change(const Writer& writer, const std::function<void(D
     std::optional<Dictionary> dictionary = readRuleFile(path(writer.file), failed);
     const bool startsEmpty = !dictionary;
     if (startsEmpty) {
-        // To start empty here would lose somebody's rules: only what is known to be missing or damaged is replaced.
+        // Only a file known to be missing or damaged starts empty: one that could not be read may hold rules.
         if (failed || writer.whenMissing == WhenMissing::writeNothing) return false;
         dictionary.emplace();
     }
@@ -107,8 +106,8 @@ bool ConfigurationStore::raiseFlag(std::string_view key) {
 
 void ConfigurationStore::replace(File file, const Dictionary& dictionary) {
     const std::filesystem::path replaced = path(file);
-    // What could not be read is not known to be good, and must not take the place of what is. That takes its time, and
-    // so does writing.
+    // A file that cannot be read must not overwrite an earlier ".previous". It is examined while the new one is
+    // written.
     std::future<bool> isGood = std::async([&] { return readRuleFile(replaced).has_value(); });
     writeDictionary(replaced, dictionary, [&] { return isGood.get() ? previousSuffix : damagedSuffix; });
 }
@@ -123,7 +122,7 @@ bool ConfigurationStore::isDisabled() const {
 
 void ConfigurationStore::setDisabled(bool disabled) {
     const std::filesystem::path marker = root_ / preferences / disabledMarker;
-    // One that is there is left alone: it might be a link to somebody's file.
+    // An existing marker is not replaced: it may be a link to another file.
     if (disabled && !isThere(marker)) replaceFile(marker, [](Sink&) {});
     if (!disabled) removeFile(marker);
     notifyCenter_.post(reloadBoth);

@@ -14,47 +14,50 @@ namespace store {
 
 class NotifyCenter;
 
-// The files that the app shares with the firewall engine, and the only way to change them: read the file whole, change
-// it, write it whole and atomically, tell the engine where it must hear of it. Every change names its row of the
-// writers' table, which settles the file, what happens when there is none, the marker entry and the notification.
+// A file that is replaced by something not made from it is kept beside the new one under its name and a suffix.
+inline constexpr std::string_view damagedSuffix = ".damaged";    // it was no dictionary, or could not be read
+inline constexpr std::string_view previousSuffix = ".previous";  // it was one
+
+// The files that the app shares with the firewall engine, and the only way to change them: read the whole file, change
+// the dictionary, write the whole file atomically, notify the engine. Every change names its row of the table in
+// Writers.h, which says which file, what to do when it is missing, whether to add the marker entry, and what to post.
 //
-// A file that is missing, or is no property-list dictionary, reads as no dictionary. A file that is replaced by
-// something not made from it is kept beside it, see SecondName.h. Failures are silent: a write that fails leaves the
-// old file as it was, and a file that the system would not let be read is not changed. Main thread only.
+// A file that is missing, or holds no dictionary, reads as no dictionary. Failures are silent: a write that fails
+// leaves the old file unchanged, and a file that the system refused to read is not changed. Main thread only.
 class ConfigurationStore {
 public:
-    // `root` is the file system's root as the app sees it. `notifyCenter` outlives the store. Removes what an earlier
-    // run that was killed while writing has left beside the files.
+    // `root` is the root directory of the file system that the app works on. `notifyCenter` must outlive the store.
+    // Removes temporary files that an earlier, killed process left beside the files.
     ConfigurationStore(std::filesystem::path root, NotifyCenter& notifyCenter);
 
     std::optional<Dictionary> read(File file) const;
     bool exists(File file) const;
 
-    // The movement. `change` is handed the dictionary just read; when there is none and the writer then writes
-    // nothing, or when reading failed, it is not called and nothing is posted. `afterWrite` runs between the write and
-    // the notification. Returns whether `change` was called.
+    // Reads the writer's file, calls `change` with its dictionary, writes it, calls `afterWrite` and posts the writer's
+    // notification. Nothing is called, written or posted when reading failed, or when there is no dictionary and the
+    // writer says writeNothing. Returns whether `change` was called.
     bool change(const Writer& writer, const std::function<void(Dictionary&)>& change,
                 const std::function<void()>& afterWrite = {});
 
-    // Raises a flag of the GUI settings, which says that something has been explained. Returns whether it was down:
-    // where it can be neither read nor written, once in the life of this store.
+    // Sets a flag of the GUI settings, which says that something has been explained. Returns whether it was unset.
+    // Where the file can be neither read nor written, that is once in the life of this store.
     bool raiseFlag(std::string_view key);
 
-    // Replaces a file whole and keeps what it held: no marker entry is added, nothing is posted.
+    // Replaces the whole file and keeps the old one (see the suffixes). Adds no marker entry, posts nothing.
     void replace(File file, const Dictionary& dictionary);
 
-    // First use: an app rules file with the marker entry alone. One that is there is left as it is, readable or not.
+    // First start: creates an app rules file that holds the marker entry alone. An existing file is not changed.
     void createAppRulesFileIfMissing();
 
-    // The master switch: the firewall is off while the disabled marker exists. Setting it posts reload-both.
+    // The master switch: the firewall is off while the disabled marker, a file, exists. Setting it posts reloadBoth.
     bool isDisabled() const;
     void setDisabled(bool disabled);
 
-    // Both rule files become the marker entry alone, app rules first, and what they held is kept; `afterWrite` runs
-    // before the notification.
+    // Replaces both rule files, app rules first, by the marker entry alone and keeps the old ones. Calls `afterWrite`,
+    // then posts reloadBoth.
     void deleteAllRulesAndSettings(const std::function<void()>& afterWrite = {});
 
-    // The application is terminating: posts reload-both, and waits a moment where the bus has stalled.
+    // To be called when the application terminates: posts reloadBoth and flushes notifications that wait for the bus.
     void terminate();
 
     std::filesystem::path path(File file) const;
@@ -65,7 +68,7 @@ public:
 private:
     std::filesystem::path root_;
     NotifyCenter& notifyCenter_;
-    std::set<std::string, std::less<>> raisedInVain_;  // flags that no file keeps
+    std::set<std::string, std::less<>> raisedInVain_;  // flags that could not be stored
 };
 
 }  // namespace store

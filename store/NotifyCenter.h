@@ -4,8 +4,8 @@
 
 namespace store {
 
-// How the store tells the firewall engine that files have changed: a system-wide notification that carries nothing but
-// its name. The platform implements it.
+// Tells the firewall engine that files have changed: posts system-wide notifications, which carry a name and no data.
+// Implemented by the platform.
 class NotifyCenter {
 public:
     NotifyCenter() = default;
@@ -13,10 +13,10 @@ public:
     NotifyCenter(const NotifyCenter&) = delete;
     NotifyCenter& operator=(const NotifyCenter&) = delete;
 
-    // Returns at once and has no result: nobody listening is not an error.
+    // Returns at once. There is no result: a notification without listeners is no error.
     virtual void post(std::string_view name) = 0;
 
-    // The process is about to end: gives what could not be sent yet a moment.
+    // Waits briefly for notifications that have not been sent yet. Called before the process ends.
     virtual void flush() {}
 };
 

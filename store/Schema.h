@@ -9,7 +9,7 @@
 
 namespace store {
 
-// The keys of the shared files and what their values mean, absent and odd ones included.
+// The keys of the shared files and the meaning of their values, absent ones and ones of the wrong kind included.
 
 namespace keys {
 
@@ -48,13 +48,13 @@ inline constexpr std::string_view settings = "settings";
 
 enum class BlanketMode { neither, allowAll, denyAll };
 
-// One app's record under its bundle identifier in the app rules file: typed access to the keys that the app knows, with
-// their defaults; other keys stay as they are.
+// An app's record in the app rules file, where its key is the bundle identifier: typed access to the known keys, with
+// their defaults. Other keys are preserved.
 class AppRuleRecord {
 public:
-    // The record of an app, empty when it has none (or something that is not a dictionary).
+    // The app's record; empty when there is none or it is no dictionary.
     static AppRuleRecord of(const Dictionary& appRulesFile, std::string_view bundleIdentifier);
-    // What an app gets when it is put under the firewall.
+    // The record of an app that has just been put under the firewall.
     static AppRuleRecord fresh();
 
     bool enabled() const;
@@ -73,9 +73,9 @@ private:
     Dictionary dictionary_;
 };
 
-// Whether a flag of the GUI settings file is the Boolean true.
+// Whether the value of a flag of the GUI settings file is the Boolean true.
 bool isTrue(const Dictionary& dictionary, std::string_view key);
-// The truth of a global switch; false when absent.
+// The state of a global switch, see Value::boolValue(); false when absent.
 bool boolValue(const Dictionary& dictionary, std::string_view key);
 
 }  // namespace store

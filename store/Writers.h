@@ -6,13 +6,14 @@
 
 namespace store {
 
-// The dictionary files.
+// The table of all changes of the dictionary files.
+
 enum class File { appRules, globalRules, guiSettings };
 
 enum class WhenMissing { writeNothing, startEmpty };
 enum class Marker { add, leave };
 
-// One row of the table of everything that changes a dictionary file.
+// A row of the table.
 struct Writer {
     File file;
     WhenMissing whenMissing;

@@ -7,8 +7,8 @@
 
 namespace store {
 
-// Bytes in memory that several owners share. `padding` bytes of 0 follow them, so that a scanner may look a little
-// beyond the end instead of asking for the end at every step.
+// Immutable bytes with shared ownership. They are followed by `padding` bytes of 0, so that a scanner may read a little
+// beyond the end instead of checking for the end at every step.
 struct Buffer {
     static constexpr std::size_t padding = 64;
 
@@ -21,7 +21,7 @@ struct Buffer {
     static Buffer adopt(std::string text);
 };
 
-// Memory for `size` bytes and the padding, only the padding written.
+// Memory for `size` bytes and the padding. Only the padding is initialised.
 std::shared_ptr<char[]> allocateBytes(std::size_t size);
 
 }  // namespace store

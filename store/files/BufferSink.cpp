@@ -26,7 +26,7 @@ Buffer BufferSink::take() {
     return {std::shared_ptr<const char[]>(bytes_.release(), Release()), std::exchange(size_, 0)};
 }
 
-// The system moves large blocks by their page tables, and pages that were never touched take no memory.
+// Pages of the capacity that were never written take no memory.
 void BufferSink::reserve(std::size_t capacity) {
     if (capacity <= capacity_) return;
     capacity = std::max(capacity, capacity_ + capacity_ / 2);

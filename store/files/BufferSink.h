@@ -8,13 +8,13 @@
 
 namespace store {
 
-// Gathers what is written in one Buffer. However much that becomes, it is not copied from place to place on the way
-// as a growing string would be, so that it takes no more memory than its size.
+// Collects what is written in one Buffer. It grows by realloc, which remaps the pages of a large block instead of
+// copying them: the peak of memory is the final size, not twice that.
 class BufferSink : public Sink {
 public:
     void write(std::string_view bytes) override;
     std::size_t size() const { return size_; }
-    // What was written; the sink begins anew.
+    // What was written so far. The sink is empty afterwards.
     Buffer take();
 
 private:

@@ -6,7 +6,7 @@
 
 namespace store {
 
-// A file descriptor that is closed when its owner goes.
+// Owns a file descriptor: closes it when destroyed.
 class Descriptor {
 public:
     explicit Descriptor(int number = -1) : number_(number) {}
@@ -19,7 +19,7 @@ public:
 
     bool isOpen() const { return number_ >= 0; }
     int number() const { return number_; }
-    // Whether closing went well: what was written may only now turn out not to fit. Once closed, it is closed.
+    // Returns whether closing succeeded: an error of an earlier write may be reported only now. Idempotent.
     bool close() { return number_ < 0 || ::close(std::exchange(number_, -1)) == 0; }
 
 private:

@@ -15,7 +15,7 @@ namespace store {
 
 namespace {
 
-// Memory that a file is mapped to.
+// Owns a memory mapping.
 class Mapping {
 public:
     Mapping(char* bytes, std::size_t size) : bytes_(bytes), size_(size) {}
@@ -32,25 +32,25 @@ private:
     std::size_t size_;
 };
 
-// The lease ends with the descriptor, after the mapping.
+// Members are destroyed in reverse order: the mapping, then the descriptor and with it the lease.
 struct Lease {
     Descriptor file;
     Mapping mapping;
 };
 
-// When the file has been replaced in the meantime, these are the last that hold it, and taking it back costs the system
-// tens of milliseconds, which nobody needs to wait for.
-void letGo(Lease* lease) {
+// Where the file was replaced in the meantime, this is its last reference, and freeing a large file takes the kernel
+// tens of milliseconds. A detached thread waits for that.
+void releaseInBackground(Lease* lease) {
     std::unique_ptr<Lease> owned(lease);
     try {
         std::thread([lease = std::shared_ptr<Lease>(std::move(owned))]() mutable { lease.reset(); }).detach();
     } catch (const std::exception&) {
-        return;  // no thread: by now it has been let go here
+        return;  // no thread: released on this one
     }
 }
 
 bool takeLease(const Descriptor& file) {
-    // Takes the place of a signal that would end the program. Who holds bytes for a moment needs no telling.
+    // The default, SIGIO, would end the process when somebody else opens the file.
     constexpr int ignoredSignal = SIGURG;
     return fcntl(file.number(), F_SETSIG, ignoredSignal) == 0 && fcntl(file.number(), F_SETLEASE, F_RDLCK) == 0;
 }
@@ -59,13 +59,14 @@ void endLease(const Descriptor& file) {
     fcntl(file.number(), F_SETLEASE, F_UNLCK);
 }
 
-// Before the lease the file may have been cut short.
+// The file may have been truncated before the lease.
 bool isStillOfSize(const Descriptor& file, std::size_t size) {
     struct stat status {};
     return fstat(file.number(), &status) == 0 && static_cast<std::size_t>(status.st_size) == size;
 }
 
-// The file, and memory of our own behind it for the padding. What is written to that is never seen by others.
+// Maps the file over the beginning of an anonymous mapping, whose rest holds the padding. The mapping is private:
+// writing the padding does not change the file.
 std::optional<Mapping> map(const Descriptor& file, std::size_t size) {
     const std::size_t all = size + Buffer::padding;
     void* memory = mmap(nullptr, all, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -73,7 +74,7 @@ std::optional<Mapping> map(const Descriptor& file, std::size_t size) {
     Mapping mapping(static_cast<char*>(memory), all);
     if (mmap(memory, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_FIXED, file.number(), 0) == MAP_FAILED)
         return std::nullopt;
-    // Here, not while it is looked at, it shows whether the disk gives it all.
+    // Loads all pages now: a read error is an error here, and a SIGBUS later.
     if (madvise(memory, size, MADV_POPULATE_READ) != 0) return std::nullopt;
     std::memset(mapping.bytes() + size, 0, Buffer::padding);
     return mapping;
@@ -88,7 +89,7 @@ std::optional<Buffer> leaseFile(Descriptor& file, std::size_t size) {
         endLease(file);
         return std::nullopt;
     }
-    const std::shared_ptr<Lease> lease(new Lease{std::move(file), *std::move(mapping)}, letGo);
+    const std::shared_ptr<Lease> lease(new Lease{std::move(file), *std::move(mapping)}, releaseInBackground);
     return Buffer{std::shared_ptr<const char[]>(lease, lease->mapping.bytes()), size};
 }
 

@@ -8,14 +8,14 @@
 
 namespace store {
 
-// A large file's bytes where the system keeps them anyway: copying them into memory that was never touched takes longer
-// than all that is done with them. The file is leased for as long as the bytes are held (fcntl(2), F_SETLEASE): whoever
-// wants to open it for writing or to cut it short waits until they are let go, at most the 45 s that the system gives,
-// so hold them briefly. To replace the file by another takes no notice of that.
+// Maps a large file into memory, which takes less time than copying it: a copy costs a page fault for every new page.
+// While the Buffer lives, the file is leased (fcntl(2), F_SETLEASE), so that nobody changes the mapped bytes: opening
+// the file for writing and truncating it block until the Buffer is gone, at most the system's lease-break time of 45 s,
+// so hold it briefly. Renaming another file over this one does not block.
 //
-// `file` is open for reading and is kept open with the bytes. Nothing, and `file` is as it was, when the file cannot be
-// leased (it belongs to somebody else or is being written, or the file system knows no leases) or when not all of it
-// can be read: copy it then.
+// `file` is open for reading; the Buffer takes it over. Returns nothing, and leaves `file` as it is, when the file
+// cannot be leased (another user's file, open for writing, no leases on this file system) or not all of it can be read:
+// copy it then.
 std::optional<Buffer> leaseFile(Descriptor& file, std::size_t size);
 
 }  // namespace store

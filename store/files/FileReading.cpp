@@ -20,17 +20,17 @@ namespace store {
 namespace {
 
 constexpr std::size_t beginningSize = 4096;
-// So many bytes take longer to copy, into memory that was never touched, than a thread takes to begin.
+// Bytes for each thread: copying fewer, page faults of new memory included, takes less time than starting a thread.
 constexpr std::size_t worthwhile = std::size_t{4} << 20;
-// Up to here a lease, which others may have to wait for, saves nothing to speak of.
+// Below this size a lease, which can make writers wait, saves too little.
 constexpr std::size_t worthLeasing = std::size_t{1} << 20;
 
-// Where the file ends, at `end` at the latest.
+// Reads the bytes from `begin` to `end`. Returns where reading stopped: at `end`, or at the end of the file.
 std::size_t readBytes(const Descriptor& file, char* bytes, std::size_t begin, std::size_t end,
                       std::error_code& failed) {
     while (begin < end) {
         const ssize_t count = pread(file.number(), bytes + begin, end - begin, static_cast<off_t>(begin));
-        if (count == 0) break;  // somebody has cut it short in the meantime
+        if (count == 0) break;  // truncated since it was opened
         if (count > 0)
             begin += static_cast<std::size_t>(count);
         else if (errno != EINTR) {
@@ -59,7 +59,7 @@ struct OpenFile {
     std::size_t size;
 };
 
-// Nothing when it is not one to be read; see holdFile() for `failed`.
+// Nothing when the file does not exist, is no regular file or is too large; see holdFile() for `failed`.
 std::optional<OpenFile> openFile(const std::filesystem::path& path, std::error_code& failed) {
     Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat status {};

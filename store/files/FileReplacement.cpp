@@ -13,7 +13,6 @@
 #include <string_view>
 
 #include "store/files/Descriptor.h"
-#include "store/files/SecondName.h"
 #include "store/files/Sink.h"
 #include "store/files/Temporaries.h"
 
@@ -37,9 +36,25 @@ std::filesystem::path folderOf(const std::filesystem::path& path) {
     return path.has_parent_path() ? path.parent_path() : ".";
 }
 
-// Some file systems know no such thing for directories.
-std::error_code bringToDisk(const Descriptor& directory) {
+// EINVAL: the file system does not support fsync of a directory.
+std::error_code sync(const Descriptor& directory) {
     return fsync(directory.number()) == 0 || errno == EINVAL ? std::error_code() : lastError();
+}
+
+// Creates the hard link `name` to a regular file, atomically in place of a file of that name. Returns whether `name`
+// refers to the file now: the system refuses links to another user's file that may not be written, and some file
+// systems have no hard links.
+bool replaceByHardLink(const std::filesystem::path& file, const std::filesystem::path& name) {
+    const Descriptor directory(open(folderOf(name).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const std::string linkName = name.filename();
+    const std::string temporary = temporaryName(linkName);
+    const int folder = directory.number();
+    if (temporary.empty() || linkat(AT_FDCWD, file.c_str(), folder, temporary.c_str(), 0) != 0) return false;
+    const bool isLinked = renameat(folder, temporary.c_str(), folder, linkName.c_str()) == 0;
+    // It still exists when rename failed, and when `name` was a link to the same file already: rename then does
+    // nothing.
+    unlinkat(folder, temporary.c_str(), 0);
+    return isLinked;
 }
 
 class FileSink : public Sink {
@@ -51,7 +66,7 @@ public:
             ssize_t count = ::write(file_, bytes.data(), std::min(bytes.size(), largestWrite));
             if (count > 0) {
                 bytes.remove_prefix(static_cast<std::size_t>(count));
-                startWriting(count);
+                startWriteback(count);
             } else if (count == 0)
                 error_ = store::error(std::errc::io_error);
             else if (errno != EINTR)
@@ -62,9 +77,8 @@ public:
     std::error_code error() const { return error_; }
 
 private:
-    // Lets the disk begin with what is there, so that it is not all left to the end. A hint; what goes wrong, fsync
-    // says.
-    void startWriting(off_t count) {
+    // Starts writing to disk early, so that the final fsync has less to wait for. Errors are reported by fsync.
+    void startWriteback(off_t count) {
         written_ += count;
         if (written_ - started_ < off_t{largestWrite}) return;
         sync_file_range(file_, started_, written_ - started_, SYNC_FILE_RANGE_WRITE);
@@ -77,7 +91,7 @@ private:
     std::error_code error_;
 };
 
-// The new content on its way into a directory: a temporary file that is gone again unless it was put in place.
+// One replacement. Removes its temporary file when it fails.
 class Replacement {
 public:
     explicit Replacement(const std::filesystem::path& target)
@@ -89,25 +103,25 @@ public:
         if (!temporary_.empty()) unlinkat(directory_.number(), temporary_.c_str(), 0);
     }
 
-    // `keepAs` gives an empty path where what is replaced is not kept.
+    // `keepAs` returns the path under which the replaced file is kept; empty when it is not.
     std::error_code run(const std::function<void(Sink&)>& write, const std::function<std::filesystem::path()>& keepAs) {
         if (!directory_.isOpen()) return lastError();
-        if (std::error_code failed = lookAtTarget()) return failed;
+        if (std::error_code failed = statTarget()) return failed;
         if (std::error_code failed = createTemporary()) return failed;
         FileSink sink(file_.number());
         write(sink);
         if (sink.error()) return sink.error();
-        if (std::error_code failed = dressLikeTarget()) return failed;
-        // Closing is checked, but what nobody holds the lock of is swept away: that goes on until the file is in its
-        // place.
+        if (std::error_code failed = copyMetadata()) return failed;
+        // The file is closed, to see errors of closing, before it is renamed. The duplicate keeps it locked until then:
+        // removeStaleTemporaries() removes temporary files without a lock.
         const Descriptor lock(fcntl(file_.number(), F_DUPFD_CLOEXEC, 0));
         if (fsync(file_.number()) != 0 || !file_.close()) return lastError();
-        if (std::error_code failed = putInPlace(keepAs())) return failed;
-        return bringToDisk(directory_);
+        if (std::error_code failed = renameIntoPlace(keepAs())) return failed;
+        return sync(directory_);
     }
 
 private:
-    std::error_code lookAtTarget() {
+    std::error_code statTarget() {
         struct stat status {};
         if (fstatat(directory_.number(), name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
             if (!S_ISREG(status.st_mode)) return error(std::errc::not_supported);
@@ -117,8 +131,8 @@ private:
         return errno == ENOENT ? std::error_code() : lastError();
     }
 
-    // The lock is what tells a file that is being written from one that was left behind. Between creating and locking
-    // it, somebody who sweeps may have taken it for the latter.
+    // The lock distinguishes a file that is being written from a stale one. Another process may have removed the file
+    // as stale between its creation and the lock: then a new one is created.
     std::error_code createTemporary() {
         for (;;) {
             std::string name = temporaryName(name_);
@@ -136,11 +150,11 @@ private:
         }
     }
 
-    std::error_code dressLikeTarget() {
+    std::error_code copyMetadata() {
         int file = file_.number();
         if (!replaced_) return fchmod(file, newFileMode) == 0 ? std::error_code() : lastError();
-        // Only root may give a file away; everybody may at least keep it in a group of theirs. Neither can be done
-        // where a user namespace has no number for the owner or the group, which is then an argument out of range.
+        // Only root may change the owner; others may set a group they belong to. EINVAL: the user namespace does not
+        // map the owner or the group.
         if (fchown(file, replaced_->st_uid, replaced_->st_gid) != 0 &&
             fchown(file, uid_t(-1), replaced_->st_gid) != 0 && errno != EPERM && errno != EINVAL)
             return lastError();
@@ -149,11 +163,11 @@ private:
         return {};
     }
 
-    // At every instant the name leads to the one file or to the other, whole.
-    std::error_code putInPlace(const std::filesystem::path& keepAs) {
+    // At every instant the target's name refers to the old file or to the new one.
+    std::error_code renameIntoPlace(const std::filesystem::path& keepAs) {
         const bool isToBeKept = !keepAs.empty() && replaced_;
-        if (isToBeKept && !giveSecondName(target_, keepAs) && changePlaces()) {
-            // What is called temporary now is the old file; where its new name is not to be had, it goes.
+        if (isToBeKept && !replaceByHardLink(target_, keepAs) && exchange()) {
+            // The temporary name refers to the old file now. It is removed where it cannot be renamed.
             const bool isKept = renameat(directory_.number(), temporary_.c_str(), AT_FDCWD, keepAs.c_str()) == 0;
             if (isKept) temporary_.clear();
             return {};
@@ -164,12 +178,12 @@ private:
         return {};
     }
 
-    bool changePlaces() {
+    bool exchange() {
         return renameat2(directory_.number(), temporary_.c_str(), directory_.number(), name_.c_str(),
                          RENAME_EXCHANGE) == 0;
     }
 
-    // As far as they may be read and set: some belong to the system.
+    // Attributes that may not be read or set, such as those of the security modules, are skipped.
     void copyAttributes() {
         const std::string names =
             attribute([&](char* to, std::size_t size) { return llistxattr(target_.c_str(), to, size); }).value_or("");
@@ -181,7 +195,7 @@ private:
         }
     }
 
-    // What is asked for first for its size, then for itself. Nothing when either fails.
+    // The result of a system call that is called first for the size, then for the bytes. Nothing when either fails.
     template <class Get>
     static std::optional<std::string> attribute(Get get) {
         const ssize_t size = get(nullptr, 0);
@@ -203,7 +217,7 @@ private:
 
 }  // namespace
 
-std::optional<std::filesystem::path> withoutLinks(std::filesystem::path path) {
+std::optional<std::filesystem::path> resolveLinks(std::filesystem::path path) {
     for (int links = 0; links < mostLinks; ++links) {
         std::error_code noLink;
         std::filesystem::path target = std::filesystem::read_symlink(path, noLink);
@@ -215,7 +229,7 @@ std::optional<std::filesystem::path> withoutLinks(std::filesystem::path path) {
 
 std::error_code replaceFile(const std::filesystem::path& path, const std::function<void(Sink&)>& write,
                             const KeptSuffix& keptSuffix) {
-    const std::optional<std::filesystem::path> target = withoutLinks(path);
+    const std::optional<std::filesystem::path> target = resolveLinks(path);
     if (!target) return error(std::errc::too_many_symbolic_link_levels);
     return Replacement(*target).run(write, [&]() -> std::filesystem::path {
         if (!keptSuffix) return {};
@@ -227,7 +241,7 @@ std::error_code removeFile(const std::filesystem::path& path) {
     std::error_code failed;
     if (!std::filesystem::remove(path, failed)) return failed;
     const Descriptor directory(open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return directory.isOpen() ? bringToDisk(directory) : lastError();
+    return directory.isOpen() ? sync(directory) : lastError();
 }
 
 }  // namespace store

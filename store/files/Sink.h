@@ -6,7 +6,7 @@
 
 namespace store {
 
-// Where bytes go that are written one after the other. A sink that fails remembers it and takes no more.
+// A sequential output of bytes: a file or memory. After a failure it ignores further writes.
 class Sink {
 public:
     Sink() = default;

@@ -20,7 +20,7 @@ constexpr std::size_t letterCount = 12;
 constexpr std::size_t ending = infix.size() + letterCount;
 constexpr std::size_t longestKeptName = 200;
 
-// What all temporary names for a file begin with.
+// The common prefix of all temporary names of a file.
 std::string beginningFor(std::string_view fileName) {
     return "." + std::string(fileName.substr(0, longestKeptName)) + std::string(infix);
 }

@@ -6,17 +6,16 @@
 
 namespace store {
 
-// Files on their way to their places. They lie beside those and are called ".<file>.vxm-<letters>".
+// Names of the temporary files that replacements write: ".<file>.vxm-<letters>", in the directory of the file.
 
-// A name, not to be guessed, for a file on its way to another name in the same folder. Empty when the system gives no
-// random numbers.
+// A random, unpredictable temporary name for `fileName`. Empty when the system gives no random numbers.
 std::string temporaryName(std::string_view fileName);
 
-// Whether a file is called as one is that is on its way to its place, or was left behind there.
+// Whether the name has the form of a temporary file's.
 bool isTemporaryName(std::string_view name);
 
-// Removes what replacements that were killed have left in a directory, of every file or only of the one with this name;
-// those still at work are left alone.
+// Removes temporary files that killed processes left in the directory: those of `fileName`, or of all files when it is
+// empty. Files that a running replacement has locked are kept.
 void removeStaleTemporaries(const std::filesystem::path& directory, std::string_view fileName = {});
 
 }  // namespace store

@@ -20,8 +20,8 @@ void doPart(const Phase& phase, std::size_t part, std::size_t parts) {
     if (begin < end) phase.work(begin, end);
 }
 
-// Threads for all parts but the first, or for fewer when there are no more threads or memory: what would have been
-// theirs is to be done by others.
+// Starts threads for the parts from 1 on; fewer where the system has no more threads or memory. The caller does the
+// parts that have none.
 std::vector<std::jthread> startOthers(std::size_t parts, const std::function<void(std::size_t)>& work) {
     std::vector<std::jthread> others;
     if (isFuzzed) return others;

@@ -5,11 +5,11 @@
 
 namespace store {
 
-// Starts a thread that works at the same time as the calling one. The system may put a new thread on the processor of
-// the one that makes it, where it waits until that is interrupted: for milliseconds, which can be longer than all that
-// it has to do, while another processor idles. So it is kept off that processor, where there is another.
+// Starts a thread that runs in parallel with the calling one. The scheduler may place a new thread on its creator's
+// processor, where it waits for milliseconds until the creator is preempted, although another processor is idle. The
+// thread's affinity mask therefore excludes the creator's processor, where there is another.
 //
-// Throws std::system_error when there are no more threads to be had. work must not throw.
+// Throws std::system_error when no thread can be started. `work` must not throw.
 std::jthread startBeside(std::function<void()> work);
 
 }  // namespace store

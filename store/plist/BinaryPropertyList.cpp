@@ -25,15 +25,15 @@ constexpr std::string_view magic = "bplist00";
 constexpr std::size_t trailerSize = 32;
 constexpr std::size_t leastLimit = std::size_t{1} << 20;
 constexpr std::size_t growth = 6;
-// Tabs beyond this depth would be most of the text.
+// Deeper levels are not indented: tabs would be most of the output.
 constexpr std::size_t deepestIndentation = 8;
 
-// Dates count from here.
+// Dates are seconds since then.
 constexpr Date epoch = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
 constexpr Date firstDate = std::chrono::sys_days(std::chrono::year(1) / 1 / 1);
 constexpr Date endOfDates = std::chrono::sys_days(std::chrono::year(10000) / 1 / 1);
 
-// High nibbles of an object's first byte.
+// The high nibble of an object's first byte.
 enum : unsigned {
     kindSingle = 0x0,
     kindInteger = 0x1,
@@ -57,16 +57,17 @@ public:
     }
 
 private:
-    // A container whose elements are being written. There may be as many as there are objects, so it is small.
+    // An entry of the stack of open containers, which may become as deep as there are objects: kept small.
     struct Container {
         std::uint32_t object;
-        std::uint32_t references;  // the byte where they begin: an array's elements, a dictionary's keys, then values
+        std::uint32_t
+            references;  // offset of the references: an array's elements, a dictionary's keys, then its values
         std::uint32_t count;
         std::uint32_t next = 0;
         bool isDictionary;
     };
 
-    // An object's kind, its size as its first bytes give it, and where its content begins.
+    // A decoded object header: kind, count, and the offset of the content.
     struct Head {
         unsigned kind = 0;
         std::size_t count = 0;
@@ -78,7 +79,7 @@ private:
         return false;
     }
 
-    // A big-endian number of 1 to 8 bytes that lie within the file.
+    // A big-endian number of 1 to 8 bytes. The caller checks the range.
     std::uint64_t number(std::size_t at, std::size_t size) const {
         std::uint64_t value = 0;
         for (std::size_t i = 0; i < size; ++i) value = value << 8 | static_cast<unsigned char>(bytes_[at + i]);
@@ -133,7 +134,7 @@ private:
         return std::nullopt;
     }
 
-    // Where `size` times `each` bytes from a place on are not all before the table of offsets, the object is wrong.
+    // Whether `count` items of `each` bytes at offset `at` lie before the offset table.
     bool fits(std::size_t at, std::uint64_t count, std::size_t each) const {
         return at <= objectsEnd_ && count <= (objectsEnd_ - at) / each;
     }
@@ -149,7 +150,7 @@ private:
         std::uint64_t byte = number(at, 1);
         Head head{static_cast<unsigned>(byte >> 4), static_cast<std::size_t>(byte & 0xF), at + 1};
         if (head.count != 0xF || head.kind < kindData) return head;
-        // The size itself is an integer object that follows.
+        // An integer object with the count follows.
         std::uint64_t marker = fits(at + 1, 1, 1) ? number(at + 1, 1) : 0;
         std::size_t size = std::size_t{1} << (marker & 0xF);
         if (marker >> 4 != kindInteger || size > 8 || !fits(at + 2, size, 1)) {
@@ -158,7 +159,7 @@ private:
         }
         std::uint64_t count = number(at + 2, size);
         head.content = at + 2 + size;
-        // Larger than any count that fits, if it does not fit into a size.
+        // Clamped to the file size, which is more than fits: the cast cannot truncate.
         head.count = static_cast<std::size_t>(std::min<std::uint64_t>(count, bytes_.size()));
         return head;
     }
@@ -251,7 +252,7 @@ private:
         return fail(ReadFailure::unsupportedObject, at - 1);
     }
 
-    // Sixteen bytes hold what eight with a sign cannot: 2^63 to 2^64-1.
+    // Integers of 16 bytes are used for 2^63 to 2^64-1, which do not fit into 8 bytes with a sign.
     bool writeLargeInteger(std::size_t at) {
         std::uint64_t high = number(at, 8);
         std::uint64_t low = number(at + 8, 8);
@@ -285,7 +286,7 @@ private:
     std::size_t count_ = 0;
     std::size_t top_ = 0;
     std::size_t limit_ = 0;
-    std::vector<bool> isOpen_;  // for each object, whether it is a container that is being written
+    std::vector<bool> isOpen_;  // by object: whether it is on the stack, to detect cycles
     std::stack<Container> open_;
     std::optional<BinaryFailure> failure_;
 };

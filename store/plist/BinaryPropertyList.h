@@ -9,16 +9,18 @@
 
 namespace store {
 
+// Converts binary property lists to XML.
+
 struct BinaryFailure {
     ReadFailure reason;
-    std::size_t byte;  // of the object or number that is wrong
+    std::size_t byte;  // offset of the faulty object or number
 };
 
 bool isBinaryPropertyList(std::string_view bytes);
 
-// The binary form ("bplist00") said in XML, as the writer would write it, so that everything behind it has one form to
-// deal with. Nothing in the file is trusted: offsets, counts and references are checked, an object that contains
-// itself is an error, and so is one that would unfold to more than six times the file (or 1 MB, if that is more).
+// Converts the binary form ("bplist00") to XML as XmlWriter writes it, so that all other code handles one form. The
+// file is not trusted: offsets, counts and references are checked; cycles are an error, and so is output of more than
+// six times the size of the file (or 1 MB, if that is more), which shared objects could produce.
 std::variant<Buffer, BinaryFailure> xmlFromBinary(std::string_view bytes);
 
 }  // namespace store

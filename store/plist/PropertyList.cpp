@@ -63,7 +63,7 @@ Dictionary entriesOf(const Slice& slice) {
     return entries;
 }
 
-// Like "true", "yes" or a number other than 0.
+// See Value::boolValue().
 bool beginsLikeTruth(std::string_view text) {
     auto skip = [&](std::string_view letters) {
         text.remove_prefix(std::min(text.find_first_not_of(letters), text.size()));
@@ -76,8 +76,8 @@ bool beginsLikeTruth(std::string_view text) {
 
 using Container = std::variant<std::unique_ptr<const Array>, std::unique_ptr<const Dictionary>>;
 
-// Ends containers one after the other, not one inside the other: they may be nested deeper than the stack is.
-void endContainer(Container ended) {
+// Destroys nested containers iteratively: recursion could overflow the stack.
+void destroyContainer(Container ended) {
     thread_local std::vector<Container>* waiting = nullptr;
     if (waiting) {
         waiting->push_back(std::move(ended));
@@ -96,7 +96,7 @@ void endContainer(Container ended) {
 template <class Built>
 std::shared_ptr<const Built> shared(Built container) {
     return {new Built(std::move(container)),
-            [](const Built* built) { endContainer(std::unique_ptr<const Built>(built)); }};
+            [](const Built* built) { destroyContainer(std::unique_ptr<const Built>(built)); }};
 }
 
 }  // namespace

@@ -16,10 +16,9 @@ namespace store {
 
 // Property-list values: string, Boolean, date, data, integer, real, array, dictionary.
 //
-// A value is either built (it holds what it was given) or a slice of the text that it was read from, checked once and
-// taken apart only when somebody asks. Writing a slice copies its text as it stands, so what an action does not touch
-// costs no more than copying it and comes out as it was. Values are cheap to copy: they share what they hold.
-// Nothing here knows files. Any thread, one at a time per value.
+// A value is either built from a C++ value or a slice: a range of the text that it was read from, validated once and
+// parsed lazily. Writing a slice copies its bytes, so values that a change does not touch cost a copy and keep their
+// exact text. Values are cheap to copy: they share their content. Any thread, one at a time per value.
 
 using Date = std::chrono::sys_seconds;
 
@@ -32,7 +31,7 @@ class XmlWriter;
 
 using Array = std::vector<Value>;
 
-// An array that is written element by element by somebody who holds the elements in a form of their own.
+// A lazy array: writes its elements from a representation of its own, without a Value for each.
 class ArraySource {
 public:
     ArraySource() = default;
@@ -43,14 +42,14 @@ public:
     virtual void writeElements(XmlWriter& writer) const = 0;
 };
 
-// What slices are parts of.
+// A text that was read, shared by its slices.
 struct SlicedText {
     std::shared_ptr<const char[]> bytes;
     std::shared_ptr<const ElementIndex> index;  // nullptr when the text was read without one
 };
 
-// Part of a text that was read and checked: an element. Keeps the text alive. Large dictionaries hold little else, so
-// it is small: what kind of element it is stands in the text.
+// An element of a text that was read and validated. Keeps the text alive. Large dictionaries consist of slices, so a
+// slice is small: its kind is read from its tag when it is asked for.
 struct Slice {
     std::shared_ptr<const SlicedText> text;
     const char* begin = nullptr;  // at the element's opening tag
@@ -73,9 +72,9 @@ public:
 
     Kind kind() const;
 
-    // The value when it is of that kind, otherwise nothing; integer() also for what 63 bits cannot hold. A slice is
-    // taken apart by one level at each call: keep what it gives (in a variable of its own, a loop over `*value.array()`
-    // would lose it).
+    // The value when it is of that kind, otherwise nothing. integer() also gives nothing for 2^63 and above. Each call
+    // parses a slice, by one level of nesting: keep the result. It is a temporary, so keep it in a variable before
+    // looping over `*value.array()`.
     std::optional<std::string> string() const;
     std::optional<bool> boolean() const;
     std::optional<Date> date() const;
@@ -85,8 +84,8 @@ public:
     std::optional<Array> array() const;
     std::optional<Dictionary> dictionary() const;
 
-    // The truth of a Boolean or of a number other than 0; of a string, whether it begins like "true", "yes" or a
-    // number other than 0. False for everything else.
+    // True for the Boolean true, a number other than 0, and a string that begins like "true", "yes" or a number other
+    // than 0.
     bool boolValue() const;
 
 private:
@@ -97,10 +96,10 @@ private:
         content_;
 };
 
-// The value as text: the slice that it is, or one that is written for the purpose.
+// The value as XML: itself where it is a slice, otherwise newly written.
 Slice sliceOf(const Value& value);
 
-// Keys in the order in which they are written: by their UTF-8 bytes.
+// Sorted by the UTF-8 bytes of the keys, which is the order in which they are written.
 class Dictionary {
 public:
     using Entries = std::map<std::string, Value, std::less<>>;

@@ -12,8 +12,10 @@
 
 namespace store {
 
-// Where and why reading stopped. `byte` counts from 0 in the text, and in the file itself unless that is UTF-16, whose
-// bytes it counts as UTF-8; `line` and `column` (in characters) count from 1 and are 0 for the binary form.
+// Reads a property list in memory, in any of its forms.
+
+// The first error. `byte` is an offset in the file, or in its UTF-8 form where the file is UTF-16. `line` and `column`
+// (in characters) count from 1; they are 0 for the binary form.
 struct ReadError {
     ReadFailure reason;
     std::string message;
@@ -24,12 +26,12 @@ struct ReadError {
 
 using ReadResult = std::variant<Dictionary, ReadError>;
 
-// A property list's outermost dictionary, from XML (see XmlReader.h for what is accepted) in UTF-8, or in UTF-16 with a
-// byte-order mark, or from the binary form. A file that is wrong anywhere gives nothing but the error. A file that is
-// handed over is kept no longer than it is needed. `index` may be nullptr.
+// The outermost dictionary of XML (see XmlReader.h for what is accepted) in UTF-8, of XML in UTF-16 with a byte-order
+// mark, or of the binary form. An error anywhere makes the whole file an error. `file` is released as soon as it has
+// been converted. `index` may be nullptr.
 ReadResult readPropertyList(Buffer file, std::shared_ptr<ElementIndex> index = nullptr);
 
-// Whether a file that begins like this can be a property list: a quick no for what is something else altogether.
+// False when a file with this beginning is certainly no property list: a cheap test before it is read.
 bool mayBePropertyList(std::string_view beginning);
 
 const char* describe(ReadFailure reason);

@@ -2,14 +2,14 @@
 
 namespace store {
 
-// Why a text is no property-list dictionary.
+// Why a file could not be read as a property-list dictionary.
 enum class ReadFailure {
     // Characters and markup.
     unexpectedEnd,        // the text stops before the list is complete
-    badEncoding,          // bytes that are not the UTF-8 or UTF-16 they should be
+    badEncoding,          // malformed UTF-8 or UTF-16
     unsupportedEncoding,  // the declaration names an encoding other than these
     illegalCharacter,     // a character that XML cannot carry
-    badMarkup,            // a tag, comment or declaration that is not formed as XML wants it
+    badMarkup,            // a malformed tag, comment or declaration
     unknownReference,     // a reference to anything but a character or one of XML's five entities
     // Structure.
     unknownTag,
@@ -18,8 +18,8 @@ enum class ReadFailure {
     misplacedText,  // text where only elements may stand
     keyWithoutValue,
     valueWithoutKey,
-    noDictionary,  // there is nothing, or the outermost value is something else
-    secondRoot,    // something follows the outermost value
+    noDictionary,  // the file is empty, or its outermost value is no dictionary
+    secondRoot,    // anything behind the outermost value
     // Values.
     badDate,
     badInteger,
@@ -27,10 +27,10 @@ enum class ReadFailure {
     badData,
     // Binary form.
     badTrailer,         // the trailer contradicts itself or the size of the file
-    badOffset,          // an object lies outside the table of objects, or a reference does
-    unsupportedObject,  // an object of a kind that has no XML form
+    badOffset,          // an object or a reference out of range
+    unsupportedObject,  // a kind of object without an XML form
     containsItself,
-    tooLarge,  // much more text than bytes: objects that contain one another many times over
+    tooLarge,  // shared objects would expand to many times the file
 };
 
 }  // namespace store

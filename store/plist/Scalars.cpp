@@ -18,7 +18,7 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-// A sign, if there is one, is taken off the text.
+// Removes a leading sign from the text. Returns whether it was a minus.
 bool takeMinus(std::string_view& text) {
     if (text.empty() || (text.front() != '-' && text.front() != '+')) return false;
     bool isMinus = text.front() == '-';
@@ -37,7 +37,7 @@ constexpr auto base64Values = [] {
     return values;
 }();
 
-// Hands each byte that the text stands for to `take`; false when it is no Base64.
+// Calls `take` with each decoded byte. Returns false when the text is no Base64.
 template <class Take>
 bool decodeBase64(std::string_view text, Take take) {
     std::uint32_t bits = 0;

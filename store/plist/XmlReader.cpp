@@ -96,7 +96,7 @@ private:
         return fail(event == Event::close ? ReadFailure::mismatchedTag : ReadFailure::secondRoot, scanner_.tagBegin());
     }
 
-    // Everything from behind the outermost dictionary's opening tag through its closing tag.
+    // From behind the outermost dictionary's opening tag through its closing tag.
     bool readDictionary() {
         inDictionary_.assign(1, true);
         while (!inDictionary_.empty()) {
@@ -129,7 +129,6 @@ private:
         return valueComplete();
     }
 
-    // An element of an array never is a value of the outermost dictionary: there is nothing to note.
     bool skipElements() {
         const char* behind = index_->skip(scanner_.tagBegin(), end_);
         if (behind) scanner_.moveTo(behind);
@@ -170,12 +169,12 @@ private:
         return true;
     }
 
-    ElementIndex* index_;  // part of the text, or nullptr
+    ElementIndex* index_;  // owned by the text; may be nullptr
     std::shared_ptr<const SlicedText> text_;
     const char* end_;
     XmlScanner scanner_;
-    std::vector<bool> inDictionary_;  // for each container that is open, whether it is a dictionary
-    bool hasKey_ = false;             // in the innermost dictionary, a key that has no value yet
+    std::vector<bool> inDictionary_;  // the stack of open containers: whether each is a dictionary
+    bool hasKey_ = false;             // the innermost dictionary has a key without a value yet
     std::string key_;                 // the outermost dictionary's last key
     Slice value_;                     // and its value
     Dictionary top_;

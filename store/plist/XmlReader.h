@@ -9,26 +9,27 @@
 
 namespace store {
 
+// Parses and validates XML property lists.
+
 struct XmlFailure {
     ReadFailure reason;
     const char* at;
 };
 
-// One pass over the whole text, in UTF-8, which checks all of it and takes apart the outermost dictionary only: its
-// values are slices of the text. Memory beyond the text: the outermost entries, and a bit for each level of depth.
+// Validates the whole text, which is UTF-8, in one pass and parses the outermost dictionary only: its values are slices
+// of the text. Memory beyond the text: the outermost entries, and one bit for each level of nesting.
 //
-// What is accepted, strict where leniency could misread a value and lenient where a file written by hand is clearly
-// meant:
+// Accepted input, strict where leniency could misread a value and lenient towards files written by hand:
 //
 //   declaration          may be missing; white space or a byte-order mark before it; an encoding other than UTF-8,
 //                        UTF-16 and ASCII is an error
-//   document type        may be missing; passed over with its internal subset; what it declares does not exist
+//   document type        may be missing; skipped with its internal subset; its declarations are ignored
 //   plist                may be missing; the same with any attributes, on this and every other element
 //   comments, processing instructions   anywhere; CDATA sections where text may stand
 //   references           characters and XML's five entities; any other is an error
-//   characters           those of XML 1.0; a carriage return stays what it is
+//   characters           those of XML 1.0; a carriage return is kept
 //   outermost value      one, a dictionary; nothing but comments and instructions around it
-//   dictionary           keys and values in turn; of equal keys the last counts
+//   dictionary           keys and values alternate; of equal keys the last counts
 //   true, false          empty or white space inside
 //   date                 YYYY-MM-DDThh:mm:ssZ, in the calendar; white space around it
 //   integer              -2^63 to 2^64-1, decimal or 0x hexadecimal, signed; white space around it
@@ -36,7 +37,7 @@ struct XmlFailure {
 //   data                 Base64, padded; white space anywhere
 //   anything else        an error
 //
-// `index` saves time and changes nothing of the result; nullptr for none.
+// `index`, which may be nullptr, makes it faster and does not change the result.
 std::variant<Dictionary, XmlFailure> readXml(const Buffer& text, std::shared_ptr<ElementIndex> index = nullptr);
 
 }  // namespace store

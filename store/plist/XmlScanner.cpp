@@ -25,7 +25,7 @@ const char* skipSpace(const char* p) {
     return p;
 }
 
-// Whether the text can be in the encoding that its declaration names: by now it is UTF-8.
+// The encodings that a declaration may name. The text itself has been converted to UTF-8 by now.
 bool isReadableEncoding(std::string_view name) {
     std::string lower(name);
     std::transform(lower.begin(), lower.end(), lower.begin(), asciiLower);
@@ -71,8 +71,8 @@ XmlScanner::Event XmlScanner::failAtCharacter(const char* at) {
     return failOutsideText(at, ReadFailure::illegalCharacter);
 }
 
-// What cannot stand here: the end, bytes that are no text, a character that may stand nowhere, or else what the caller
-// makes of it.
+// Fails at a byte that is not allowed here: end of text, malformed UTF-8, a character that XML forbids, otherwise
+// `reason`.
 XmlScanner::Event XmlScanner::failOutsideText(const char* at, ReadFailure reason) {
     if (at == end_) return fail(ReadFailure::unexpectedEnd, at);
     Utf8Character found = decodeUtf8(at, end_);
@@ -103,7 +103,7 @@ bool XmlScanner::prolog() {
     return false;
 }
 
-// Everything in element content but a plain tag: nothing when it was passed over.
+// The slow path of next(): everything but plain tags. Nothing when it skipped a comment or an instruction.
 std::optional<XmlScanner::Event> XmlScanner::scanOddTag() {
     const char* p = tagBegin_;
     if (p == end_) return Event::end;
@@ -158,7 +158,7 @@ const char* XmlScanner::skipReference(const char* p) {
     return nullptr;
 }
 
-// `p` is at a '<' that opens no closing tag.
+// `p` points at a '<' that does not begin a closing tag.
 const char* XmlScanner::skipInsideScalar(const char* p) {
     if (p[1] == '?') return skipInstruction(p);
     if (startsWith(p, "<![CDATA[")) return skipCharacters(p + 9, "]]>");
@@ -217,7 +217,7 @@ const char* XmlScanner::skipComment(const char* p) {
     return nullptr;
 }
 
-// A declaration that is not at the very beginning is not passed over as an instruction.
+// An XML declaration anywhere but at the beginning is an error, not an instruction.
 const char* XmlScanner::skipInstruction(const char* p) {
     const char* target = p + 2;
     bool isDeclaration = asciiLower(target[0]) == 'x' && asciiLower(target[1]) == 'm' && asciiLower(target[2]) == 'l' &&
@@ -229,7 +229,7 @@ const char* XmlScanner::skipInstruction(const char* p) {
     return skipCharacters(target, "?>");
 }
 
-// The document type is passed over whatever it says: nothing that it declares is ever used.
+// Skips the document type; its declarations are ignored.
 const char* XmlScanner::skipDocumentType(const char* p) {
     bool isInSubset = false;
     ++p;

@@ -18,11 +18,10 @@ inline bool isContainer(Tag tag) {
 }
 Kind kindOf(Tag tag);
 
-// Walks over the elements of a property list's XML, tag by tag, and checks characters and markup as it goes; what may
-// stand inside what is its user's business. It keeps no record of where it has been, so the input's depth costs it
-// nothing. Over a slice that was checked before, nothing fails.
+// A pull scanner for the XML of property lists. It validates characters and markup; the caller validates nesting. It
+// has no stack, so nesting costs no memory. Scanning a slice, which was validated before, never fails.
 //
-// The text lies in a Buffer: bytes behind `end` may be looked at.
+// The text must lie in a Buffer: the scanner reads into the padding behind `end`.
 class XmlScanner {
 public:
     enum class Event { open, empty, close, end, failed };
@@ -30,21 +29,21 @@ public:
     XmlScanner(const char* begin, const char* end) : position_(begin), end_(end) {}
     explicit XmlScanner(const Slice& slice) : XmlScanner(slice.begin, slice.end) {}
 
-    // What may stand before the outermost element: a declaration and a document type. False when it failed.
+    // Skips declaration and document type. Returns false on an error.
     bool prolog();
 
-    // The next tag where elements may stand; comments and processing instructions are passed over.
+    // The next tag in element content. Skips comments and processing instructions.
     Event next();
     Tag tag() const { return tag_; }
     const char* tagBegin() const { return tagBegin_; }
-    // Behind what was scanned last.
+    // Behind the last scanned token.
     const char* position() const { return position_; }
 
-    // The text of the scalar that was just opened, through its closing tag. False when it failed.
+    // Scans the text of the scalar that was just opened, through its closing tag. Returns false on an error.
     bool text(XmlText& text);
-    // Goes on behind something that was recognised in another way.
+    // Continues at `position`, behind elements that were recognised in another way.
     void moveTo(const char* position) { position_ = position; }
-    // The rest of the element that was just opened, whatever it is.
+    // Skips the rest of the element that `event` opened, of any kind.
     void skipElement(Event event);
 
     Event fail(ReadFailure reason, const char* at);
@@ -58,7 +57,7 @@ private:
     Event failOutsideText(const char* at, ReadFailure reason);
     bool closeScalar(Tag opened, const char* at);
 
-    // Each of these returns where it ends, or nullptr when it failed.
+    // Each returns the position behind what it skipped, or nullptr on an error.
     const char* skipInsideScalar(const char* p);
     const char* skipReference(const char* p);
     const char* skipCharacter(const char* p);
@@ -78,7 +77,7 @@ private:
     ReadFailure failure_ = ReadFailure::badMarkup;
 };
 
-// Behind the element name at p, nullptr when it is none of ours. What follows the name is not looked at.
+// Returns the position behind the element name at p, nullptr when it is unknown. Does not check what follows the name.
 inline const char* readTagName(const char* p, Tag& tag) {
     auto is = [&]<std::size_t size>(const char(&name)[size], Tag named) -> const char* {
         if (std::memcmp(p, name, size - 1) != 0) return nullptr;

@@ -17,14 +17,14 @@ inline bool isXmlSpace(char c) {
     return c == ' ' || c == '\n' || c == '\t' || c == '\r';
 }
 
-// The first byte from p on that is not plain text: '<', '&', a control character or a byte beyond ASCII. The text ends
-// with a 0.
+// The first byte from p on that is not plain text: '<', '&', a control character or a byte outside ASCII. The text is
+// terminated by a 0.
 inline const char* skipPlainTextBytewise(const char* p) {
     while (static_cast<signed char>(*p) >= ' ' && *p != '<' && *p != '&') ++p;
     return p;
 }
 
-// The same, sixteen bytes at a time; looks up to 16 bytes beyond the byte that it finds.
+// The same, 16 bytes at a time. Reads up to 16 bytes beyond the result.
 inline const char* skipPlainText(const char* p) {
 #if defined(__SSE2__)
     const __m128i space = _mm_set1_epi8(' ');
@@ -32,7 +32,7 @@ inline const char* skipPlainText(const char* p) {
     const __m128i reference = _mm_set1_epi8('&');
     for (;; p += 16) {
         __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-        // Compared as signed numbers, bytes beyond ASCII are below the space as well.
+        // The comparison is signed: bytes outside ASCII are negative, so below the space as well.
         __m128i found = _mm_or_si128(_mm_cmplt_epi8(bytes, space),
                                      _mm_or_si128(_mm_cmpeq_epi8(bytes, tag), _mm_cmpeq_epi8(bytes, reference)));
         if (int mask = _mm_movemask_epi8(found)) return p + __builtin_ctz(static_cast<unsigned>(mask));
@@ -42,14 +42,13 @@ inline const char* skipPlainText(const char* p) {
 #endif
 }
 
-// How many bytes at a text's beginning are plain, and no '>' either: they stand for themselves wherever they are
-// written.
+// The length of the prefix that needs no escaping: plain text without '>'.
 inline std::size_t plainTextSizeBytewise(std::string_view text) {
     const auto isOther = [](char c) { return static_cast<signed char>(c) < ' ' || c == '<' || c == '>' || c == '&'; };
     return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isOther) - text.begin());
 }
 
-// The same, sixteen bytes at a time; the last ones may be looked at twice.
+// The same, 16 bytes at a time. The last block may overlap the one before.
 inline std::size_t plainTextSize(std::string_view text) {
 #if defined(__SSE2__)
     constexpr std::size_t step = 16;
@@ -71,19 +70,19 @@ inline std::size_t plainTextSize(std::string_view text) {
 #endif
 }
 
-// A reference: `end` is behind it, nullptr when it is none that XML itself knows.
+// A character reference or one of XML's five entities. `end` is behind it; nullptr for anything else.
 struct XmlReference {
     char32_t character = 0;
     const char* end = nullptr;
 };
 
-// `p` is at the '&'.
+// `p` points at the '&'.
 XmlReference readReference(const char* p, const char* end);
 
-// What stands between the tags of a scalar, checked.
+// The validated text between the tags of a scalar.
 struct XmlText {
     std::string_view raw;
-    bool isPlain = true;  // no references, comments, CDATA sections or processing instructions in it
+    bool isPlain = true;  // without references, comments, CDATA sections and processing instructions
 
     std::string decoded() const;
 };

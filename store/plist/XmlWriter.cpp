@@ -28,8 +28,7 @@ Overloaded(Functions...) -> Overloaded<Functions...>;
 
 }  // namespace
 
-// A built container that is being written, and how far. What is built may be deep: the way back is kept here, not on
-// the call stack.
+// An entry of the stack of open containers. Built values may be nested deeper than the call stack allows.
 struct XmlWriter::Container {
     const Array* array = nullptr;
     const Dictionary* dictionary = nullptr;
@@ -113,7 +112,7 @@ void XmlWriter::begin(const Container& container, std::vector<Container>& open) 
     open.push_back(container);
 }
 
-// Everything that is still to be written of containers that lie in one another.
+// Writes the rest of all open containers.
 void XmlWriter::complete(std::vector<Container>& open) {
     while (!open.empty()) {
         Container& container = open.back();
@@ -131,7 +130,7 @@ void XmlWriter::complete(std::vector<Container>& open) {
     }
 }
 
-// Everything but a built array or dictionary.
+// Writes any value but a built array or dictionary.
 void XmlWriter::scalar(const Value& value) {
     auto element = [&](std::string_view tag, auto content) {
         tabs();
@@ -172,8 +171,8 @@ void XmlWriter::scalar(const Value& value) {
 }
 
 void XmlWriter::inBlocks(std::size_t count, const std::function<XmlBlocks::Work(XmlWriter&)>& workFor) {
-    constexpr std::size_t worthwhile = 50'000;  // elements, for a thread of their own
-    constexpr std::size_t ahead = 8;            // blocks that one may lay out before others have ended theirs
+    constexpr std::size_t worthwhile = 50'000;  // elements for each thread
+    constexpr std::size_t ahead = 8;            // blocks for each thread: how far it may get ahead of the slowest
     flush();
     const std::size_t parts = partsWorthwhile(count, worthwhile);
     XmlBlocks blocks(sink_, depth_, count, parts == 1 ? 1 : parts * ahead, workFor);
@@ -186,7 +185,7 @@ void XmlWriter::date(Date date) {
     raw({text, dateLength});
 }
 
-// Lines of 76 columns, where a tab counts as 8, but never shorter than 16 letters.
+// Base64 in lines of 76 columns, a tab counted as 8, but of at least 16 letters.
 void XmlWriter::data(const std::vector<std::byte>& data) {
     line("<data>");
     std::string letters = formatData(data);
@@ -204,7 +203,7 @@ void XmlWriter::escaped(std::string_view text) {
     }
 }
 
-// The first character of the rest, which may not stand for itself.
+// Removes the first character of `rest` and writes it, escaped where necessary.
 void XmlWriter::character(std::string_view& rest) {
     Utf8Character next = decodeUtf8(rest.data(), rest.data() + rest.size());
     std::string_view bytes = rest.substr(0, std::max(next.length, 1u));

@@ -15,34 +15,34 @@ namespace store {
 
 class Sink;
 
-// Writes property lists as XML: declaration, document type, tabs, sorted keys, one value a line, one newline at the
-// end. Slices are copied as they stand. Characters that XML cannot carry become U+FFFD, a carriage return "&#13;".
-// Bytes are gathered; `flush` hands over the last ones.
+// Writes property lists as XML: declaration, document type, indentation by tabs, sorted keys, one value on a line, one
+// newline at the end. Slices are copied verbatim. Characters that XML does not allow become U+FFFD, a carriage return
+// "&#13;". Output is buffered: call flush() after the last piece.
 class XmlWriter {
 public:
     explicit XmlWriter(Sink& sink, std::size_t depth = 0);
 
     void document(const Dictionary& dictionary);
-    // One value with its indentation and line end.
+    // A value with indentation and line end.
     void value(const Value& value);
     void flush();
 
-    // Pieces, for those who write elements themselves.
+    // Parts of elements, for an ArraySource.
     void raw(std::string_view text);
     void escaped(std::string_view text);
     void date(Date date);
-    // Lines, with their indentation and end.
+    // Whole lines with indentation and line end.
     void line(std::string_view text);
     void key(std::string_view text);
     void string(std::string_view text);
-    // So many elements, in the order of their numbers; where that pays off, several writers lay them out at the same
-    // time. `workFor` is called in the beginning, on the calling thread, for each of these.
+    // Writes `count` elements in the order of their indices. Many elements are formatted by several threads, each with
+    // a writer of its own. `workFor` returns the function that writes a range of elements to the given writer; it is
+    // called on the calling thread, once for each writer, before any of them writes.
     void inBlocks(std::size_t count, const std::function<XmlBlocks::Work(XmlWriter&)>& workFor);
-    // The tabs before an element at the present depth. From some depth on they would be most of the text: there are no
-    // more of them.
+    // The tabs before an element at the current depth; at most 64, since deeper indentation would be most of the text.
     std::string indentation() const { return std::string(tabCount(), '\t'); }
 
-    // How far to the right what comes next stands.
+    // Changes the depth of what is written next.
     void indent() { ++depth_; }
     void outdent() { --depth_; }
 
@@ -70,7 +70,7 @@ private:
 inline void XmlWriter::raw(std::string_view text) {
     if (text.size() > capacity - used_) {
         flush();
-        // What does not fit is not gathered: a large slice goes out from where it lies.
+        // A slice larger than the buffer bypasses it.
         if (text.size() > capacity) {
             largeRaw(text);
             return;

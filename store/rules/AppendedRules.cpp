@@ -15,7 +15,7 @@ Date now() {
     return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
 }
 
-// What stands between an array's tags, without the white space around it.
+// The text between the array's tags, without white space around it.
 std::string_view elementsIn(const Slice& array) {
     XmlScanner scanner(array);
     if (scanner.next() != XmlScanner::Event::open) return {};

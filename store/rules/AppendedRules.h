@@ -7,15 +7,14 @@
 
 namespace store {
 
-// A rule list with an entry for every line of a text behind it, dated when it is written. Lines end at "\n"; the text
-// behind the last one, empty or not, is a line as well. What the list held is copied as it stands, so that appending to
-// a long list costs no more than writing it.
+// A rule list followed by an entry for each line of a text, dated with the time of writing. Lines are separated by
+// "\n"; an empty line gives an empty rule. The old list is copied verbatim: appending costs no more than copying it.
 class AppendedRules : public ArraySource {
 public:
-    // `list` is nullptr, or anything but an array, where there is no list yet. `lines` is UTF-8.
+    // `list` may be nullptr or no array: then the list is empty. `lines` is UTF-8.
     AppendedRules(const Value* list, std::string lines);
 
-    // Never: the text has at least one line.
+    // Even an empty text is one line.
     bool isEmpty() const override { return false; }
     void writeElements(XmlWriter& writer) const override;
 

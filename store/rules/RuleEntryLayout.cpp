@@ -15,7 +15,7 @@ namespace store {
 
 namespace {
 
-// Entries of an app's list that lie in an exported file are the deepest there are.
+// The deepest entries: those of an app's list in an exported file.
 constexpr std::size_t mostTabs = 4;
 constexpr std::string_view tag = "<dict>";
 
@@ -38,7 +38,7 @@ RuleEntryLayout::RuleEntryLayout(std::size_t tabs) {
 
 namespace {
 
-// The first byte from p on that is not plain text in UTF-8; the text ends with a 0.
+// skipPlainText() that also skips characters outside ASCII.
 const char* skipPlainCharacters(const char* p) {
     constexpr std::ptrdiff_t longest = 4;
     for (p = skipPlainText(p); static_cast<signed char>(*p) < 0; p = skipPlainText(p)) {
@@ -57,7 +57,7 @@ std::size_t tabsBefore(const char* dict) {
 
 }  // namespace
 
-// Whatever does not match does so at the latest at the 0 behind the text, and nothing is looked at beyond the padding.
+// A comparison fails at the 0 behind the text at the latest, and none reads beyond the padding.
 RuleEntryLayout::Match RuleEntryLayout::match(const char* dict) const {
     if (!startsWith(dict, beforeDate_)) return {};
     const char* dateText = dict + beforeDate_.size();

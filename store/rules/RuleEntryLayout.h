@@ -8,14 +8,14 @@
 
 namespace store {
 
-// How an entry that is a date and a rule and nothing else is laid out when it is written. Files consist of little else,
-// so what reads them recognises an entry as a whole by its layout before it looks at it tag by tag.
+// The exact text of an entry with a date and a rule and no other key, as it is written. Files consist of such entries,
+// so readers compare an entry with the layout first and parse it tag by tag only when it does not match.
 class RuleEntryLayout {
 public:
-    // For an entry behind so many tabs.
+    // For an entry indented by `tabs`.
     explicit RuleEntryLayout(std::size_t tabs);
 
-    const std::string& beforeDate() const { return beforeDate_; }  // from "<dict>" on
+    const std::string& beforeDate() const { return beforeDate_; }  // begins with "<dict>"
     const std::string& beforeRule() const { return beforeRule_; }
     const std::string& end() const { return end_; }
 
@@ -25,10 +25,11 @@ public:
         const char* end = nullptr;  // behind "</dict>"; nullptr when there is no match
     };
 
-    // The entry at "<dict>" in a Buffer, if it is laid out like this behind the tabs that it has. A rule that is not
-    // plain text in UTF-8 does not match, nor does a date that is none.
+    // Matches the entry at the "<dict>" in a Buffer, at its own indentation. No match where the rule is not plain UTF-8
+    // (see skipPlainText()) or the date is malformed.
     static Match matchAt(const char* dict);
-    // The "<dict>" on the line behind an entry that ends at `behind`, if there is one that stands as far to the right.
+    // The "<dict>" on the line behind an entry that ends at `behind`; nullptr when there is none of the same
+    // indentation.
     static const char* nextEntry(const char* dict, const char* behind);
 
 private:

@@ -11,7 +11,7 @@ namespace store {
 
 class XmlWriter;
 
-// Writes rule entries as the elements of the array that the writer is in.
+// Writes rule entries as elements of the array that the writer has begun.
 class RuleEntryWriter {
 public:
     explicit RuleEntryWriter(XmlWriter& writer);

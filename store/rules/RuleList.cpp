@@ -13,19 +13,19 @@
 
 namespace store {
 
-using Number = RuleStorage::Number;
+using Index = RuleStorage::Index;
 
 struct RuleList::Private {
     RuleStorage storage;
-    std::vector<Number> rows;              // the entries as they are shown
-    std::vector<Number> changed;           // what was added or edited, the latest last
-    std::optional<RuleOrder> order;        // in which the rows are known to be
-    std::optional<RuleSearch> ruleSearch;  // made when a search begins, or by the first since a text changed
+    std::vector<Index> rows;               // the entries in the order shown
+    std::vector<Index> changed;            // entries added or edited, in the order of the changes
+    std::optional<RuleOrder> order;        // the known order of the rows
+    std::optional<RuleSearch> ruleSearch;  // built lazily, dropped when a text changes
 
     std::string_view rule(std::size_t row) const { return storage.rule(rows[row]); }
 
-    void textChanged(Number number, std::optional<RuleOrder> newOrder) {
-        changed.push_back(number);
+    void textChanged(Index index, std::optional<RuleOrder> newOrder) {
+        changed.push_back(index);
         order = newOrder;
         ruleSearch.reset();
     }
@@ -39,55 +39,54 @@ struct RuleList::Private {
         return ruleSearch->search(text, rows);
     }
 
-    // Dates are whole seconds. Which of two entries is the later one is known all the same: what was changed last, then
-    // what was read, in the order in which it stood.
-    std::vector<Number> latestFirst() const {
-        std::vector<char> isRow(storage.size());
-        for (const Number number : rows) isRow[number] = 1;
-        std::vector<Number> sorted;
+    // The order among equal dates, which have a resolution of a second: entries changed in this list, the last change
+    // first, then those that were read, in stored order.
+    std::vector<Index> latestFirst() const {
+        std::vector<char> isLeft(storage.size());
+        for (const Index index : rows) isLeft[index] = 1;
+        std::vector<Index> sorted;
         sorted.reserve(rows.size());
-        const auto take = [&](Number number) {
-            if (std::exchange(isRow[number], 0)) sorted.push_back(number);
+        const auto append = [&](Index index) {
+            if (std::exchange(isLeft[index], 0)) sorted.push_back(index);
         };
-        std::for_each(changed.rbegin(), changed.rend(), take);
-        for (Number number = 0; number < storage.size(); ++number) take(number);
+        std::for_each(changed.rbegin(), changed.rend(), append);
+        for (Index index = 0; index < storage.size(); ++index) append(index);
         return sorted;
     }
 
-    void alphabeticOrDateSort(RuleOrder by, const NameOrder& names) {
+    void sortRows(RuleOrder by, const NameOrder& names) {
         if (by == RuleOrder::name) {
             sortByName(
-                rows, [this](Number number) { return storage.rule(number); }, names);
+                rows, [this](Index index) { return storage.rule(index); }, names);
         } else {
             rows = latestFirst();
-            sortByDate(rows, [this](Number number) { return storage.dateOrder(number); });
+            sortByDate(rows, [this](Index index) { return storage.dateOrder(index); });
         }
     }
 
-    // In rows that are sorted that way, the first that belongs behind a new entry.
-    std::vector<Number>::iterator firstBehind(Number added, RuleOrder by, const NameOrder& names) {
+    // The insertion point of a new entry in sorted rows.
+    std::vector<Index>::iterator insertionPoint(Index added, RuleOrder by, const NameOrder& names) {
         if (by == RuleOrder::date) {
             return std::ranges::lower_bound(rows, storage.dateOrder(added), std::greater(),
-                                            [this](Number number) { return storage.dateOrder(number); });
+                                            [this](Index index) { return storage.dateOrder(index); });
         }
-        return std::upper_bound(rows.begin(), rows.end(), added, [&](Number a, Number b) {
-            return names.compare(storage.rule(a), storage.rule(b)) < 0;
-        });
+        return std::upper_bound(rows.begin(), rows.end(), added,
+                                [&](Index a, Index b) { return names.compare(storage.rule(a), storage.rule(b)) < 0; });
     }
 };
 
 namespace {
 
-// A list's rows as an array's elements.
+// Writes the rows as the elements of an array.
 class RuleArray : public ArraySource {
 public:
-    RuleArray(const RuleStorage& storage, const std::vector<Number>& rows) : storage_(storage), rows_(rows) {}
+    RuleArray(const RuleStorage& storage, const std::vector<Index>& rows) : storage_(storage), rows_(rows) {}
     bool isEmpty() const override { return rows_.empty() && storage_.foreignCount() == 0; }
     void writeElements(XmlWriter& writer) const override { storage_.write(writer, rows_); }
 
 private:
     const RuleStorage& storage_;
-    const std::vector<Number>& rows_;
+    const std::vector<Index>& rows_;
 };
 
 }  // namespace
@@ -102,7 +101,7 @@ RuleList RuleList::load(const Value* array) {
     if (!array || array->kind() != Kind::array) return list;
     list.d_->storage = RuleStorage::read(sliceOf(*array));
     list.d_->rows.resize(list.d_->storage.size());
-    std::iota(list.d_->rows.begin(), list.d_->rows.end(), Number{0});
+    std::iota(list.d_->rows.begin(), list.d_->rows.end(), Index{0});
     return list;
 }
 
@@ -119,7 +118,7 @@ std::optional<Date> RuleList::date(std::size_t position) const {
 }
 
 void RuleList::sort(RuleOrder by, const NameOrder& order) {
-    d_->alphabeticOrDateSort(by, order);
+    d_->sortRows(by, order);
     d_->order = by;
 }
 
@@ -128,9 +127,9 @@ bool RuleList::isSorted(RuleOrder by) const {
 }
 
 std::size_t RuleList::add(std::string_view rule, Date date, RuleOrder by, const NameOrder& order) {
-    if (d_->order != by) d_->alphabeticOrDateSort(by, order);
-    Number added = d_->storage.add(rule, date);
-    auto place = d_->firstBehind(added, by, order);
+    if (d_->order != by) d_->sortRows(by, order);
+    Index added = d_->storage.add(rule, date);
+    auto place = d_->insertionPoint(added, by, order);
     auto position = static_cast<std::size_t>(place - d_->rows.begin());
     d_->rows.insert(place, added);
     d_->textChanged(added, by);
@@ -147,7 +146,7 @@ void RuleList::remove(std::size_t position) {
 }
 
 std::vector<std::size_t> RuleList::removeEqual(std::size_t position) {
-    const std::vector<Number> removed = d_->storage.equalTo(d_->rows[position]);
+    const std::vector<Index> removed = d_->storage.equalTo(d_->rows[position]);
     std::vector<std::size_t> positions;
     std::size_t kept = 0;
     for (std::size_t row = 0; row < d_->rows.size(); ++row) {

@@ -17,11 +17,10 @@ class NameOrder;
 
 enum class RuleOrder { name, date };
 
-// A list of host rules as a screen shows it: made for a million of them. Positions are rows, counted from 0.
+// The list of host rules behind a screen, for up to a million entries. Positions are rows, counted from 0.
 //
-// The texts are held once. An entry's keys other than `rule` and `date` are kept and written back as they stand, and so
-// is what is wrong with an entry (no rule, a number for a rule, no date) until a person edits that entry.
-// Main thread only.
+// Keys other than `rule` and `date` are preserved, and so are malformed entries (no rule, a rule that is no string, no
+// date) until the user edits the entry. Main thread only.
 class RuleList {
 public:
     RuleList();
@@ -29,38 +28,37 @@ public:
     RuleList(RuleList&&) noexcept;
     RuleList& operator=(RuleList&&) noexcept;
 
-    // Reads the array of a file, in stored order, keeping the first of entries whose rules are equal to the byte.
-    // nullptr, or a value that is no array, gives an empty list.
+    // Reads an array in stored order. Of entries with equal rules, compared by bytes, only the first is kept. nullptr,
+    // or a value that is no array, gives an empty list.
     static RuleList load(const Value* array);
 
     std::size_t size() const;
-    // "" for an entry without a rule that is a string. Valid until the list changes.
+    // "" where the entry has no rule or one that is no string. Valid until the list changes.
     std::string_view rule(std::size_t position) const;
     std::optional<Date> date(std::size_t position) const;
 
-    // Whether the list is as sort() or add() left it: removing does not change that, replacing does.
+    // Whether the rows are known to be in this order: true after sort() and add(), false after replace().
     bool isSorted(RuleOrder by) const;
-    // Sorts by name (ascending) or date (newest first, entries without one last). Equal names keep their order; of
-    // equal dates what was changed last comes first, then what was read, in stored order.
+    // Sorts by name (ascending, stable) or by date (newest first, entries without one last). Of equal dates, the entry
+    // changed last comes first, then those that were read, in stored order.
     void sort(RuleOrder by, const NameOrder& order);
 
-    // Adds an entry where it belongs in a list that is sorted that way, behind equal names or before equal dates;
-    // returns its position.
+    // Sorts the list if necessary and inserts an entry, behind equal names or before equal dates. Returns its position.
     std::size_t add(std::string_view rule, Date date, RuleOrder by, const NameOrder& order);
-    // Replaces the rule and date of an entry in its place.
+    // Replaces rule and date of an entry. Its position does not change.
     void replace(std::size_t position, std::string_view rule, Date date);
     void remove(std::size_t position);
-    // Removes every entry that is equal to this one in all its keys; returns their positions, ascending.
+    // Removes all entries equal to this one in all keys. Returns their former positions, ascending.
     std::vector<std::size_t> removeEqual(std::size_t position);
     void clear();
 
-    // What the first search since a text changed would begin with.
+    // Builds what a search needs, which the first search after a change would otherwise do.
     void prepareSearch();
-    // Positions of the entries that match, in list order.
+    // The positions of the entries that match, ascending; see SearchText.
     LargeVector<std::uint32_t> search(std::string_view text) const;
 
-    // The whole list in its present order, to be stored in a file. The value refers to this list: write it before
-    // the list changes or goes.
+    // The list in its current order, to be written. The value refers to this list: write it before the list changes or
+    // is destroyed.
     Value value() const;
 
 private:

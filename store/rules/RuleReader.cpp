@@ -13,7 +13,8 @@
 
 namespace store {
 
-// Goes through an array's text once, taking entries apart as far as a list needs them.
+// Fills a RuleStorage from an array's text, in one sequential pass that skips runs of entries and a parallel one that
+// reads the runs.
 class RuleReader {
 public:
     RuleReader(const Slice& array, RuleStorage& storage)
@@ -24,19 +25,19 @@ public:
     }
 
     void read() {
-        walk();
+        readSequentially();
         fillRuns();
     }
 
 private:
     using Event = XmlScanner::Event;
 
-    void walk() {
+    void readSequentially() {
         if (scanner_.next() != Event::open) return;
         for (Event event = scanner_.next(); event != Event::close; event = scanner_.next()) {
             const char* begin = scanner_.tagBegin();
             bool isEntry = scanner_.tag() == Tag::dict;
-            if (isEntry && (leaveRoom(begin) || takeWhole(begin))) continue;
+            if (isEntry && (reserveRun(begin) || takeMatch(begin))) continue;
             if (isEntry)
                 readEntry(event);
             else
@@ -49,29 +50,30 @@ private:
         }
     }
 
-    // Entries as they are written take about 140 bytes, of which a rule is a sixth. Rather more is reserved: what is
-    // not used costs nothing, but to grow is to copy it all.
+    // Written entries take about 140 bytes, a sixth of which is the rule. More is reserved: unused memory is never
+    // touched and costs nothing, while growing copies everything.
     static constexpr std::size_t typicalEntry = 96;
     static constexpr std::size_t typicalRule = 32;
 
-    // What one entry says.
+    // A parsed entry.
     struct Reading {
         std::optional<XmlText> rule;
         std::int64_t date = RuleStorage::noDate;
         bool isPlain = true;
     };
 
-    // Entries that are taken when all has been walked through, several runs at the same time.
-    struct Room {
+    // A run and the place reserved for its entries and texts. Filled after the sequential pass, several runs in
+    // parallel.
+    struct Reserved {
         RuleEntryRuns::Run run;
-        std::size_t number;
+        std::size_t index;
         std::size_t offset;
     };
 
-    bool leaveRoom(const char* begin) {
+    bool reserveRun(const char* begin) {
         const RuleEntryRuns::Run* run = runs_.at(begin, end_);
         if (!run) return false;
-        rooms_.push_back({*run, storage_.entries_.size(), storage_.pool_.size()});
+        reserved_.push_back({*run, storage_.entries_.size(), storage_.pool_.size()});
         storage_.entries_.resize(storage_.entries_.size() + run->count);
         storage_.pool_.resize(storage_.pool_.size() + run->textSize);
         scanner_.moveTo(run->end);
@@ -79,27 +81,27 @@ private:
     }
 
     void fillRuns() {
-        constexpr std::size_t worthwhile = 4;  // runs, for a thread of their own
+        constexpr std::size_t worthwhile = 4;  // runs for each thread
         std::atomic<std::size_t> next = 0;
-        inAll(partsWorthwhile(rooms_.size(), worthwhile), [&](std::size_t) {
-            for (std::size_t each = next++; each < rooms_.size(); each = next++) fill(rooms_[each]);
+        inAll(partsWorthwhile(reserved_.size(), worthwhile), [&](std::size_t) {
+            for (std::size_t each = next++; each < reserved_.size(); each = next++) fill(reserved_[each]);
         });
     }
 
-    void fill(const Room& room) {
-        RuleStorage::Part text{static_cast<std::uint32_t>(room.offset), 0};
-        const char* dict = room.run.begin;
-        for (std::size_t number = room.number; number < room.number + room.run.count; ++number) {
+    void fill(const Reserved& reserved) {
+        RuleStorage::Range text{static_cast<std::uint32_t>(reserved.offset), 0};
+        const char* dict = reserved.run.begin;
+        for (std::size_t index = reserved.index; index < reserved.index + reserved.run.count; ++index) {
             const RuleEntryLayout::Match match = RuleEntryLayout::matchAt(dict);
             text.size = static_cast<std::uint32_t>(match.rule.size());
-            storage_.entries_[number] = RuleStorage::plainEntry(text, match.date.time_since_epoch().count());
+            storage_.entries_[index] = RuleStorage::plainEntry(text, match.date.time_since_epoch().count());
             match.rule.copy(storage_.pool_.data() + text.offset, text.size);
             text.offset += text.size;
             dict = RuleEntryLayout::nextEntry(dict, match.end);
         }
     }
 
-    bool takeWhole(const char* begin) {
+    bool takeMatch(const char* begin) {
         RuleEntryLayout::Match match = RuleEntryLayout::matchAt(begin);
         if (!match.end) return false;
         scanner_.moveTo(match.end);
@@ -119,7 +121,7 @@ private:
         }
     }
 
-    // Of equal keys the last counts, but such an entry is no longer plain.
+    // Of equal keys the last counts. An entry with equal keys is not plain.
     void readValue(std::string_view key, Event event) {
         XmlText text;
         bool isScalar = event == Event::open && !isContainer(scanner_.tag());
@@ -142,21 +144,21 @@ private:
         }
     }
 
-    // The entry just read.
+    // Stores the parsed entry.
     void take(std::string_view text) {
         std::string rule = entry_.rule ? entry_.rule->decoded() : std::string();
         RuleStorage::Entry entry = storage_.plainEntry(rule, entry_.date);
         entry.hasRule = entry_.rule.has_value();
         entry.isPlain = entry_.isPlain && entry.hasRule;
         if (!entry.isPlain)
-            storage_.originals_.push_back({static_cast<RuleStorage::Number>(storage_.size()), storage_.keep(text)});
+            storage_.originals_.push_back({static_cast<RuleStorage::Index>(storage_.size()), storage_.keep(text)});
         storage_.entries_.push_back(entry);
     }
 
     XmlScanner scanner_;
     const char* end_;
     RuleEntryRuns runs_;
-    std::vector<Room> rooms_;
+    std::vector<Reserved> reserved_;
     RuleStorage& storage_;
     Reading entry_;
 };
@@ -164,7 +166,7 @@ private:
 RuleStorage RuleStorage::read(const Slice& array) {
     RuleStorage storage;
     RuleReader(array, storage).read();
-    storage.dropRepeated();
+    storage.removeDuplicates();
     return storage;
 }
 

@@ -13,31 +13,31 @@ namespace store {
 
 namespace {
 
-constexpr std::size_t worthwhile = 50'000;  // rules, for a thread of their own
+constexpr std::size_t worthwhile = 50'000;  // rules for each thread
 
-// Looks for one lowered text in the texts of a pool, where each is ASCII or lowered already; fastest in the order in
-// which they lie there.
+// Searches texts of a pool, ASCII or lowered, for a lowered substring. Fastest when the texts are asked for in the
+// order of the pool.
 class Finder {
 public:
-    Finder(std::string_view pool, std::string_view wanted)
-        : pool_(pool), wanted_(wanted), starts_(PoolMarks::ofStarts(pool, wanted)) {}
+    Finder(std::string_view pool, std::string_view pattern)
+        : pool_(pool), pattern_(pattern), starts_(PoolMarks::ofStarts(pool, pattern)) {}
 
-    bool isIn(std::string_view text) {
-        if (text.size() < wanted_.size()) return false;
+    bool matches(std::string_view text) {
+        if (text.size() < pattern_.size()) return false;
         const auto begin = static_cast<std::size_t>(text.data() - pool_.data());
-        const std::size_t places = text.size() - wanted_.size() + 1;
-        if (wanted_.size() <= PoolMarks::wholeSize) return starts_.any(begin, places);
-        return starts_.any(begin, places, [this](std::size_t at) { return standsAt(at); });
+        const std::size_t places = text.size() - pattern_.size() + 1;
+        if (pattern_.size() <= PoolMarks::wholeSize) return starts_.any(begin, places);
+        return starts_.any(begin, places, [this](std::size_t at) { return matchesAt(at); });
     }
 
 private:
-    bool standsAt(std::size_t at) const {
-        return std::equal(wanted_.begin(), wanted_.end(), pool_.begin() + static_cast<std::ptrdiff_t>(at),
-                          [](char wanted, char c) { return wanted == asciiLower(c); });
+    bool matchesAt(std::size_t at) const {
+        return std::equal(pattern_.begin(), pattern_.end(), pool_.begin() + static_cast<std::ptrdiff_t>(at),
+                          [](char pattern, char c) { return pattern == asciiLower(c); });
     }
 
     std::string_view pool_;
-    std::string_view wanted_;
+    std::string_view pattern_;
     PoolMarks starts_;
 };
 
@@ -48,39 +48,39 @@ RuleSearch::RuleSearch(const RuleStorage& storage) : storage_(&storage) {
     LargeVector<std::uint8_t> isOther(storage.size());
     inParts(isOther.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
         PoolMarks others = PoolMarks::ofOtherThanAscii(pool);
-        for (std::size_t number = begin; number < end; ++number) {
-            const std::string_view rule = storage.rule(static_cast<RuleStorage::Number>(number));
-            isOther[number] = others.any(static_cast<std::size_t>(rule.data() - pool.data()), rule.size());
+        for (std::size_t index = begin; index < end; ++index) {
+            const std::string_view rule = storage.rule(static_cast<RuleStorage::Index>(index));
+            isOther[index] = others.any(static_cast<std::size_t>(rule.data() - pool.data()), rule.size());
         }
     });
-    for (RuleStorage::Number number = 0; number < storage.size(); ++number) {
-        if (!isOther[number]) continue;
-        const std::string_view rule = storage.rule(number);
-        others_.push_back(number);
+    for (RuleStorage::Index index = 0; index < storage.size(); ++index) {
+        if (!isOther[index]) continue;
+        const std::string_view rule = storage.rule(index);
+        others_.push_back(index);
         appendLoweredForSearch(rule, lowered_);
         ends_.push_back(lowered_.size());
     }
 }
 
-// One search, in phases: match the rules by their numbers, put down the rows that match.
+// One search, in two phases: match all rules in the order of memory, then collect the rows that match.
 class RuleSearch::Pass {
 public:
-    using Number = RuleStorage::Number;
+    using Index = RuleStorage::Index;
 
-    // What is wanted stays there as long as this.
-    Pass(const RuleSearch& search, const std::string& wanted, std::span<const Number> rows)
-        : search_(search), rows_(rows), wanted_(wanted), matches_(search.storage_->size()), positions_(rows.size()) {}
+    // `pattern` must outlive this.
+    Pass(const RuleSearch& search, const std::string& pattern, std::span<const Index> rows)
+        : search_(search), rows_(rows), pattern_(pattern), matches_(search.storage_->size()), positions_(rows.size()) {}
 
     LargeVector<std::uint32_t> run() {
         const auto match = [this](std::size_t begin, std::size_t end) { matchRules(begin, end); };
-        const auto put = [this](std::size_t begin, std::size_t end) { putRows(begin, end); };
-        inPhases(partsWorthwhile(matches_.size(), worthwhile), {{matches_.size(), match}, {rows_.size(), put}});
+        const auto collect = [this](std::size_t begin, std::size_t end) { collectRows(begin, end); };
+        inPhases(partsWorthwhile(matches_.size(), worthwhile), {{matches_.size(), match}, {rows_.size(), collect}});
         closeGaps();
         return std::move(positions_);
     }
 
 private:
-    // The matching rows of a part of them, put down from the place of its first row on.
+    // The matching rows of one part, stored from the index of the part's first row on.
     struct Run {
         std::size_t begin;
         std::size_t size;
@@ -88,18 +88,18 @@ private:
     };
 
     void matchRules(std::size_t begin, std::size_t end) {
-        Finder inRules(search_.storage_->pool(), wanted_);
-        for (std::size_t number = begin; number < end; ++number)
-            matches_[number] = inRules.isIn(search_.storage_->rule(static_cast<Number>(number)));
+        Finder inRules(search_.storage_->pool(), pattern_);
+        for (std::size_t index = begin; index < end; ++index)
+            matches_[index] = inRules.matches(search_.storage_->rule(static_cast<Index>(index)));
         const auto& others = search_.others_;
-        Finder inLowered(search_.lowered_, wanted_);
+        Finder inLowered(search_.lowered_, pattern_);
         const auto first = std::lower_bound(others.begin(), others.end(), begin);
         for (auto other = first; other != others.end() && *other < end; ++other)
-            matches_[*other] = inLowered.isIn(search_.lowered(static_cast<std::size_t>(other - others.begin())));
+            matches_[*other] = inLowered.matches(search_.lowered(static_cast<std::size_t>(other - others.begin())));
     }
 
-    // Every row is put down, and stays when it matches: which do cannot be foretold, as a branch would have to.
-    void putRows(std::size_t begin, std::size_t end) {
+    // Stores every row and advances only past a match: a branch here would be mispredicted.
+    void collectRows(std::size_t begin, std::size_t end) {
         std::size_t next = begin;
         for (std::size_t row = begin; row < end; ++row) {
             positions_[next] = static_cast<std::uint32_t>(row);
@@ -120,18 +120,18 @@ private:
     }
 
     const RuleSearch& search_;
-    std::span<const Number> rows_;
-    const std::string& wanted_;
-    LargeVector<std::uint8_t> matches_;  // bytes, since writing a bit takes a branch
+    std::span<const Index> rows_;
+    const std::string& pattern_;
+    LargeVector<std::uint8_t> matches_;  // bytes, as storing a bit would take a branch
     LargeVector<std::uint32_t> positions_;
     std::mutex lock_;  // guards the runs
     std::vector<Run> runs_;
 };
 
-LargeVector<std::uint32_t> RuleSearch::search(std::string_view text, std::span<const RuleStorage::Number> rows) const {
-    const std::string wanted = loweredForSearch(text);
-    if (wanted.empty()) return {};
-    return Pass(*this, wanted, rows).run();
+LargeVector<std::uint32_t> RuleSearch::search(std::string_view text, std::span<const RuleStorage::Index> rows) const {
+    const std::string pattern = loweredForSearch(text);
+    if (pattern.empty()) return {};
+    return Pass(*this, pattern, rows).run();
 }
 
 std::string_view RuleSearch::lowered(std::size_t other) const {

@@ -11,16 +11,16 @@
 
 namespace store {
 
-// Searches the rules of a storage, which has to stay as it is as long as this is used.
+// Searches the rules of a storage, which must not change in the meantime.
 //
-// ASCII text is searched where it lies, without a copy. Rules with other characters, whose lower-casing may take more
-// or fewer bytes, are lowered once, when this is made.
+// ASCII rules are searched in place. Rules with other characters, whose lower-cased form may differ in length, are
+// copied and lowered by the constructor.
 class RuleSearch {
 public:
     explicit RuleSearch(const RuleStorage& storage);
 
-    // Which of the rows, that stand for rules by their numbers, match; see SearchText. Ascending.
-    LargeVector<std::uint32_t> search(std::string_view text, std::span<const RuleStorage::Number> rows) const;
+    // `rows` holds indices of rules. Returns the positions in `rows` of those that match, ascending; see SearchText.
+    LargeVector<std::uint32_t> search(std::string_view text, std::span<const RuleStorage::Index> rows) const;
 
 private:
     class Pass;
@@ -28,9 +28,9 @@ private:
     std::string_view lowered(std::size_t other) const;
 
     const RuleStorage* storage_;
-    std::vector<RuleStorage::Number> others_;  // the rules with other than ASCII characters
-    std::string lowered_;                      // their texts
-    std::vector<std::size_t> ends_;            // of each in that
+    std::vector<RuleStorage::Index> others_;  // rules with characters outside ASCII, ascending
+    std::string lowered_;                     // their lowered texts, concatenated
+    std::vector<std::size_t> ends_;           // the end offset of each
 };
 
 }  // namespace store

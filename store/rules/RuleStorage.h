@@ -14,44 +14,44 @@ namespace store {
 
 class XmlWriter;
 
-// The entries of a rule list, each known by a number that it keeps: sixteen bytes an entry, and all texts in one pool.
+// The entries of a rule list in a compact form: 16 bytes for each entry, all texts in one pool. An entry's index never
+// changes.
 //
-// An entry is plain when it is a rule that is a string and perhaps a date, and nothing else. What else there may be is
-// kept as the text that it was read from, and so are elements that are no entries at all.
+// An entry is plain when it has a rule that is a string, perhaps a date, and no other key. Other entries keep their XML
+// text besides, and so do foreign elements: those that are no dictionaries.
 class RuleStorage {
 public:
-    using Number = std::uint32_t;
+    using Index = std::uint32_t;
 
-    // The elements of an array's slice; of entries with equal rules the first only. An entry without a rule that is a
-    // string is like no other.
+    // Reads an array. Of entries with equal rules only the first is kept; entries without a rule that is a string are
+    // never equal.
     static RuleStorage read(const Slice& array);
 
     std::size_t size() const { return entries_.size(); }
-    // All texts, those of the rules among them.
+    // The pool: the texts of the rules and of elements that are not plain.
     std::string_view pool() const { return {pool_.data(), pool_.size()}; }
-    std::string_view rule(Number number) const {
-        const Entry& entry = entries_[number];
+    std::string_view rule(Index index) const {
+        const Entry& entry = entries_[index];
         return {pool_.data() + entry.offset, entry.size};
     }
-    std::optional<Date> date(Number number) const;
-    // Later dates are larger; no date is smaller than any.
-    std::int64_t dateOrder(Number number) const { return entries_[number].date; }
-    // Every entry that is equal to this one in all its keys, itself among them, ascending. In the order in which
-    // entries lie in memory a million are gone through in no time.
-    std::vector<Number> equalTo(Number number) const;
+    std::optional<Date> date(Index index) const;
+    // A sort key: larger for later dates, smallest without a date.
+    std::int64_t dateOrder(Index index) const { return entries_[index].date; }
+    // The indices of all entries equal to this one in all keys, itself included, ascending. A linear scan of memory.
+    std::vector<Index> equalTo(Index index) const;
 
-    Number add(std::string_view rule, Date date);
-    void replace(Number number, std::string_view rule, Date date);
+    Index add(std::string_view rule, Date date);
+    void replace(Index index, std::string_view rule, Date date);
 
-    // What a list consists of, as elements of an array: entries in this order, then the elements that are no entries.
-    void write(XmlWriter& writer, const std::vector<Number>& numbers) const;
+    // Writes the elements of an array: the entries with these indices in this order, then the foreign elements.
+    void write(XmlWriter& writer, const std::vector<Index>& indices) const;
     std::size_t foreignCount() const { return foreign_.size(); }
 
 private:
     friend class RuleReader;
     static constexpr std::int64_t noDate = INT64_MIN;
 
-    struct Part {
+    struct Range {
         std::uint32_t offset = 0;
         std::uint32_t size = 0;
     };
@@ -63,27 +63,28 @@ private:
         std::int64_t date;
     };
     struct Original {
-        Number number;
-        Part text;
+        Index index;
+        Range text;
     };
 
-    std::string_view at(Part part) const { return {pool_.data() + part.offset, part.size}; }
-    bool areEqual(Number a, Number b) const;
-    Part keep(std::string_view text);
-    static Entry plainEntry(Part rule, std::int64_t date);
+    std::string_view at(Range part) const { return {pool_.data() + part.offset, part.size}; }
+    bool areEqual(Index a, Index b) const;
+    Range keep(std::string_view text);
+    static Entry plainEntry(Range rule, std::int64_t date);
     Entry plainEntry(std::string_view rule, std::int64_t date);
-    std::string_view original(Number number) const;
+    std::string_view original(Index index) const;
     LargeVector<std::uint32_t> hashes() const;
     template <class IsOfPart>
-    void markRepeated(const LargeVector<std::uint32_t>& hashes, IsOfPart isOfPart, LargeVector<char>& isRepeated) const;
-    // For each entry, whether an earlier one has its rule.
-    LargeVector<char> repeated() const;
-    void dropRepeated();
+    void markDuplicates(const LargeVector<std::uint32_t>& hashes, IsOfPart isOfPart,
+                        LargeVector<char>& isDuplicate) const;
+    // By entry: whether an earlier one has the same rule.
+    LargeVector<char> duplicates() const;
+    void removeDuplicates();
 
     LargeVector<char> pool_;
     LargeVector<Entry> entries_;
-    std::vector<Original> originals_;  // the texts of entries that were not plain when they were read, by number
-    std::vector<Part> foreign_;
+    std::vector<Original> originals_;  // the XML of entries that were not plain when read, ascending by index
+    std::vector<Range> foreign_;
 };
 
 }  // namespace store

@@ -26,8 +26,8 @@ std::uint64_t word(const char* p, std::size_t size) {
 }  // namespace
 
 TextHash::TextHash() {
-    std::random_device chance;
-    seed_ = std::uint64_t{chance()} << 32 | chance();
+    std::random_device random;
+    seed_ = std::uint64_t{random()} << 32 | random();
 }
 
 std::uint32_t TextHash::operator()(std::string_view text) const {
@@ -39,7 +39,7 @@ std::uint32_t TextHash::operator()(std::string_view text) const {
     return static_cast<std::uint32_t>(hash ^ hash >> 32);
 }
 
-// At most half full, so that there is always an empty slot to end a search, and mostly a near one.
+// A load factor of at most one half: probing always ends at an empty slot, usually soon.
 TextSet::TextSet(std::size_t count) : slots_(std::bit_ceil(2 * count + 1), none) {}
 
 }  // namespace store

@@ -8,7 +8,7 @@
 
 namespace store {
 
-// Hashes that depend on chance, so that no file can make all of its texts land in one place.
+// Seeded hashes of texts: no file can be made so that its texts collide.
 class TextHash {
 public:
     TextHash();
@@ -18,23 +18,23 @@ private:
     std::uint64_t seed_;
 };
 
-// Which texts, equal to the byte, have been seen before. The texts themselves lie with the user, who knows each by a
-// number and its hash.
+// A hash set of texts, with open addressing and linear probing, of fixed capacity. It stores indices; the texts are the
+// caller's.
 class TextSet {
 public:
-    // There is room for so many texts and no more.
+    // Capacity in texts. It must not be exceeded.
     explicit TextSet(std::size_t count);
 
-    // A hash that will be asked for soon: a large table lies far away.
-    void prefetch(std::uint32_t hash) const { __builtin_prefetch(&slots_[placeOf(hash)]); }
+    // Fetches the slot of a hash into the cache, ahead of insert().
+    void prefetch(std::uint32_t hash) const { __builtin_prefetch(&slots_[slotOf(hash)]); }
 
-    // The number of a text with this hash goes in unless an equal text is there; `isEqual` compares the text with that
-    // of a number that went in, its hash first.
+    // Inserts the index of a text unless the set holds an equal text; returns whether it did. isEqual(other) compares
+    // the text with that of an index in the set.
     template <class IsEqual>
-    bool insert(std::uint32_t hash, std::uint32_t number, IsEqual isEqual) {
-        for (std::size_t at = placeOf(hash);; at = (at + 1) & (slots_.size() - 1)) {
+    bool insert(std::uint32_t hash, std::uint32_t index, IsEqual isEqual) {
+        for (std::size_t at = slotOf(hash);; at = (at + 1) & (slots_.size() - 1)) {
             if (slots_[at] == none) {
-                slots_[at] = number;
+                slots_[at] = index;
                 return true;
             }
             if (isEqual(slots_[at])) return false;
@@ -44,9 +44,9 @@ public:
 private:
     static constexpr std::uint32_t none = 0xFFFFFFFF;
 
-    std::size_t placeOf(std::uint32_t hash) const { return hash & (slots_.size() - 1); }
+    std::size_t slotOf(std::uint32_t hash) const { return hash & (slots_.size() - 1); }
 
-    LargeVector<std::uint32_t> slots_;  // numbers, or none
+    LargeVector<std::uint32_t> slots_;  // indices, or none
 };
 
 }  // namespace store

@@ -9,10 +9,10 @@ namespace store {
 
 namespace {
 
-constexpr std::size_t worthwhile = 50'000;  // things, for a thread of their own
+constexpr std::size_t worthwhile = 50'000;  // indices for each thread
 constexpr std::int64_t noDate = INT64_MIN;
 
-// How long before the latest; what has no date comes behind the earliest.
+// The sort key: the distance from the latest date. Without a date, one more than that of the earliest.
 std::uint64_t age(std::int64_t date, std::int64_t earliest, std::int64_t latest) {
     const auto before = [latest](std::int64_t of) {
         return static_cast<std::uint64_t>(latest) - static_cast<std::uint64_t>(of);
@@ -22,11 +22,11 @@ std::uint64_t age(std::int64_t date, std::int64_t earliest, std::int64_t latest)
 
 }  // namespace
 
-void sortByDate(std::vector<std::uint32_t>& things, const std::function<std::int64_t(std::uint32_t)>& dateOf) {
-    LargeVector<Keyed> keyed = keyedByNumber(things);
+void sortByDate(std::vector<std::uint32_t>& indices, const std::function<std::int64_t(std::uint32_t)>& dateOf) {
+    LargeVector<Keyed> keyed = keyedByNumber(indices);
     LargeVector<std::int64_t> dates(keyed.size());
     inParts(keyed.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
-        for (std::size_t each = begin; each < end; ++each) dates[each] = dateOf(things[keyed[each].place]);
+        for (std::size_t each = begin; each < end; ++each) dates[each] = dateOf(indices[keyed[each].place]);
     });
     std::int64_t earliest = INT64_MAX;
     std::int64_t latest = INT64_MIN;
@@ -36,9 +36,9 @@ void sortByDate(std::vector<std::uint32_t>& things, const std::function<std::int
     }
     for (std::size_t each = 0; each < keyed.size(); ++each) keyed[each].part = age(dates[each], earliest, latest);
     sortByParts(keyed);
-    std::vector<std::uint32_t> sorted(things.size());
-    std::ranges::transform(keyed, sorted.begin(), [&](const Keyed& each) { return things[each.place]; });
-    things = std::move(sorted);
+    std::vector<std::uint32_t> sorted(indices.size());
+    std::ranges::transform(keyed, sorted.begin(), [&](const Keyed& each) { return indices[each.place]; });
+    indices = std::move(sorted);
 }
 
 }  // namespace store

@@ -8,7 +8,7 @@
 
 namespace store {
 
-// Leaves values that are not given uninitialized.
+// Default-initialises: resize() leaves the new elements of a plain type uninitialised.
 template <class T>
 class UninitializedAllocator : public std::allocator<T> {
     static_assert(std::is_trivially_destructible_v<T>);
@@ -28,9 +28,9 @@ public:
     }
 };
 
-// For a million plain values. Touching much memory for the first time costs more than filling it, so none is touched
-// before it is used. Huge pages are not asked for: where they are at hand they cost a fifth, but on a virtual machine
-// that gives its free memory back they are what it gives back first, and cost four times as much.
+// A vector for a million plain values. The page faults of a large block cost more than filling it, so resize() does not
+// touch the memory. Huge pages are not requested: they make page faults five times as cheap where they are available,
+// but four times as expensive on a virtual machine that returns free memory to its host.
 template <class T>
 using LargeVector = std::vector<T, UninitializedAllocator<T>>;
 

@@ -18,7 +18,7 @@ namespace store {
 
 namespace {
 
-// The locale whose rules of order the user wants; the same order of precedence as the C library's.
+// The user's locale for collation, with the precedence of the C library.
 std::string usersLocale() {
     for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) {
         const char* name = std::getenv(variable);
@@ -27,7 +27,7 @@ std::string usersLocale() {
     return {};
 }
 
-// The script that a modifier of the C library's names; the others say nothing of the order.
+// The script of a C library locale modifier; other modifiers do not matter for collation.
 std::string_view scriptOf(std::string_view modifier) {
     constexpr std::pair<std::string_view, std::string_view> scripts[] = {
         {"@latin", "Latn"}, {"@iqtelif", "Latn"}, {"@cyrillic", "Cyrl"}, {"@devanagari", "Deva"}, {"@arabic", "Arab"},
@@ -37,8 +37,7 @@ std::string_view scriptOf(std::string_view modifier) {
     return {};
 }
 
-// Of "language_TERRITORY.encoding@modifier". The locale without a language of its own has Unicode's own order, ICU's
-// root locale.
+// Converts "language_TERRITORY.encoding@modifier". The C locale becomes ICU's root locale.
 std::string icuLocale(std::string name) {
     const std::size_t modifier = std::min(name.find('@'), name.size());
     const std::string_view script = scriptOf(std::string_view(name).substr(modifier));
@@ -59,7 +58,7 @@ struct NameOrder::Private {
     mutable std::optional<AsciiOrder> ascii;
     mutable bool knowsAscii = false;
 
-    // Opened when it is first needed: that takes milliseconds, which the app has better use for while it starts.
+    // Opened lazily: opening takes milliseconds of the app's start.
     UCollator* opened() const {
         if (collator) return collator;
         UErrorCode status = U_ZERO_ERROR;

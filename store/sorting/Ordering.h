@@ -10,12 +10,11 @@ namespace store {
 
 struct AsciiOrder;
 
-// The order of the user's names: ascending, ignoring letter case, by the rules of a locale (Unicode Collation
-// Algorithm at secondary strength, through ICU). Strings are UTF-8. The first call of any function prepares the object;
-// from then on several threads may call it at once.
+// Compares names by the rules of a locale, ignoring case: the Unicode Collation Algorithm at secondary strength, by
+// ICU. Strings are UTF-8. The collator is opened by the first call of any function; after that all are thread-safe.
 class NameOrder {
 public:
-    // `locale` is an ICU or POSIX locale name ("de_DE"); empty stands for the user's own (LC_ALL, LC_COLLATE, LANG).
+    // `locale` is an ICU or POSIX locale name ("de_DE"); empty for the user's (LC_ALL, LC_COLLATE, LANG).
     explicit NameOrder(const std::string& locale = {});
     ~NameOrder();
     NameOrder(const NameOrder&) = delete;
@@ -24,10 +23,10 @@ public:
     // Negative, zero or positive.
     int compare(std::string_view a, std::string_view b) const;
 
-    // Bytes that compare by memcmp as the names do; made once per name when many are sorted.
+    // A sort key: keys compare by memcmp as the names do.
     std::string sortKey(std::string_view name) const;
 
-    // Gives much cheaper keys to names of ASCII characters; nullptr where the locale does more with these.
+    // Cheaper sort keys for ASCII names; nullptr where the locale's rules do not allow them.
     const AsciiOrder* asciiOrder() const;
 
 private:
@@ -35,7 +34,7 @@ private:
     std::unique_ptr<Private> d_;
 };
 
-// An app in a list: never stored.
+// An app in a list of apps. Never stored.
 struct AppInfo {
     std::string bundleIdentifier;
     std::string displayName;
@@ -43,7 +42,7 @@ struct AppInfo {
     bool operator==(const AppInfo&) const = default;
 };
 
-// Name order of apps. Apps that compare as the same keep their order.
+// Sorts apps by their display names; stable.
 void alphabeticAppInfoSort(std::vector<AppInfo>& apps, const NameOrder& order);
 
 }  // namespace store

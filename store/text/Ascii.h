@@ -2,7 +2,7 @@
 
 namespace store {
 
-// The lower case of an ASCII letter; any other byte as it is.
+// The lower case of an ASCII letter; any other byte unchanged.
 constexpr char asciiLower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
 }

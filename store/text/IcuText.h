@@ -7,12 +7,12 @@
 
 namespace store {
 
-// Text on its way to ICU and back. What is malformed becomes U+FFFD.
+// Conversion between UTF-8 and the UTF-16 that ICU takes. Malformed input becomes U+FFFD.
 std::u16string utf16(std::string_view utf8Text);
 std::string utf8(const std::u16string& utf16Text);
 
-// What an ICU function of the usual kind (destination, capacity, status; returns the length that it wants) yields.
-// Nothing when it fails.
+// The output of an ICU function that takes destination, capacity and status and returns the length it needs. Calls it
+// again with that length where `expectedSize` is too small. Empty when it fails.
 template <class Function>
 std::u16string fromIcu(std::size_t expectedSize, Function function) {
     std::u16string text(expectedSize, u'\0');

@@ -18,15 +18,15 @@ constexpr std::size_t wordSize = sizeof(std::uint64_t);
 constexpr std::uint64_t everyByte = 0x0101010101010101;
 constexpr std::uint64_t highBits = 0x80 * everyByte;
 
-// Eight ASCII characters at once. A sum's high bit tells whether a character is at or above a letter: none carries over
-// into its neighbour.
+// Lowers eight ASCII characters at once, one in each byte of the word. The high bit of a byte's sum says whether the
+// character is at or above a letter; no sum carries into the next byte.
 std::uint64_t loweredWord(std::uint64_t word) {
     const std::uint64_t fromA = word + (0x80 - 'A') * everyByte;
     const std::uint64_t behindZ = word + (0x80 - 'Z' - 1) * everyByte;
     return word | ((fromA & ~behindZ & highBits) >> 2);
 }
 
-// Lowers ASCII letters where they stand. Returns false when there is other text, which then means nothing any more.
+// Lowers ASCII letters in place. Returns false when the text is not all ASCII; its bytes are then garbage.
 bool lowerAscii(char* text, std::size_t size) {
     std::uint64_t all = 0;
     auto lowerWord = [&all](char* at) {
@@ -38,7 +38,7 @@ bool lowerAscii(char* text, std::size_t size) {
     };
     if (size >= wordSize) {
         for (std::size_t at = 0; at + wordSize <= size; at += wordSize) lowerWord(text + at);
-        lowerWord(text + size - wordSize);  // some characters twice, which changes nothing
+        lowerWord(text + size - wordSize);  // overlaps the word before: lowering is idempotent
     } else {
         char word[wordSize] = {};
         std::copy_n(text, size, word);
@@ -54,7 +54,7 @@ std::u16string lowered(const std::u16string& text) {
     });
 }
 
-// Spellings of the same characters become one.
+// Canonically equivalent spellings become the same (NFC).
 std::u16string composed(const std::u16string& text) {
     UErrorCode status = U_ZERO_ERROR;
     const UNormalizer2* normalizer = unorm2_getNFCInstance(&status);

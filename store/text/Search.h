@@ -5,9 +5,8 @@
 
 namespace store {
 
-// The search rule of every list: a field matches when the lower-cased text stands somewhere in the lower-cased field
-// (Unicode lower-casing without a locale, canonically equivalent spellings alike). An empty text matches nothing.
-// Text is UTF-8.
+// The search of every list: a case-insensitive substring search. A field matches when it contains the text, both
+// lower-cased without a locale and normalised (NFC). An empty text matches nothing. Text is UTF-8.
 class SearchText {
 public:
     explicit SearchText(std::string_view text);
@@ -17,11 +16,11 @@ private:
     std::string lowered_;
 };
 
-// The form in which texts are compared by the search.
+// The lower-cased and normalised form that the search compares. ASCII text takes a fast path without ICU.
 std::string loweredForSearch(std::string_view text);
 void appendLoweredForSearch(std::string_view text, std::string& block);
 
-// Unicode lower-casing without a locale.
+// Unicode lower-casing without a locale, not normalised.
 std::string lowercase(std::string_view text);
 
 }  // namespace store

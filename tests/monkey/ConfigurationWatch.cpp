@@ -5,7 +5,6 @@
 #include <iterator>
 
 #include "monkey/Rights.h"
-#include "store/files/SecondName.h"
 #include "store/files/Temporaries.h"
 #include "store/rules/RuleFile.h"
 

@@ -21,7 +21,6 @@
 #include "store/NotifyCenter.h"
 #include "store/faults/Changes.h"
 #include "store/faults/SystemCalls.h"
-#include "store/files/SecondName.h"
 #include "store/files/Temporaries.h"
 
 // Every change of the files meets every fault at each of its system calls on files. Whatever happens, each file is the

@@ -52,7 +52,7 @@ TEST(Search, MatchesWithoutRegardToCase) {
     for (const Row& row : table) {
         EXPECT_EQ(SearchText(row.text).matches(row.field), row.matches) << row.text << " in " << row.field;
         const RuleStorage storage = storageOf({row.field});
-        EXPECT_EQ(RuleSearch(storage).search(row.text, std::vector<RuleStorage::Number>{0}), Positions(row.matches, 0))
+        EXPECT_EQ(RuleSearch(storage).search(row.text, std::vector<RuleStorage::Index>{0}), Positions(row.matches, 0))
             << row.text << " in " << row.field;
     }
 }
@@ -78,12 +78,12 @@ TEST(Search, LowersTextOfAnyLength) {
 TEST(Search, KeepsTextsApart) {
     const RuleStorage storage = storageOf({"ab", "cd", "", "abcd"});
     const RuleSearch search(storage);
-    const std::vector<RuleStorage::Number> rows{0, 1, 2, 3};
+    const std::vector<RuleStorage::Index> rows{0, 1, 2, 3};
     EXPECT_EQ(search.search("bc", rows), (Positions{3}));
     EXPECT_EQ(search.search("b", rows), (Positions{0, 3}));
     EXPECT_EQ(search.search("ba", rows), (Positions{}));
     EXPECT_EQ(search.search("cd", rows), (Positions{1, 3}));
-    EXPECT_EQ(search.search("cd", std::vector<RuleStorage::Number>{3, 0, 1}), (Positions{0, 2}));
+    EXPECT_EQ(search.search("cd", std::vector<RuleStorage::Index>{3, 0, 1}), (Positions{0, 2}));
 }
 
 // Texts around the sizes in which a pool is looked at, with what is searched at their ends.
@@ -101,7 +101,7 @@ TEST(Search, FindsAtEveryPlaceOfAnyLength) {
     }
     const RuleStorage storage = storageOf(rules);
     const RuleSearch search(storage);
-    std::vector<RuleStorage::Number> rows(rules.size());
+    std::vector<RuleStorage::Index> rows(rules.size());
     std::iota(rows.begin(), rows.end(), 0);
     const std::string longest = 'q' + std::string(70, 'x');
     for (const std::string& wanted : {std::string("q"), std::string("QX"), std::string("qxy"), std::string("qxyz"),
@@ -122,7 +122,7 @@ TEST(Search, FindsTheSameInPartsAsOneByOne) {
         rules.push_back((i % 97 == 0 ? "B\u00DCro" : "host") + std::to_string(random() % 5000) + ".Test" +
                         std::to_string(i));
     const RuleStorage storage = storageOf(rules);
-    std::vector<RuleStorage::Number> rows(count);
+    std::vector<RuleStorage::Index> rows(count);
     std::iota(rows.begin(), rows.end(), 0);
     std::shuffle(rows.begin(), rows.end(), random);
     const RuleSearch search(storage);
