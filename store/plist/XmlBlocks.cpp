@@ -15,7 +15,7 @@ constexpr std::size_t blockSize = partSize(400);  // elements; at about 140 byte
 
 }  // namespace
 
-// A block that is laid out. What its writer has no memory for goes out in the block's turn.
+// A block and its writer. When the writer's buffer is full, the block waits for its turn and then writes directly.
 struct XmlBlocks::Block : Sink {
     Block(XmlBlocks& blocks, std::size_t depth) : all(blocks), writer(*this, depth) {}
 
@@ -50,7 +50,7 @@ void XmlBlocks::write() {
     }
 }
 
-// A number is given only with the memory to lay it out: the next one to be written is never kept waiting for that.
+// A block number is assigned together with a buffer: the next block to be written always has one, so nothing deadlocks.
 XmlBlocks::Block* XmlBlocks::begin() {
     std::unique_lock lock(lock_);
     const auto isNoneLeft = [this] { return nextBegun_ * blockSize >= count_; };

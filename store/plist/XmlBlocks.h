@@ -12,22 +12,23 @@ namespace store {
 class Sink;
 class XmlWriter;
 
-// Writes many elements in blocks, of which several are laid out at the same time, each in memory of its own. They reach
-// the sink in the order of their numbers: whoever ends the next one writes it, and those behind it that have ended
-// before. So nobody waits for somebody else's block as long as there is memory to lay out another.
+// Writes many elements in blocks. Several threads format blocks in parallel, each into a buffer of its own, and the
+// blocks reach the sink in order: the thread that completes the next block writes it, and all completed blocks that
+// follow it. A thread waits for another one only when all buffers hold blocks that cannot be written yet.
 class XmlBlocks {
 public:
-    // What writes the elements from one number to another. Called on any thread, must not throw.
+    // Writes a range of elements. Called on any thread, must not throw.
     using Work = std::function<void(std::size_t begin, std::size_t end)>;
 
-    // `workFor` is called here, once for each of the `atOnce` writers that take part.
+    // `atOnce` is the number of buffers. `workFor` is called by the constructor, once for the writer of each.
     XmlBlocks(Sink& sink, std::size_t depth, std::size_t count, std::size_t atOnce,
               const std::function<Work(XmlWriter&)>& workFor);
     ~XmlBlocks();
     XmlBlocks(const XmlBlocks&) = delete;
     XmlBlocks& operator=(const XmlBlocks&) = delete;
 
-    // Takes part in writing until no block is left to begin. Everything is written when all who take part are back.
+    // Formats and writes blocks until none is left to begin. To be called by several threads; all is written when the
+    // last call returns.
     void write();
 
 private:
@@ -43,7 +44,7 @@ private:
     std::mutex lock_;  // guards all that follows
     std::condition_variable written_;
     std::vector<Block*> free_;
-    std::vector<Block*> ended_;  // by number, modulo their count: they are the next ones
+    std::vector<Block*> ended_;  // a ring: completed blocks by number, modulo its size
     std::size_t nextBegun_ = 0;
     std::size_t nextWritten_ = 0;
     bool isWriting_ = false;

@@ -11,17 +11,17 @@ namespace store {
 
 namespace {
 
-// So many places are marked by one call, and so many strides before anything is asked.
+// Bytes of text marked by one call of a Mark, and the size of the window in strides.
 constexpr std::size_t stride = 4096;
 constexpr std::size_t stridesAtOnce = 4;
 constexpr std::size_t farthestProbe = 63;
-constexpr std::size_t step = 16;  // places that are looked at in one go
+constexpr std::size_t step = 16;  // bytes of a SIMD register
 
 #if defined(__SSE2__)
 
 using Places = __m128i;
 
-// Places where, with some bits set, a byte is the wanted one.
+// Compares 16 bytes, with the bits of `set` set, with `wanted`.
 Places placesOf(const char* text, std::uint8_t wanted, std::uint8_t set) {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
     return _mm_cmpeq_epi8(_mm_or_si128(bytes, _mm_set1_epi8(static_cast<char>(set))),
@@ -53,7 +53,7 @@ Places otherThanAscii(const char* text) {
     return placesOf(text, 0xFF, 0x7F);
 }
 
-// A byte of a lowered text; ASCII letters stand for either case.
+// A byte of a lowered pattern; matches ASCII letters of either case.
 struct Probe {
     Probe(char lowered)
         : wanted(static_cast<std::uint8_t>(lowered)), caseBit(lowered >= 'a' && lowered <= 'z' ? 0x20 : 0) {}
@@ -63,7 +63,7 @@ struct Probe {
     std::uint8_t caseBit;
 };
 
-// A stride's marks, from what says for sixteen places from one on which are marked.
+// Computes the bits of a stride. marked(text) gives those of 16 bytes.
 template <class Marked>
 void markStride(std::uint8_t* bits, const char* text, Marked marked) {
     for (std::size_t i = 0; i < stride; i += step) {

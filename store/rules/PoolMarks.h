@@ -12,27 +12,27 @@
 
 namespace store {
 
-// A bit for every byte of a pool of texts, which says whether something stands there. Made sixteen at a time, they
-// answer for each of a million texts in a few instructions. Only some bits are there at a time, near those that were
-// asked for last: ask for texts in the order in which they lie in the pool, and the bits never leave the cache.
+// A bitmap of a pool of texts: one bit for each byte, which says whether a condition holds there. Computed 16 bytes at
+// a time (SIMD), and a query for a text takes a few instructions. Only a window of the bitmap exists, near the last
+// query: query texts in the order of the pool, and it stays in the cache.
 class PoolMarks {
 public:
-    // Marks the bytes that are no ASCII characters.
+    // Marks bytes outside ASCII.
     static PoolMarks ofOtherThanAscii(std::string_view pool);
-    // Marks where a lowered text, which is not empty, may begin, ASCII letters in either case. A text of up to
-    // wholeSize bytes does begin there; of longer ones so many bytes do.
+    // Marks candidates for occurrences of a lowered, non-empty pattern, in any ASCII case. For patterns of up to
+    // wholeSize bytes every mark is an occurrence; for longer ones only that many of their bytes are compared.
     static PoolMarks ofStarts(std::string_view pool, std::string_view lowered);
     static constexpr std::size_t wholeSize = 4;
 
-    // Whether isWanted(place) holds for a marked place among `size` places from `at` on.
+    // Whether one of the `size` bytes from `at` on is marked, and isWanted(offset) holds for it.
     template <typename IsWanted>
     bool any(std::size_t at, std::size_t size, IsWanted isWanted);
     bool any(std::size_t at, std::size_t size);
 
 private:
-    // Sets the bits of a stride of text, behind which some bytes more can be looked at.
+    // Computes the bits of a stride of text, which is followed by a few more readable bytes.
     using Mark = std::function<void(std::uint8_t* bits, const char* text)>;
-    // So many bits can be had at once from any place on.
+    // The number of bits that one load gives at any offset.
     static constexpr std::size_t window = 56;
 
     PoolMarks(std::string_view pool, Mark mark);

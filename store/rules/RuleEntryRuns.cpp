@@ -14,10 +14,10 @@ namespace {
 
 using Run = RuleEntryRuns::Run;
 
-constexpr std::size_t pieceSize = partSize(std::size_t{1} << 20);
+constexpr std::size_t chunkSize = partSize(std::size_t{1} << 20);
 constexpr std::size_t worthwhile = std::size_t{4} << 20;
 
-// The "<dict>" on the first line behind an entry's end from here on. There may be none.
+// The first "<dict>" from `from` on that stands on a line behind a "</dict>"; nullptr when there is none.
 const char* nextBehindEntry(const char* from, const char* end) {
     constexpr std::string_view before = "</dict>\n";
     const std::string_view text(from, static_cast<std::size_t>(end - from));
@@ -27,10 +27,10 @@ const char* nextBehindEntry(const char* from, const char* end) {
     return dict == std::string_view::npos ? nullptr : from + dict;
 }
 
-// The entries that follow one another from here on and begin in the piece. There may be none.
-Run runAt(const char* dict, const char* pieceEnd) {
+// The run that begins at `dict`, of entries that begin in this chunk; perhaps empty.
+Run runAt(const char* dict, const char* chunkEnd) {
     Run run{.begin = dict};
-    while (dict && dict < pieceEnd) {
+    while (dict && dict < chunkEnd) {
         const RuleEntryLayout::Match match = RuleEntryLayout::matchAt(dict);
         if (!match.end) break;
         run.end = match.end;
@@ -41,14 +41,14 @@ Run runAt(const char* dict, const char* pieceEnd) {
     return run;
 }
 
-// The piece's runs, but for short ones, from an entry on.
-std::vector<Run> runsFrom(const char* dict, const char* pieceEnd) {
+// All runs of a chunk but short ones, which are not worth their bookkeeping.
+std::vector<Run> runsFrom(const char* dict, const char* chunkEnd) {
     constexpr std::size_t fewest = isFuzzed ? 2 : 16;
     std::vector<Run> runs;
     while (dict) {
-        const Run run = runAt(dict, pieceEnd);
+        const Run run = runAt(dict, chunkEnd);
         if (run.count >= fewest) runs.push_back(run);
-        dict = nextBehindEntry(run.count > 0 ? std::min(run.end, pieceEnd) : dict, pieceEnd);
+        dict = nextBehindEntry(run.count > 0 ? std::min(run.end, chunkEnd) : dict, chunkEnd);
     }
     return runs;
 }
@@ -58,22 +58,22 @@ std::vector<Run> allRuns(const char* dict, const char* end) {
     const auto size = static_cast<std::size_t>(end - dict);
     const std::size_t threads = partsWorthwhile(size, worthwhile);
     if (threads == 1) return {};
-    std::vector<std::vector<Run>> pieces((size + pieceSize - 1) / pieceSize);
+    std::vector<std::vector<Run>> chunks((size + chunkSize - 1) / chunkSize);
     std::atomic<std::size_t> next = 0;
     inAll(threads, [&](std::size_t) {
-        for (std::size_t piece = next++; piece < pieces.size(); piece = next++) {
-            const char* begin = dict + piece * pieceSize;
-            const char* pieceEnd = std::min(begin + pieceSize, end);
+        for (std::size_t chunk = next++; chunk < chunks.size(); chunk = next++) {
+            const char* begin = dict + chunk * chunkSize;
+            const char* chunkEnd = std::min(begin + chunkSize, end);
             try {
-                pieces[piece] = runsFrom(piece == 0 ? dict : nextBehindEntry(begin, pieceEnd), pieceEnd);
+                chunks[chunk] = runsFrom(chunk == 0 ? dict : nextBehindEntry(begin, chunkEnd), chunkEnd);
             } catch (const std::bad_alloc&) {
-                // What is not known to be a run is gone through entry by entry.
+                // Entries outside of runs are read one by one.
                 continue;
             }
         }
     });
     std::vector<Run> all;
-    for (const std::vector<Run>& runs : pieces) all.insert(all.end(), runs.begin(), runs.end());
+    for (const std::vector<Run>& runs : chunks) all.insert(all.end(), runs.begin(), runs.end());
     return all;
 }
 

@@ -24,7 +24,7 @@ bool isSet(const UCollator* collator, UColAttribute attribute) {
     return ucol_getAttribute(collator, attribute, &status) == UCOL_ON;
 }
 
-// What the collator makes of a text before it compares anything; empty when it fails.
+// The collation elements of a text; empty on an error.
 Elements elementsOf(const UCollator* collator, const std::u16string& text) {
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<UCollationElements, decltype(&ucol_closeElements)> iterator(
@@ -36,17 +36,17 @@ Elements elementsOf(const UCollator* collator, const std::u16string& text) {
     return elements;
 }
 
-// A character's weight may need a second element, which is marked as one that goes on.
+// One collation element, perhaps with a continuation.
 bool isOneWeight(const Elements& elements) {
-    constexpr int32_t goesOn = 0xC0;
-    return elements.size() <= 1 || (elements.size() == 2 && (elements[1] & goesOn) == goesOn);
+    constexpr int32_t continuation = 0xC0;
+    return elements.size() <= 1 || (elements.size() == 2 && (elements[1] & continuation) == continuation);
 }
 
 bool isAscii(const std::u16string& text) {
     return std::ranges::all_of(text, [](char16_t c) { return c < AsciiOrder::characterCount; });
 }
 
-// The letters of more than one character that are written in ASCII.
+// The collator's contractions of ASCII characters.
 std::vector<std::u16string> contractions(const UCollator* collator) {
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<USet, decltype(&uset_close)> all(uset_openEmpty(), uset_close);
@@ -56,17 +56,17 @@ std::vector<std::u16string> contractions(const UCollator* collator) {
         UChar32 first = 0, last = 0;
         std::u16string text = fromIcu(8, [&](UChar* to, int32_t capacity, UErrorCode* failure) {
             const int32_t size = uset_getItem(all.get(), i, &first, &last, to, capacity, failure);
-            return size < 2 ? 0 : size;  // no text, but a range of characters
+            return size < 2 ? 0 : size;  // a range of characters, not a string
         });
         if (!text.empty() && isAscii(text)) found.push_back(std::move(text));
     }
     return found;
 }
 
-// What a text consists of to a person who writes the collator's language: characters and contractions.
+// The ASCII characters and contractions with their collation elements.
 class Alphabet {
 public:
-    // Nothing that can be relied upon when this is false.
+    // Returns false when the collator does more than map each of them to one weight.
     bool load(const UCollator* collator) {
         if (isSet(collator, UCOL_NUMERIC_COLLATION) || isSet(collator, UCOL_CASE_LEVEL)) return false;
         for (char16_t c = 0; c < AsciiOrder::characterCount; ++c) letters_[std::u16string(1, c)];
@@ -81,8 +81,8 @@ public:
     const std::map<std::u16string, Elements>& letters() const { return letters_; }
 
 private:
-    // Whether a text means to the collator what its letters mean one by one: seen on a text in which every character
-    // has every other one for a neighbour.
+    // Whether the elements of a text are those of its letters. Checked with a text in which every character is next to
+    // every other one.
     bool takesLettersOneByOne(const UCollator* collator) const {
         std::u16string text;
         for (char16_t a = 0; a < AsciiOrder::characterCount; ++a)
@@ -104,18 +104,18 @@ int compare(const UCollator* collator, const std::u16string& a, const std::u16st
     return ucol_strcoll(collator, a.data(), static_cast<int32_t>(a.size()), b.data(), static_cast<int32_t>(b.size()));
 }
 
-// Whether two letters differ like accents do: only where all else is the same, whatever follows them.
+// Whether two letters differ at the secondary level only, as accents do: a later primary difference outweighs that.
 bool differLikeAccents(const UCollator* collator, const std::u16string& a, const std::u16string& b) {
     return compare(collator, a, b) < 0 && compare(collator, a + u'z', b + u'a') > 0;
 }
 
-void setPlace(AsciiOrder& order, const std::u16string& letter, std::uint8_t place) {
+void setWeight(AsciiOrder& order, const std::u16string& letter, std::uint8_t weight) {
     const auto first = static_cast<unsigned char>(letter[0]);
     if (letter.size() == 1) {
-        order.places[first] = place;
+        order.weights[first] = weight;
     } else {
         order.beginsPair[first] = true;
-        order.pairs.push_back({static_cast<char>(letter[0]), static_cast<char>(letter[1]), place});
+        order.pairs.push_back({static_cast<char>(letter[0]), static_cast<char>(letter[1]), weight});
     }
 }
 
@@ -131,15 +131,15 @@ bool AsciiOrder::writeKey(std::string_view text, char* key) const {
     for (std::size_t at = 0; at < text.size(); ++at) {
         const auto c = static_cast<unsigned char>(text[at]);
         if (c >= characterCount) return false;
-        std::uint8_t place = places[c];
+        std::uint8_t weight = weights[c];
         if (beginsPair[c] && at + 1 < text.size()) {
             if (const Pair* letter = pair(text[at], text[at + 1])) {
-                place = letter->place;
+                weight = letter->weight;
                 ++at;
             }
         }
-        *key = static_cast<char>(place);
-        key += place != 0;
+        *key = static_cast<char>(weight);
+        key += weight != 0;
     }
     *key = '\0';
     return true;
@@ -153,15 +153,15 @@ std::optional<AsciiOrder> asciiOrder(const UCollator* collator) {
     std::ranges::stable_sort(letters, [&](const auto& a, const auto& b) { return compare(collator, a, b) < 0; });
     AsciiOrder order;
     const std::u16string* previous = nullptr;
-    std::uint8_t place = 0;
+    std::uint8_t weight = 0;
     for (const std::u16string& letter : letters) {
-        const bool isPassedOver = compare(collator, letter, {}) == 0;
-        if (!isPassedOver) {
+        const bool isIgnorable = compare(collator, letter, {}) == 0;
+        if (!isIgnorable) {
             if (previous && differLikeAccents(collator, *previous, letter)) return std::nullopt;
-            if (!previous || compare(collator, *previous, letter) != 0) ++place;
+            if (!previous || compare(collator, *previous, letter) != 0) ++weight;
             previous = &letter;
         }
-        setPlace(order, letter, isPassedOver ? 0 : place);
+        setWeight(order, letter, isIgnorable ? 0 : weight);
     }
     return order;
 }

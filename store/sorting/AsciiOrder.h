@@ -11,29 +11,29 @@ struct UCollator;
 
 namespace store {
 
-// A collator's order of ASCII text: for each character, and for each two that are a letter of their own ("ch" in
-// Czech), a place. Those that compare as the same have the same place, those that the collator passes over have 0.
+// A collator's order of ASCII text as a table of weights: one byte for each character and for each contraction of two
+// ("ch" in Czech). Characters that compare equal have equal weights; ignorable ones have 0.
 struct AsciiOrder {
     struct Pair {
         char first;
         char second;
-        std::uint8_t place;
+        std::uint8_t weight;
     };
 
     static constexpr std::size_t characterCount = 128;
-    std::array<std::uint8_t, characterCount> places{};
+    std::array<std::uint8_t, characterCount> weights{};
     std::array<bool, characterCount> beginsPair{};
     std::vector<Pair> pairs;
 
     const Pair* pair(char first, char second) const;
 
-    // Writes a text's places, without those that are 0, and a 0 behind them: at most one byte more than the text has.
-    // Texts compare as these bytes do. Returns false when there is a character that is not ASCII.
+    // Writes the text's sort key: its weights other than 0, then a 0; at most text.size() + 1 bytes. Keys compare by
+    // strcmp as the texts do. Returns false when the text is not all ASCII.
     bool writeKey(std::string_view text, char* key) const;
 };
 
-// Nothing when the collator does more with ASCII than that: where three characters are a letter, or numbers are
-// compared as numbers.
+// Nothing when the collator's order of ASCII cannot be expressed like this: contractions of three characters, numeric
+// collation, differences of accents or case.
 std::optional<AsciiOrder> asciiOrder(const UCollator* collator);
 
 }  // namespace store

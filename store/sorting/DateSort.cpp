@@ -23,7 +23,7 @@ std::uint64_t age(std::int64_t date, std::int64_t earliest, std::int64_t latest)
 }  // namespace
 
 void sortByDate(std::vector<std::uint32_t>& indices, const std::function<std::int64_t(std::uint32_t)>& dateOf) {
-    LargeVector<Keyed> keyed = keyedByNumber(indices);
+    LargeVector<Keyed> keyed = keyedByIndex(indices);
     LargeVector<std::int64_t> dates(keyed.size());
     inParts(keyed.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
         for (std::size_t each = begin; each < end; ++each) dates[each] = dateOf(indices[keyed[each].place]);

@@ -19,27 +19,27 @@ constexpr std::size_t step = sizeof Keyed::part;
 constexpr int bits = 64;
 constexpr int byteBits = 8;
 constexpr int groupBits = 16;
-// So many keys further on are fetched from memory while one is looked at.
+// Prefetch distance, in keys.
 constexpr std::ptrdiff_t lookAhead = 16;
-// From so many things on, a second processor ends sooner than it begins.
+// Elements for each thread.
 constexpr std::size_t worthwhile = 50'000;
-// Up to here, comparing things with each other is less work than counting them.
-constexpr std::size_t fewThings = 48;
+// Smaller groups are sorted by comparison, which is faster than counting.
+constexpr std::size_t smallGroup = 48;
 
-// The first eight bytes, as a number that compares as they do; nothing behind the key's end takes part.
+// The first eight bytes of a key as a big-endian number; bytes from its 0 on are 0.
 std::uint64_t eightBytes(const char* key) {
     static_assert(std::endian::native == std::endian::little);
     constexpr std::uint64_t everyByte = 0x0101010101010101;
     std::uint64_t word;
     std::memcpy(&word, key, sizeof word);
     const std::uint64_t ends = (word - everyByte) & ~word & (0x80 * everyByte);
-    const std::uint64_t beforeEnd = (ends & -ends) - 1;  // without an end, every bit
+    const std::uint64_t beforeEnd = (ends & -ends) - 1;  // all bits where the key does not end
     return __builtin_bswap64(word & beforeEnd);
 }
 
-void loadParts(std::span<Keyed> things, const char* keys) {
-    for (auto keyed = things.begin(); keyed != things.end(); ++keyed) {
-        if (things.end() - keyed > lookAhead) __builtin_prefetch(keys + keyed[lookAhead].offset);
+void loadParts(std::span<Keyed> elements, const char* keys) {
+    for (auto keyed = elements.begin(); keyed != elements.end(); ++keyed) {
+        if (elements.end() - keyed > lookAhead) __builtin_prefetch(keys + keyed[lookAhead].offset);
         keyed->part = eightBytes(keys + keyed->offset);
     }
 }
@@ -48,38 +48,38 @@ bool comesBefore(const Keyed& a, const Keyed& b) {
     return a.part != b.part ? a.part < b.part : a.place < b.place;
 }
 
-// Puts things with the same `count` bits of their parts next to each other, in the order of these bits: from one span
-// into the other of the same size. Returns where each group ends.
+// One pass of the radix sort: a stable counting sort by the `count` bits from `shift` on, from one span into another of
+// the same size. Returns the end of each group.
 template <int count>
-auto group(std::span<const Keyed> things, std::span<Keyed> grouped, int shift) {
+auto group(std::span<const Keyed> elements, std::span<Keyed> grouped, int shift) {
     constexpr std::size_t groups = std::size_t{1} << count;
     auto groupOf = [shift](const Keyed& keyed) { return keyed.part >> shift & (groups - 1); };
     std::array<std::uint32_t, groups + 1> places{};
-    for (const Keyed& keyed : things) ++places[groupOf(keyed) + 1];
+    for (const Keyed& keyed : elements) ++places[groupOf(keyed) + 1];
     std::partial_sum(places.begin(), places.end(), places.begin());
-    for (const Keyed& keyed : things) grouped[places[groupOf(keyed)]++] = keyed;
+    for (const Keyed& keyed : elements) grouped[places[groupOf(keyed)]++] = keyed;
     return places;
 }
 
-// By their parts, of which all bits from `shift` + 8 on are the same. `spare` is as large.
-void sortByPart(std::span<Keyed> things, std::span<Keyed> spare, int shift) {
-    if (things.size() < fewThings) return std::sort(things.begin(), things.end(), comesBefore);
+// Sorts by the parts, whose bits from `shift` + 8 on are equal. `spare` is scratch of the same size.
+void sortByPart(std::span<Keyed> elements, std::span<Keyed> spare, int shift) {
+    if (elements.size() < smallGroup) return std::sort(elements.begin(), elements.end(), comesBefore);
     if (shift < 0) return;
-    const auto ends = group<byteBits>(things, spare, shift);
-    std::ranges::copy(spare, things.begin());
+    const auto ends = group<byteBits>(elements, spare, shift);
+    std::ranges::copy(spare, elements.begin());
     std::size_t first = 0;
     for (const std::size_t last : ends) {
         const std::size_t size = last - first;
-        if (size > 1) sortByPart(things.subspan(first, size), spare.subspan(first, size), shift - byteBits);
+        if (size > 1) sortByPart(elements.subspan(first, size), spare.subspan(first, size), shift - byteBits);
         first = last;
     }
 }
 
-// Calls found(first, last) for each run of more than one with the same part.
+// Calls found(first, last) for each group of several elements with equal parts.
 template <class Found>
-void forEachRun(std::span<Keyed> things, Found found) {
-    for (auto first = things.begin(); first != things.end();) {
-        const auto last = std::find_if(first, things.end(), [&](const Keyed& k) { return k.part != first->part; });
+void forEachRun(std::span<Keyed> elements, Found found) {
+    for (auto first = elements.begin(); first != elements.end();) {
+        const auto last = std::find_if(first, elements.end(), [&](const Keyed& k) { return k.part != first->part; });
         if (last - first > 1) found(first, last);
         first = last;
     }
@@ -90,51 +90,51 @@ void sortByPlace(std::span<Keyed>::iterator first, std::span<Keyed>::iterator la
     if (!std::is_sorted(first, last, byPlace)) std::sort(first, last, byPlace);
 }
 
-// Things that share the first eight bytes of their keys, which are at hand, are sorted by the next eight, and so on:
-// every key is looked at a few times only, in memory far away.
-void sortGroup(std::span<Keyed> things, std::span<Keyed> spare, const char* keys) {
-    struct Alike {
+// Sorts by the first eight bytes of the keys, which are in the parts, then each group of equals by the next eight, and
+// so on: every eight bytes of a key are read once, as they are likely to miss the cache.
+void sortGroup(std::span<Keyed> elements, std::span<Keyed> spare, const char* keys) {
+    struct Group {
         std::size_t first;
         std::size_t size;
         std::size_t depth;
     };
-    std::vector<Alike> left{{0, things.size(), 0}};
+    std::vector<Group> left{{0, elements.size(), 0}};
     while (!left.empty()) {
-        const Alike alike = left.back();
+        const Group equal = left.back();
         left.pop_back();
-        const auto some = things.subspan(alike.first, alike.size);
-        if (alike.depth > 0) loadParts(some, keys + alike.depth);
-        const int known = alike.depth > 0 ? 0 : groupBits;
-        sortByPart(some, spare.subspan(alike.first, alike.size), bits - known - byteBits);
+        const auto some = elements.subspan(equal.first, equal.size);
+        if (equal.depth > 0) loadParts(some, keys + equal.depth);
+        const int known = equal.depth > 0 ? 0 : groupBits;
+        sortByPart(some, spare.subspan(equal.first, equal.size), bits - known - byteBits);
         forEachRun(some, [&](auto first, auto last) {
             const bool goesOn = first->part & 0xFF;
             if (!goesOn) return sortByPlace(first, last);
-            left.push_back({static_cast<std::size_t>(first - things.begin()), static_cast<std::size_t>(last - first),
-                            alike.depth + step});
+            left.push_back({static_cast<std::size_t>(first - elements.begin()), static_cast<std::size_t>(last - first),
+                            equal.depth + step});
         });
     }
 }
 
-// Groups things by the first bits of their parts, and sorts the groups, several at the same time. `sortGroup` gets a
-// group and a spare span of the same size.
-void sortInGroups(LargeVector<Keyed>& things,
+// Groups the elements by the highest bits of their parts and sorts the groups in parallel. `sortGroup` is given a group
+// and scratch of the same size.
+void sortInGroups(LargeVector<Keyed>& elements,
                   const std::function<void(std::span<Keyed>, std::span<Keyed>)>& sortGroup) {
-    LargeVector<Keyed> spare(things.size());
-    const auto ends = group<groupBits>(things, spare, bits - groupBits);
-    things.swap(spare);
-    inParts(things.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
+    LargeVector<Keyed> spare(elements.size());
+    const auto ends = group<groupBits>(elements, spare, bits - groupBits);
+    elements.swap(spare);
+    inParts(elements.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
         std::size_t first = 0;
         for (const std::size_t last : ends) {
             const std::size_t size = last - first;
             if (size > 1 && first >= begin && first < end)
-                sortGroup(std::span(things).subspan(first, size), std::span(spare).subspan(first, size));
+                sortGroup(std::span(elements).subspan(first, size), std::span(spare).subspan(first, size));
             first = last;
         }
     });
 }
 
-bool areSorted(const LargeVector<Keyed>& things, const char* keys) {
-    return std::ranges::is_sorted(things, [keys](const Keyed& a, const Keyed& b) {
+bool areSorted(const LargeVector<Keyed>& elements, const char* keys) {
+    return std::ranges::is_sorted(elements, [keys](const Keyed& a, const Keyed& b) {
         const int order = std::strcmp(keys + a.offset, keys + b.offset);
         return order != 0 ? order < 0 : a.place < b.place;
     });
@@ -142,42 +142,42 @@ bool areSorted(const LargeVector<Keyed>& things, const char* keys) {
 
 }  // namespace
 
-LargeVector<Keyed> keyedByNumber(const std::vector<std::uint32_t>& things) {
+LargeVector<Keyed> keyedByIndex(const std::vector<std::uint32_t>& elements) {
     LargeVector<Keyed> keyed;
-    keyed.reserve(things.size());
-    // As they are when a list has just been read.
-    if (std::ranges::is_sorted(things)) {
-        for (std::uint32_t place = 0; place < things.size(); ++place) keyed.push_back({0, 0, place});
+    keyed.reserve(elements.size());
+    // The order of a list that has just been read.
+    if (std::ranges::is_sorted(elements)) {
+        for (std::uint32_t place = 0; place < elements.size(); ++place) keyed.push_back({0, 0, place});
         return keyed;
     }
     constexpr auto noPlace = UINT32_MAX;
-    const std::size_t numbers = things.empty() ? 0 : std::size_t{*std::ranges::max_element(things)} + 1;
-    LargeVector<std::uint32_t> placeOf(numbers, noPlace);
-    for (std::uint32_t place = 0; place < things.size(); ++place) placeOf[things[place]] = place;
+    const std::size_t range = elements.empty() ? 0 : std::size_t{*std::ranges::max_element(elements)} + 1;
+    LargeVector<std::uint32_t> placeOf(range, noPlace);
+    for (std::uint32_t place = 0; place < elements.size(); ++place) placeOf[elements[place]] = place;
     for (const std::uint32_t place : placeOf)
         if (place != noPlace) keyed.push_back({0, 0, place});
     return keyed;
 }
 
-void sortByParts(LargeVector<Keyed>& things) {
+void sortByParts(LargeVector<Keyed>& elements) {
     std::uint64_t all = 0;
-    for (const Keyed& keyed : things) all |= keyed.part;
-    // The first bits are to tell things apart.
+    for (const Keyed& keyed : elements) all |= keyed.part;
+    // Shifts out leading bits that are 0 in all keys: grouping by the highest bits is to tell elements apart.
     const int unused = std::countl_zero(all | 1);
-    for (Keyed& keyed : things) keyed.part <<= unused;
-    sortInGroups(things, [](std::span<Keyed> some, std::span<Keyed> spare) {
+    for (Keyed& keyed : elements) keyed.part <<= unused;
+    sortInGroups(elements, [](std::span<Keyed> some, std::span<Keyed> spare) {
         sortByPart(some, spare, bits - groupBits - byteBits);
         forEachRun(some, sortByPlace);
     });
 }
 
-void sortByKeys(LargeVector<Keyed>& things, const char* keys) {
-    // Lists are mostly read in the order in which they were last shown.
-    if (areSorted(things, keys)) return;
-    inParts(things.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
-        loadParts(std::span(things).subspan(begin, end - begin), keys);
+void sortByKeys(LargeVector<Keyed>& elements, const char* keys) {
+    // Stored lists mostly are in the order in which they were shown.
+    if (areSorted(elements, keys)) return;
+    inParts(elements.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
+        loadParts(std::span(elements).subspan(begin, end - begin), keys);
     });
-    sortInGroups(things, [keys](std::span<Keyed> some, std::span<Keyed> spare) { sortGroup(some, spare, keys); });
+    sortInGroups(elements, [keys](std::span<Keyed> some, std::span<Keyed> spare) { sortGroup(some, spare, keys); });
 }
 
 }  // namespace store

@@ -7,25 +7,25 @@
 
 namespace store {
 
-// One of many things that are sorted, each known by a number, by a key of 8 bytes or by one that lies in a block of
-// keys: bytes other than 0, and a 0 behind them.
+// Radix sort (most significant digit first) by keys of 8 bytes or by strings. Stable and parallel; linear in the number
+// of bytes that tell the keys apart. Small groups are sorted by comparison.
+
+// An element of a sort.
 struct Keyed {
-    std::uint64_t part;    // a key of 8 bytes; what a sort by longer ones needs
-    std::uint32_t offset;  // of a longer key
-    std::uint32_t place;   // in the order before
+    std::uint64_t part;    // the key of sortByParts(); scratch of sortByKeys()
+    std::uint32_t offset;  // of the key of sortByKeys(), a string in a block of keys that ends with a 0
+    std::uint32_t place;   // position before the sort, which decides between equal keys
 };
 
-// So many bytes behind the last key's 0 are looked at as well, whatever they are.
+// sortByKeys() reads this many bytes beyond the last key's 0; their values do not matter.
 inline constexpr std::size_t behindKeys = sizeof Keyed::part;
 
-// The things in the order of their numbers, which is that in which what they stand for lies in memory: a million are
-// looked at several times as fast as in the order of their places. No number is there twice; takes memory for all
-// numbers up to the largest.
-LargeVector<Keyed> keyedByNumber(const std::vector<std::uint32_t>& things);
+// An element for each of these indices, which are distinct, in ascending order: that is the order of the data they
+// refer to, which is then read sequentially, several times as fast. `place` is set. A counting sort; takes memory for
+// all indices up to the largest.
+LargeVector<Keyed> keyedByIndex(const std::vector<std::uint32_t>& indices);
 
-// Both sort things in any order; those with equal keys come in the order of their places. No two keys are compared as
-// long as many are alike: things are brought together byte by byte.
-void sortByParts(LargeVector<Keyed>& things);
-void sortByKeys(LargeVector<Keyed>& things, const char* keys);
+void sortByParts(LargeVector<Keyed>& elements);
+void sortByKeys(LargeVector<Keyed>& elements, const char* keys);
 
 }  // namespace store

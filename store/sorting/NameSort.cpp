@@ -16,17 +16,17 @@ namespace store {
 
 namespace {
 
-// From so many things on, a second processor ends sooner than it begins.
+// Names for each thread: ASCII names and others, whose keys are slower to make.
 constexpr std::size_t worthwhile = 50'000;
 constexpr std::size_t worthwhileOthers = 1000;
-// Up to here, comparing names with each other is less work than making what keys are made from.
+// Fewer names are sorted by comparison, which is faster than preparing keys.
 constexpr std::size_t fewNames = 1000;
 
 class NameSorter {
 public:
-    NameSorter(std::vector<std::uint32_t>& things, const std::function<std::string_view(std::uint32_t)>& nameOf,
+    NameSorter(std::vector<std::uint32_t>& indices, const std::function<std::string_view(std::uint32_t)>& nameOf,
                const NameOrder& order)
-        : things_(things), nameOf_(nameOf), order_(order) {}
+        : indices_(indices), nameOf_(nameOf), order_(order) {}
 
     void sort() {
         makeKeys();
@@ -36,12 +36,12 @@ public:
     }
 
 private:
-    // Names of ASCII characters get keys that cost next to nothing, the others real sort keys. The two kinds of key
-    // cannot be compared with each other, so each is sorted for itself.
+    // ASCII names get the cheap keys of AsciiOrder, the others sort keys of ICU. Keys of the two kinds cannot be
+    // compared with each other, so each kind is sorted by itself.
     void makeKeys() {
         const AsciiOrder* ascii = nullptr;
         std::size_t size = 0;
-        // Finding out about an order takes as long as finding a place for a million keys.
+        // Both take about as long for a million names, so they run in parallel.
         inAll(2, [&](std::size_t part) {
             if (part == 0)
                 size = placeKeys();
@@ -59,9 +59,9 @@ private:
         makeOtherKeys();
     }
 
-    // One behind the other. Returns how many bytes they take.
+    // Assigns the offsets of the ASCII keys. Returns their total size in bytes.
     std::size_t placeKeys() {
-        ascii_ = keyedByNumber(things_);
+        ascii_ = keyedByIndex(indices_);
         std::size_t size = 0;
         for (Keyed& keyed : ascii_) {
             keyed.offset = static_cast<std::uint32_t>(size);
@@ -82,8 +82,8 @@ private:
         otherKeys_.append(behindKeys, '\0');
     }
 
-    // Both kinds in one order. As a rule there are few of the second kind, and what lies between two of them is moved
-    // as a whole.
+    // Merges both kinds by comparing names. There usually are few of the second kind: their positions among the first
+    // are found by an exponential search, in parallel.
     void merge() {
         std::vector<std::ptrdiff_t> places(others_.size());
         inParts(others_.size(), worthwhileOthers, [&](std::size_t begin, std::size_t end) {
@@ -94,19 +94,19 @@ private:
             }
         });
         std::vector<std::uint32_t> sorted;
-        sorted.reserve(things_.size());
+        sorted.reserve(indices_.size());
         auto appendUpTo = [&, from = ascii_.begin()](auto to) mutable {
-            for (; from != to; ++from) sorted.push_back(things_[from->place]);
+            for (; from != to; ++from) sorted.push_back(indices_[from->place]);
         };
         for (std::size_t each = 0; each < others_.size(); ++each) {
             appendUpTo(ascii_.begin() + places[each]);
-            sorted.push_back(things_[others_[each].place]);
+            sorted.push_back(indices_[others_[each].place]);
         }
         appendUpTo(ascii_.end());
-        things_ = std::move(sorted);
+        indices_ = std::move(sorted);
     }
 
-    // From `from` on, found in growing steps: it is not far as a rule.
+    // The first ASCII name behind `other`, by an exponential search from `from` on.
     LargeVector<Keyed>::iterator firstBehind(const Keyed& other, LargeVector<Keyed>::iterator from) {
         auto isBehind = [&](const Keyed& keyed) { return isBeforeByName(other, keyed); };
         auto stride = std::ptrdiff_t{1};
@@ -123,9 +123,9 @@ private:
         return order != 0 ? order < 0 : a.place < b.place;
     }
 
-    std::string_view nameOf(const Keyed& keyed) const { return nameOf_(things_[keyed.place]); }
+    std::string_view nameOf(const Keyed& keyed) const { return nameOf_(indices_[keyed.place]); }
 
-    std::vector<std::uint32_t>& things_;
+    std::vector<std::uint32_t>& indices_;
     const std::function<std::string_view(std::uint32_t)>& nameOf_;
     const NameOrder& order_;
     std::shared_ptr<char[]> asciiKeys_;
@@ -136,12 +136,12 @@ private:
 
 }  // namespace
 
-void sortByName(std::vector<std::uint32_t>& things, const std::function<std::string_view(std::uint32_t)>& nameOf,
+void sortByName(std::vector<std::uint32_t>& indices, const std::function<std::string_view(std::uint32_t)>& nameOf,
                 const NameOrder& order) {
-    if (things.size() > fewNames) {
-        NameSorter(things, nameOf, order).sort();
+    if (indices.size() > fewNames) {
+        NameSorter(indices, nameOf, order).sort();
     } else {
-        std::stable_sort(things.begin(), things.end(),
+        std::stable_sort(indices.begin(), indices.end(),
                          [&](std::uint32_t a, std::uint32_t b) { return order.compare(nameOf(a), nameOf(b)) < 0; });
     }
 }
