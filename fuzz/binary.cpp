@@ -9,7 +9,7 @@ namespace fuzz {
 bool accepts(std::string_view bytes) {
     if (!store::isBinaryPropertyList(bytes)) return false;
     const auto transcoded = store::xmlFromBinary(bytes);
-    if (const auto* failure = std::get_if<store::BinaryFailure>(&transcoded)) {
+    if (const auto* failure = std::get_if<store::ReadError>(&transcoded)) {
         demand(failure->byte <= bytes.size(), "the failure is outside the file");
         return false;
     }

@@ -50,7 +50,7 @@ class Transcoder {
 public:
     explicit Transcoder(std::string_view bytes) : bytes_(bytes), writer_(text_) {}
 
-    std::variant<Buffer, BinaryFailure> run() {
+    std::variant<Buffer, ReadError> run() {
         if (!readTrailer() || !writeAll()) return *failure_;
         writer_.flush();
         return text_.take();
@@ -75,7 +75,7 @@ private:
     };
 
     bool fail(ReadFailure reason, std::size_t byte) {
-        failure_ = BinaryFailure{reason, byte};
+        failure_ = ReadError{reason, byte};
         return false;
     }
 
@@ -288,7 +288,7 @@ private:
     std::size_t limit_ = 0;
     std::vector<bool> isOpen_;  // by object: whether it is on the stack, to detect cycles
     std::stack<Container> open_;
-    std::optional<BinaryFailure> failure_;
+    std::optional<ReadError> failure_;
 };
 
 }  // namespace
@@ -297,7 +297,7 @@ bool isBinaryPropertyList(std::string_view bytes) {
     return bytes.starts_with(magic);
 }
 
-std::variant<Buffer, BinaryFailure> xmlFromBinary(std::string_view bytes) {
+std::variant<Buffer, ReadError> xmlFromBinary(std::string_view bytes) {
     return Transcoder(bytes).run();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 namespace store {
 
 // Why a file could not be read as a property-list dictionary.
@@ -31,6 +33,12 @@ enum class ReadFailure {
     unsupportedObject,  // a kind of object without an XML form
     containsItself,
     tooLarge,  // shared objects would expand to many times the file
+};
+
+// The first error. `byte` is its offset in the file, or in its UTF-8 form where the file is UTF-16.
+struct ReadError {
+    ReadFailure reason;
+    std::size_t byte;
 };
 
 }  // namespace store

@@ -53,9 +53,9 @@ public:
           end_(text.bytes.get() + text.size),
           scanner_(text.bytes.get(), end_) {}
 
-    std::variant<Dictionary, XmlFailure> read() {
+    ReadResult read() {
         if (scanner_.prolog() && readDocument()) return std::move(top_);
-        return XmlFailure{scanner_.failure(), scanner_.failedAt()};
+        return ReadError{scanner_.failure(), static_cast<std::size_t>(scanner_.failedAt() - text_->bytes.get())};
     }
 
 private:
@@ -182,7 +182,7 @@ private:
 
 }  // namespace
 
-std::variant<Dictionary, XmlFailure> readXml(const Buffer& text, std::shared_ptr<ElementIndex> index) {
+ReadResult readXml(const Buffer& text, std::shared_ptr<ElementIndex> index) {
     return Reader(text, std::move(index)).read();
 }
 

@@ -11,10 +11,7 @@ namespace store {
 
 // Parses and validates XML property lists.
 
-struct XmlFailure {
-    ReadFailure reason;
-    const char* at;
-};
+using ReadResult = std::variant<Dictionary, ReadError>;
 
 // Validates the whole text, which is UTF-8, in one pass and parses the outermost dictionary only: its values are slices
 // of the text. Memory beyond the text: the outermost entries, and one bit for each level of nesting.
@@ -38,6 +35,6 @@ struct XmlFailure {
 //   anything else        an error
 //
 // `index`, which may be nullptr, makes it faster and does not change the result.
-std::variant<Dictionary, XmlFailure> readXml(const Buffer& text, std::shared_ptr<ElementIndex> index = nullptr);
+ReadResult readXml(const Buffer& text, std::shared_ptr<ElementIndex> index = nullptr);
 
 }  // namespace store

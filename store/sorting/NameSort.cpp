@@ -1,12 +1,10 @@
 #include "store/sorting/NameSort.h"
 
 #include <algorithm>
-#include <memory>
 #include <span>
 #include <string>
 #include <utility>
 
-#include "store/files/Buffer.h"
 #include "store/parallel/Parts.h"
 #include "store/sorting/AsciiOrder.h"
 #include "store/sorting/KeySort.h"
@@ -30,7 +28,7 @@ public:
 
     void sort() {
         makeKeys();
-        sortByKeys(ascii_, asciiKeys_.get());
+        sortByKeys(ascii_, asciiKeys_.data());
         sortByKeys(others_, otherKeys_.data());
         merge();
     }
@@ -48,10 +46,10 @@ private:
             else
                 ascii = order_.asciiOrder();
         });
-        asciiKeys_ = allocateBytes(size + behindKeys);
+        asciiKeys_.resize(size + behindKeys);
         inParts(ascii_.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
             for (Keyed& keyed : std::span(ascii_).subspan(begin, end - begin))
-                keyed.part = ascii && ascii->writeKey(nameOf(keyed), asciiKeys_.get() + keyed.offset);
+                keyed.part = ascii && ascii->writeKey(nameOf(keyed), asciiKeys_.data() + keyed.offset);
         });
         const auto others = std::stable_partition(ascii_.begin(), ascii_.end(), [](const Keyed& k) { return k.part; });
         others_.assign(others, ascii_.end());
@@ -128,7 +126,7 @@ private:
     std::vector<std::uint32_t>& indices_;
     const std::function<std::string_view(std::uint32_t)>& nameOf_;
     const NameOrder& order_;
-    std::shared_ptr<char[]> asciiKeys_;
+    LargeVector<char> asciiKeys_;
     std::string otherKeys_;
     LargeVector<Keyed> ascii_;
     LargeVector<Keyed> others_;

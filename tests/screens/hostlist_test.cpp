@@ -2,10 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <string_view>
 
 #include "screens/settings/HostListText.h"
 #include "store/Schema.h"
-#include "store/files/Sink.h"
+#include "store/files/BufferSink.h"
 #include "store/plist/PropertyListReader.h"
 #include "store/plist/XmlWriter.h"
 #include "store/rules/AppendedRules.h"
@@ -45,17 +46,17 @@ TEST(HostListText, IsDecodedByMarkThenByValidity) {
 
 // The rules of a list after lines were appended, read back from what was written; "-" for what is no entry.
 std::vector<std::string> appended(const std::string& list, const std::string& lines) {
-    const auto read = [](const std::string& text) {
+    const auto read = [](std::string_view text) {
         return std::get<store::Dictionary>(store::readPropertyList(store::Buffer::copyOf(text)));
     };
     store::Dictionary file;
     if (!list.empty()) file = read("<dict><key>l</key>" + list + "</dict>");
     file.set("l", store::Value(std::make_shared<store::AppendedRules>(file.find("l"), lines)));
-    store::StringSink sink;
+    store::BufferSink sink;
     store::XmlWriter(sink).document(file);
 
     std::vector<std::string> rules;
-    const auto elements = read(sink.text()).find("l")->array();
+    const auto elements = read(sink.take().view()).find("l")->array();
     for (const store::Value& element : *elements) {
         const auto entry = element.dictionary();
         const store::Value* rule = entry ? entry->find(store::keys::rule) : nullptr;

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <variant>
 
-#include "store/files/Sink.h"
+#include "store/files/BufferSink.h"
 #include "store/plist/PropertyListReader.h"
 #include "store/plist/XmlWriter.h"
 #include "store/rules/RuleEntryRuns.h"
@@ -26,9 +26,9 @@ inline Dictionary dictionaryOf(std::string_view text) {
 }
 
 inline std::string written(const Dictionary& dictionary) {
-    StringSink sink;
+    BufferSink sink;
     XmlWriter(sink).document(dictionary);
-    return sink.take();
+    return std::string(sink.take().view());
 }
 
 // The same value with nothing left as a slice, so that writing it writes every part of it anew.
@@ -67,7 +67,7 @@ inline std::string canonical(const Dictionary& dictionary) {
 }
 
 inline void PrintTo(const ReadError& error, std::ostream* stream) {
-    *stream << error.message << " at byte " << error.byte << " (" << error.line << ":" << error.column << ")";
+    *stream << "failure " << static_cast<int>(error.reason) << " at byte " << error.byte;
 }
 
 }  // namespace store

@@ -237,17 +237,9 @@ TEST(PropertyListReading, Rejects) {
         ReadResult result = readText(row.text);
         auto* error = std::get_if<ReadError>(&result);
         ASSERT_TRUE(error) << row.text;
-        EXPECT_STREQ(error->message.c_str(), describe(row.reason)) << row.text;
+        EXPECT_EQ(error->reason, row.reason) << row.text;
         EXPECT_EQ(error->byte, row.at.empty() ? row.text.size() : row.text.find(row.at)) << row.text;
     }
-}
-
-TEST(PropertyListReading, CountsLinesAndCharacters) {
-    std::string text = "<dict>\r\n<key>a</key>\n<string>\u00E9\U0001F600 & </string></dict>";
-    auto error = std::get<ReadError>(readText(text));
-    EXPECT_EQ(error.byte, text.find('&'));
-    EXPECT_EQ(error.line, 3u);
-    EXPECT_EQ(error.column, 12u);
 }
 
 TEST(PropertyListReading, ReportsWhereUtf16IsMalformed) {
@@ -306,15 +298,14 @@ TEST(PropertyListReading, SkipsTextAsTheSimpleScannersDo) {
     }
 }
 
-std::string outcome(const std::variant<Dictionary, XmlFailure>& result, const Buffer& buffer) {
+std::string outcome(const ReadResult& result) {
     if (auto* found = std::get_if<Dictionary>(&result)) return written(*found);
-    auto failure = std::get<XmlFailure>(result);
-    return std::to_string(failure.at - buffer.bytes.get()) + describe(failure.reason);
+    return testing::PrintToString(std::get<ReadError>(result));
 }
 
 // Skipping rule entries must accept, reject and find the same as parsing them.
 bool readsAsTagByTag(const Buffer& text) {
-    return outcome(readXml(text, std::make_shared<RuleEntryRuns>()), text) == outcome(readXml(text), text);
+    return outcome(readXml(text, std::make_shared<RuleEntryRuns>())) == outcome(readXml(text));
 }
 
 // A list of entries as they are written, each of its bytes changed in turn.
