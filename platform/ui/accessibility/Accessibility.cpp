@@ -34,7 +34,7 @@ class AccessibleButton : public QAccessibleWidget {
 public:
     explicit AccessibleButton(QAbstractButton* button) : QAccessibleWidget(button) {}
 
-    // One of several buttons of which one is chosen is a radio button.
+    // Exclusive checkable buttons are radio buttons.
     QAccessible::Role role() const override {
         if (!button()->isCheckable()) return QAccessible::Button;
         return button()->autoExclusive() ? QAccessible::RadioButton : QAccessible::CheckBox;
@@ -68,7 +68,7 @@ private:
     QString action() const { return button()->isCheckable() ? toggleAction() : pressAction(); }
 };
 
-// Asked for every class that an object is of, the most derived first: what reaches QWidget is nothing in particular.
+// Qt calls this for each class of the object, the most derived first; "QWidget" therefore means a plain container.
 QAccessibleInterface* interfaceOf(const QString& className, QObject* object) {
     if (auto* alert = qobject_cast<AlertView*>(object)) return new AccessibleAlert(alert);
     if (auto* button = qobject_cast<ImageButton*>(object)) return new AccessibleButton(button);

@@ -2,8 +2,8 @@
 
 namespace platform {
 
-// Teaches Qt what our controls are to a screen reader: a switch, a button, an alert, a list and its rows. Called before
-// the first window is made; only the first call does anything. Main thread.
+// Installs the accessible interfaces of switch, button, text field, alert, table and rows. Call before the first widget
+// is created: Qt caches the interface of a widget on its first use. Further calls have no effect. Main thread.
 void installAccessibility();
 
 }  // namespace platform

@@ -13,8 +13,8 @@ class Switch;
 class TableView;
 class TableViewCell;
 
-// A row of a table by its position, in sight or not. Its cell says what it is called; a row out of sight borrows a cell
-// to ask. What can be done to a row is done to it as a whole: choosing it, turning its switch, deleting it.
+// A row of a table by position, visible or not. Name and description are those of its cell; for a row without a cell,
+// the data source fills one for the query. The actions (press, toggle, delete, focus) apply to the row as a whole.
 class AccessibleRow : public QAccessibleInterface,
                       public QAccessibleTableCellInterface,
                       public QAccessibleActionInterface {
@@ -60,7 +60,7 @@ private:
     int position_;
 };
 
-// A cell in sight: it holds the controls of its row.
+// The cell of a visible row: the container of the row's controls.
 class AccessibleCell : public AccessibleView {
 public:
     explicit AccessibleCell(TableViewCell* cell);

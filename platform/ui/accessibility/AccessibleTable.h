@@ -10,8 +10,8 @@ namespace platform {
 
 class TableView;
 
-// The rows of a table, as a list. However many there are, a row is made when it is asked for; some thousands of those
-// asked for last are kept.
+// The rows of a table as a list. Interfaces of rows are created on demand, and the 4096 most recently created are kept:
+// memory does not depend on the number of rows.
 class AccessibleRows : public QAccessibleInterface, public QAccessibleTableInterface {
 public:
     explicit AccessibleRows(TableView* table) : table_(table) {}
@@ -57,10 +57,10 @@ public:
 private:
     TableView* table_;
     mutable QHash<int, QAccessible::Id> rows_;  // by position
-    mutable std::deque<int> age_;               // the positions in rows_, oldest first
+    mutable std::deque<int> age_;               // the keys of rows_, oldest first
 };
 
-// A table: its header view and its rows.
+// A table: the parent of its header view and its rows.
 class AccessibleTable : public QAccessibleWidget, public TableReader {
 public:
     explicit AccessibleTable(TableView* table);
@@ -78,7 +78,7 @@ public:
 private:
     QWidget* header() const;
 
-    AccessibleRows* rows_;  // owned by the cache of interfaces
+    AccessibleRows* rows_;  // owned by Qt's interface cache
     QAccessible::Id rowsId_;
 };
 

@@ -11,7 +11,7 @@ TextField* AccessibleTextField::field() const {
     return static_cast<TextField*>(widget());
 }
 
-// As for a finger: not what is out of sight, not what an alert lies over.
+// The same limits as for a tap: visible and not covered by an alert.
 bool AccessibleTextField::canBeEdited() const {
     return field()->isEnabled() && field()->isVisible() && !AlertView::isCovered(field());
 }

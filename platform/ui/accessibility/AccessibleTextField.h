@@ -6,7 +6,7 @@ namespace platform {
 
 class TextField;
 
-// A text field. A text that is put into it while nobody edits it counts as typed and done.
+// A text field. Text that assistive technology sets while the field is not being edited is committed at once.
 class AccessibleTextField : public QAccessibleWidget,
                             public QAccessibleTextInterface,
                             public QAccessibleEditableTextInterface {

@@ -13,7 +13,7 @@ namespace platform {
 
 namespace {
 
-// Shadows, bands, icons beside their names: nothing to read, nothing to do, and nothing inside that would be.
+// Shadows, bands, icons: no name, no focus, and no child that has either.
 bool isDecoration(const QWidget* widget) {
     if (!widget->accessibleName().isEmpty() || widget->focusPolicy() != Qt::NoFocus) return false;
     if (const auto* label = qobject_cast<const QLabel*>(widget)) return label->text().trimmed().isEmpty();

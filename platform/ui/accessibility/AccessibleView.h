@@ -4,12 +4,12 @@
 
 namespace platform {
 
-// Whether a part of a row can be done something to; the rest of it is read as the row's name.
+// Whether a part of a row is or contains a control. The other parts are read as the row's name.
 bool holdsControl(const QWidget* partOfRow);
 
-// What a widget that only holds others is to a screen reader: its visible children in reading order, without those that
-// are mere decoration or, in a row, that the row is called by. One with a name (a screen, an alert) is read as a place
-// of its own. While an alert lies over a window, the alert is all there is in it.
+// A container: its visible children in reading order, without decoration and, inside a row, without the parts that
+// form the row's name. With an accessible name (a screen, an alert) it is a pane of its own. While an alert is shown,
+// the window's only child is the alert.
 class AccessibleView : public QAccessibleWidget {
 public:
     explicit AccessibleView(QWidget* widget) : QAccessibleWidget(widget) {}

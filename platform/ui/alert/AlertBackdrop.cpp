@@ -13,12 +13,12 @@ namespace platform {
 namespace {
 
 constexpr double seconds = 0.2;
-constexpr double smallest = 0.9;  // the panel's scale as it sets out
+constexpr double smallest = 0.9;  // the panel's scale at the start
 constexpr double deepestShade = 0.4;
 
 }  // namespace
 
-// Paints the panel smaller than it is and lets it shine through.
+// Draws the panel scaled and translucent.
 class AlertBackdrop::PopEffect : public QGraphicsEffect {
 public:
     explicit PopEffect(QObject* parent) : QGraphicsEffect(parent) {}

@@ -7,24 +7,24 @@
 
 namespace platform {
 
-// Dims a whole window under an alert and keeps touches from what is below. Follows the window's size; fades and lets
-// the alert on it grow as it comes. Owned by the window.
+// The dimmed background of an alert: covers the whole window, blocks input below and follows the window's size. Fades
+// in and out; the panel grows as it appears. Owned by the window.
 class AlertBackdrop : public InputShield {
     Q_OBJECT
 public:
-    // The panel, which becomes its child, is what stands out on it.
+    // `panel` is the alert itself and becomes a child.
     AlertBackdrop(QWidget* window, QWidget* panel);
     ~AlertBackdrop() override;
 
     QWidget* panel() const { return panel_; }
-    // Points from the top that no on-screen keyboard covers.
+    // Height above the on-screen keyboard, in points.
     int freeHeight() const;
 
     void comeIn();
     void goOut(std::function<void()> gone);
 
 Q_SIGNALS:
-    // The width may have changed as well.
+    // freeHeight() or the width has changed.
     void freeHeightChanged();
 
 protected:
@@ -38,7 +38,7 @@ private:
 
     QWidget* panel_;
     double shade_ = 0;
-    std::unique_ptr<QObject> motion_;  // destroying it ends the motion
+    std::unique_ptr<QObject> motion_;  // owner of the animation: destroying it cancels it
 };
 
 }  // namespace platform

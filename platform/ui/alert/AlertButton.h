@@ -4,10 +4,10 @@
 
 namespace platform {
 
-// One of an alert's buttons: flat, parted from its neighbours by hairlines. The alert paints what is behind it.
+// A button of an alert: flat, with hairlines to its neighbours. The alert paints its background.
 class AlertButton : public QPushButton {
 public:
-    // How the title looks: as one of several, as the one that matters, as one that destroys.
+    // The style of the title: normal, recommended, destructive.
     enum class Weight { plain, accent, destructive };
 
     AlertButton(const QString& title, QWidget* parent);
@@ -15,7 +15,7 @@ public:
     void setWeight(Weight weight);
     Weight weight() const { return weight_; }
 
-    // A hairline at the left as well as at the top.
+    // Draws a hairline at the left as well as at the top.
     void setStandsBesideAnother(bool beside) { beside_ = beside; }
 
 protected:

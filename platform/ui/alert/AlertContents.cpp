@@ -17,7 +17,7 @@ constexpr int panelWidth = 284;
 constexpr int cornerRadius = 10;
 constexpr int bottomMargin = 16;
 constexpr int buttonHeight = 44;
-constexpr int windowMargin = 12;  // kept free above and below the panel
+constexpr int windowMargin = 12;  // between panel and window, above and below
 
 }  // namespace
 
@@ -42,7 +42,7 @@ void AlertContents::setDestructive(int buttonIndex) {
     giveAccent();
 }
 
-// To the last button that destroys nothing. "Cancel" has it only where there is no other button.
+// The last button that is not destructive gets the accent; the cancel button only when it is the only one.
 void AlertContents::giveAccent() {
     const auto isSafe = [](const AlertButton* button) { return button->weight() != AlertButton::Weight::destructive; };
     for (AlertButton* button : buttons_)
@@ -60,7 +60,7 @@ void AlertContents::layOut(int windowHeight) {
     panel_->resize(panelWidth, layOutButtons(bottom + bottomMargin));
 }
 
-// Returns where the buttons end.
+// Returns the bottom of the buttons.
 int AlertContents::layOutButtons(int top) {
     const bool inARow = buttons_.size() == 2;
     const int width = inARow ? panelWidth / 2 : panelWidth;

@@ -13,8 +13,8 @@ namespace platform {
 class AlertButton;
 class AlertText;
 
-// What stands on an alert's panel, and where: title, message, the owner's own views, buttons. The widgets belong to
-// the panel.
+// The contents of an alert's panel and their layout: title, message, views of the caller, buttons. The widgets are
+// children of the panel.
 class AlertContents {
 public:
     AlertContents(QWidget* panel, const QString& title, const QString& message, const QStringList& buttonTitles);
@@ -27,7 +27,7 @@ public:
     // The fields, then the buttons by index.
     std::vector<QWidget*> focusOrder() const;
 
-    // Gives everything its place and the panel its height. Text that does not fit into a window of this height
+    // Sets the geometry of all widgets and the height of the panel. Text that does not fit into a window of this height
     // scrolls.
     void layOut(int windowHeight);
     AlertText& text() const { return *text_; }

@@ -6,7 +6,7 @@ namespace platform {
 
 QFont alertFont(int points, bool bold) {
     QFont font = QGuiApplication::font();
-    font.setPixelSize(points);  // a pixel of a font is a point of the screen
+    font.setPixelSize(points);  // Qt's font pixels are device-independent: points
     font.setBold(bold);
     return font;
 }

@@ -4,7 +4,7 @@
 
 namespace platform {
 
-// The font of what an alert says: the application's, in points.
+// The application's font at this size, in points, for the texts of an alert.
 QFont alertFont(int points, bool bold);
 
 }  // namespace platform

@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// Returns the height of the text laid out from the top.
+// Returns the height of the laid-out text.
 double layOut(QTextLayout& layout, int width) {
     QTextOption option(Qt::AlignHCenter);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);

@@ -4,12 +4,12 @@
 
 namespace platform {
 
-// Centred plain text that wraps between words, and within a word that is wider than the label (a file name).
+// Centred plain text, wrapped at word boundaries, or anywhere within a word wider than the label (a file name).
 class AlertLabel : public QLabel {
 public:
     AlertLabel(const QString& text, const QFont& font, QWidget* parent);
 
-    // Points that the text takes at this width; line breaks count even where no text follows them.
+    // In points. Trailing line breaks count: callers use them to reserve space.
     int heightForWidth(int width) const override;
 
 protected:

@@ -9,13 +9,12 @@ namespace platform {
 class AlertLabel;
 class ScrollThumb;
 
-// An alert's title and, below it, its message. Text that is higher than its room scrolls under a finger, the wheel and
-// the Page keys.
+// An alert's title and message. Text higher than the available space scrolls by touch, wheel and the Page keys.
 class AlertText : public QScrollArea {
 public:
     AlertText(const QString& title, const QString& message, QWidget* panel);
 
-    // Takes the upper part of a panel of this width, as high as the text but no higher than the room. Points.
+    // Takes the top of a panel of this width, at the height of the text but at most `room`. Points.
     void layOut(int panelWidth, int room);
     void scroll(bool down);
 

@@ -35,13 +35,13 @@ struct AlertView::Private {
     AlertViewDelegate* delegate = nullptr;
     std::weak_ptr<const bool> delegateAlive;
     QPointer<AlertBackdrop> backdrop;
-    QPointer<QWidget> owner;    // in whose window the alert is to appear
-    QPointer<QWidget> awaited;  // what the alert waits for: the owner's appearing, or the end of a motion
+    QPointer<QWidget> owner;    // the alert appears in its window
+    QPointer<QWidget> awaited;  // watched until it is shown (the owner) or hidden (a screen transition)
     QPointer<QWidget> focusBefore;
     bool closing = false;
 };
 
-// A screen may ask before it is in a window, or before it has come to rest there: two motions would fight.
+// The screen may not be in a window yet, or still be in a transition; the two animations must not overlap.
 void AlertView::Private::showWhenAtRest() {
     if (owner->isVisible()) {
         awaited = InputShield::shownIn(owner, InputShield::Until::motionEnds).value(0);
@@ -75,7 +75,7 @@ void AlertView::Private::takeFocus() {
     contents.focusOrder().front()->setFocus(Qt::OtherFocusReason);
 }
 
-// Back to what had the keyboard, unless something else has taken it meanwhile.
+// Restores the focus, unless another widget has taken it in the meantime.
 void AlertView::Private::returnFocus(QWidget* window) {
     if (window->focusWidget()) return;
     const auto others = AlertView::shownIn(window);
@@ -131,7 +131,7 @@ bool AlertView::isDestructive(int buttonIndex) const {
 }
 
 void AlertView::show(QWidget* inWindowOf) {
-    // Until it appears the alert belongs to who asked for it, unseen.
+    // Until it is shown, the alert is a hidden child of the caller and destroyed with it.
     setParent(inWindowOf);
     hide();
     d_->owner = inWindowOf;
@@ -189,7 +189,7 @@ bool AlertView::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
-// Nothing typed into an alert reaches what is below it.
+// Accepts every key: none propagates to the widgets below.
 void AlertView::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Escape:

@@ -12,8 +12,8 @@ namespace platform {
 
 class AlertView;
 
-// Told when an alert is about to close and when it has closed. One delegate may serve several alerts: it tells them
-// apart by identity or by tag. Not owned; an alert whose delegate is gone closes silently.
+// Receives the answer to an alert. One delegate may serve several alerts and distinguishes them by identity or tag. Not
+// owned; when it has been destroyed, the alert closes without a call.
 class AlertViewDelegate {
 public:
     AlertViewDelegate();
@@ -21,9 +21,9 @@ public:
     AlertViewDelegate(const AlertViewDelegate&) = delete;
     AlertViewDelegate& operator=(const AlertViewDelegate&) = delete;
 
-    // Still on the screen; fields inside still hold their text.
+    // The alert is still visible and its fields hold their text.
     virtual void willDismissWithButtonIndex(AlertView& alert, int buttonIndex);
-    // Gone from the screen; the alert itself is destroyed right after.
+    // The alert is hidden and will be deleted after the call.
     virtual void didDismissWithButtonIndex(AlertView& alert, int buttonIndex);
 
 private:
@@ -31,14 +31,14 @@ private:
     std::shared_ptr<const bool> alive_;
 };
 
-// A modal question over the dimmed screen, inside the window: title, message, buttons by index. The cancel button is
-// index 0, the others follow in order. Two buttons stand in a row, more are stacked. Alerts stack; the newest is on
-// top and has the keyboard: Tab and the arrows walk the buttons in index order, Return or Space presses the focused
+// A modal question inside the window, over the dimmed screen: title, message and buttons. The cancel button has index
+// 0, the others follow in order. Two buttons form a row, more a stack. Alerts stack; the newest is on top and has the
+// focus. Keyboard: Tab and the arrow keys move through the buttons in index order, Return or Space presses the focused
 // one, Return in a text field presses the last button, Escape presses button 0. Main thread only.
 class AlertView : public QWidget {
     Q_OBJECT
 public:
-    // Make with new: an alert owns itself from show() on and is destroyed once it has closed.
+    // Create with new: from show() on the alert owns itself and is deleted once it has closed.
     AlertView(const QString& title, const QString& message, AlertViewDelegate* delegate,
               const QString& cancelButtonTitle, const QStringList& otherButtonTitles = {});
     ~AlertView() override;
@@ -48,17 +48,16 @@ public:
 
     int tag = 0;
 
-    // A widget inside the alert, with its frame in the alert's own coordinates (284 points wide). Owned by the alert.
+    // Adds a widget at a frame in the alert's coordinates (284 points wide). Owned by the alert.
     void addSubview(QWidget* view, const QRect& frame);
 
-    // The button destroys what nothing brings back, and looks it: its title is in the muted red. The accent is always
-    // on the last button that destroys nothing, and on none when only the cancel button is left. Before or after
-    // show().
+    // Marks a button whose effect cannot be undone: its title is red. The accent is on the last button that is not
+    // destructive, and on none when only the cancel button is left. Before or after show().
     void setDestructive(int buttonIndex);
     bool isDestructive(int buttonIndex) const;
 
-    // Shows the alert over the whole window that `inWindowOf` lives in, once that is visible and at rest. Focus goes to
-    // the first text field that was added, else to button 0; when the alert closes, focus returns to where it was.
+    // Shows the alert over the whole window of `inWindowOf`, once that widget is visible and no screen transition runs.
+    // The focus goes to the first text field, else to button 0; on closing it returns to its previous widget.
     void show(QWidget* inWindowOf);
     using QWidget::show;
 
@@ -68,9 +67,9 @@ public:
     int numberOfButtons() const;
     QPushButton* button(int index) const;
 
-    // The alerts now shown in the window of a widget, oldest first; for tests and for window chrome.
+    // The alerts shown in the widget's window, oldest first.
     static QList<AlertView*> shownIn(const QWidget* widget);
-    // Whether an alert lies over a widget, so that nothing can be done to it.
+    // Whether an alert covers the widget and blocks its input.
     static bool isCovered(const QWidget* widget);
 
 protected:

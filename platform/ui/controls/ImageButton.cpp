@@ -73,7 +73,7 @@ void ImageButton::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-// A button may reach beyond the bar that it is in; its frame stays near the image.
+// The button may be larger than its visible bar, so the frame is drawn around the image.
 QRectF ImageButton::focusFrame() const {
     if (image_.isEmpty()) return rect();
     QRectF frame(0, 0, focusSize, focusSize);

@@ -6,8 +6,9 @@
 
 namespace platform {
 
-// A button that is an image, centred at its own size, with an optional title over it. clicked() is touch-up-inside.
-// While pressed the image is dimmed. Images are resource names ("AddButton"), painted at the screen's scale.
+// A button that shows an image, centred at its natural size, with an optional title over it. clicked() is
+// touch-up-inside. The image is dimmed while the button is pressed. Images are resource names ("AddButton"), painted at
+// the screen's scale.
 class ImageButton : public QAbstractButton {
     Q_OBJECT
 public:
@@ -16,13 +17,13 @@ public:
     void setImage(const QString& resourceName);
     const QString& image() const { return image_; }
 
-    // Stretched over the whole button behind the title, in the normal and in the highlighted state; "" for none.
+    // Stretched over the whole button behind the title, one image for each state; "" for none.
     void setBackgroundImage(const QString& normal, const QString& highlighted);
     void setTitleColor(const QColor& normal, const QColor& highlighted);
 
     void setAdjustsImageWhenHighlighted(bool adjusts) { adjustsImageWhenHighlighted_ = adjusts; }
 
-    // Shows the highlighted look without being pressed. A button un-highlights itself when a touch on it ends.
+    // Draws the highlighted state without a press. The end of a press on the button resets it.
     void setHighlighted(bool highlighted);
     bool isHighlighted() const { return highlighted_; }
 

@@ -13,7 +13,7 @@ namespace platform {
 namespace {
 
 constexpr int thickness = 4;
-constexpr int reach = 10;  // how far from the edge a press still takes the thumb
+constexpr int reach = 10;  // points from the edge within which a press grabs the thumb
 constexpr int shortest = 32;
 constexpr int margin = 2;
 constexpr int restMilliseconds = 800;

@@ -9,16 +9,16 @@ class QScrollBar;
 
 namespace platform {
 
-// Shows over the right edge of its parent which part of the content is in sight, while it scrolls or the pointer is
-// near, and can be dragged. It takes no room and, while hidden, no presses.
+// An overlay scroll bar at the right edge of its parent: visible during scrolling or while the pointer is near, and
+// draggable. It takes no layout space and, while hidden, no presses.
 class ScrollThumb : public QWidget {
     Q_OBJECT
 public:
     ScrollThumb(QScrollBar* bar, QWidget* parent);
 
-    // Appears and fades after a moment, unless the pointer is on it.
+    // Shows the thumb; it fades after 0.8 s unless the pointer is over it.
     void flash();
-    // Follows the bar's value and range and the parent's size.
+    // Updates the geometry from the bar's value and range and the parent's size.
     void place();
 
 protected:

@@ -15,7 +15,7 @@ namespace {
 constexpr QSize trackSize(51, 31);
 constexpr double margin = 2;  // between track and knob
 constexpr double knobSize = 27;
-constexpr double pressedStretch = 4;                                  // a pressed knob is wider
+constexpr double pressedStretch = 4;                                  // extra width of a pressed knob
 constexpr double travel = trackSize.width() - 2 * margin - knobSize;  // of the knob's left edge
 constexpr int dragThreshold = 4;
 constexpr double seconds = 0.2;
@@ -26,7 +26,7 @@ QColor mixed(const QColor& from, const QColor& to, double share) {
     return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
 }
 
-// A bar where the knob leaves room when on, a ring where it does when off: the state without the colour.
+// A bar on the free side when on, a ring when off, so that the state does not depend on colour alone.
 void paintMarks(QPainter& painter, const QRectF& track, double knob) {
     painter.setBrush(Qt::NoBrush);
     painter.setOpacity(painter.opacity() * std::max(knob, 1 - knob));

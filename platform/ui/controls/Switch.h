@@ -7,8 +7,8 @@
 
 namespace platform {
 
-// An on/off switch, 51 by 31 points, that slides when tapped or dragged. The valueChanged signal speaks only of what
-// the person did; setOn() is silent. Main thread only.
+// An on/off switch, 51 by 31 points, operated by tap, drag or key. valueChanged() reports user input only; setOn()
+// does not emit it. Main thread only.
 class Switch : public QAbstractButton {
     Q_OBJECT
 public:
@@ -22,7 +22,7 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    // The person switched; isOn() is the new state.
+    // The user has changed the state; isOn() is the new one.
     void valueChanged(platform::Switch* sender);
 
 protected:
@@ -37,7 +37,7 @@ private:
     void glideHome();
 
     QColor onTintColor_{55, 171, 200};
-    GlidingValue knob_;  // 0 off, 1 on: where the knob is drawn
+    GlidingValue knob_;  // the knob's drawn position: 0 off, 1 on
     double pressedKnob_ = 0;
     int pressedX_ = 0;
     bool dragged_ = false;

@@ -11,7 +11,7 @@ namespace platform {
 
 namespace {
 
-// Qt insets the text of a line edit by this much on either side; the negative margin takes it back.
+// QLineEdit insets its text by this much on either side; a negative margin cancels it.
 constexpr int lineEditInset = 2;
 constexpr int smallestFontSize = 7;
 
@@ -28,7 +28,7 @@ TextFieldDelegate::~TextFieldDelegate() = default;
 TextField::TextField(QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
     setTextMargins(-lineEditInset, 0, -lineEditInset, 0);
-    // In a window that is not the active one nobody tells the field that it has the keyboard.
+    // In an inactive window Qt sends no FocusIn.
     connect(this, &QLineEdit::textEdited, this, [this] {
         if (window()->focusWidget() == this) beginEditing();
     });
@@ -70,7 +70,7 @@ void TextField::endEditing() {
     if (auto* delegate = liveDelegate()) delegate->didEndEditing(*this);
 }
 
-// In a window that is not the active one nobody tells the field that the focus has moved on.
+// In an inactive window Qt sends no FocusOut.
 void TextField::watchWindow() {
     QWindow* handle = window()->windowHandle();
     if (!handle) return;
@@ -92,7 +92,7 @@ void TextField::focusOutEvent(QFocusEvent* event) {
 
 void TextField::hideEvent(QHideEvent* event) {
     QLineEdit::hideEvent(event);
-    // Where the window goes as a whole, nobody has done with the field.
+    // Hiding the whole window does not end editing.
     if (!event->spontaneous() && !window()->isHidden()) endEditing();
 }
 

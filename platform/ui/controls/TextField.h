@@ -7,7 +7,7 @@ namespace platform {
 
 class TextField;
 
-// Told when a text field begins and ends to be edited. Not owned; one that is gone is not told any more.
+// Receives the start and the end of editing. Not owned; may be destroyed before the field.
 class TextFieldDelegate {
 public:
     TextFieldDelegate();
@@ -16,10 +16,10 @@ public:
     TextFieldDelegate& operator=(const TextFieldDelegate&) = delete;
 
     virtual void didBeginEditing(TextField&) {}
-    // The field has lost the keyboard for good: by Return, by a tap elsewhere, by being disabled or hidden. Not told
-    // when its window goes with it.
+    // Editing has ended: by Return, by a tap elsewhere, by the field being disabled or hidden. Not called when the
+    // whole window is hidden or only loses activation.
     virtual void didEndEditing(TextField&) {}
-    // Return was pressed. True lets the field's surroundings handle the key as well.
+    // Return was pressed. True passes the key on to the field's parents.
     virtual bool shouldReturn(TextField&) { return true; }
 
 private:
@@ -27,8 +27,8 @@ private:
     std::shared_ptr<const bool> alive_;
 };
 
-// A single line of text that can be edited, without a frame of its own. It holds no line breaks: pasted ones become
-// spaces, those at the ends are dropped. Leaving the window for another one does not end its editing. Main thread only.
+// A single-line text field without a frame. Line breaks in pasted text become spaces; leading and trailing ones are
+// removed. Window deactivation does not end editing. Main thread only.
 class TextField : public QLineEdit {
     Q_OBJECT
 public:
@@ -36,12 +36,12 @@ public:
 
     void setDelegate(TextFieldDelegate* delegate);
 
-    // Starts and ends editing; each tells the delegate, once.
+    // Start and end editing. Each informs the delegate once.
     void becomeFirstResponder();
     void resignFirstResponder();
     bool isFirstResponder() const { return editing_; }
 
-    // Shrinks the font, down to what can still be read, for the text to fit its width.
+    // Shrinks the font until the text fits the width, to 7 points at least.
     void setAdjustsFontSizeToFitWidth(bool adjusts);
 
 protected:

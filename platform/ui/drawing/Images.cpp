@@ -17,7 +17,7 @@ QHash<QString, QSize>& sizes() {
     return cache;
 }
 
-// Pixmaps must not outlive the application object.
+// Cleared before the application object is destroyed: pixmaps must not outlive it.
 QHash<QPair<QString, double>, QPixmap>& pixmaps() {
     static QHash<QPair<QString, double>, QPixmap> cache;
     [[maybe_unused]] static const bool cleared = [] {
@@ -27,14 +27,14 @@ QHash<QPair<QString, double>, QPixmap>& pixmaps() {
     return cache;
 }
 
-// Callers may name a file ("textfield.png"): the image is what counts, not the form it once had.
+// A file name extension in `name` is ignored: "textfield.png" is the resource textfield.svg.
 QString path(const QString& name) {
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
     return QStringLiteral(":/images/%1.svg").arg(dot < 0 ? name : name.left(dot));
 }
 
-// By QtSvg, not by the library that draws the apps' icons: it takes 2 ms and 1.3 MB for the first screen's images, that
-// one 13 ms and 13 MB. PNG files made at build time would take 3 ms and fit some scales only.
+// Uses QtSvg: 2 ms and 1.3 MB for the images of the first screen. librsvg, which draws the apps' icons, takes 13 ms and
+// 13 MB. PNG files made at build time would take 3 ms and fit fixed scales only.
 QPixmap painted(const QString& name, double scale) {
     const QSize points = size(name);
     if (points.isEmpty() || scale <= 0) return {};

@@ -38,8 +38,8 @@ void appendStops(QWidget* widget, std::vector<QWidget*>& stops) {
     }
 }
 
-// The stop that is or holds the widget, the innermost one; stops.size() when there is none.
-std::size_t placeOf(const QWidget* widget, const std::vector<QWidget*>& stops) {
+// Index of the innermost stop that is or contains the widget; stops.size() when there is none.
+std::size_t indexOf(const QWidget* widget, const std::vector<QWidget*>& stops) {
     for (; widget; widget = widget->parentWidget()) {
         const auto found = std::find(stops.begin(), stops.end(), widget);
         if (found != stops.end()) return static_cast<std::size_t>(found - stops.begin());
@@ -54,7 +54,7 @@ bool moveOn(QWidget& within, bool forward) {
     appendStops(&within, stops);
     const std::size_t count = stops.size();
     if (count == 0) return false;
-    const std::size_t at = placeOf(within.window()->focusWidget(), stops);
+    const std::size_t at = indexOf(within.window()->focusWidget(), stops);
     const std::size_t next = at == count ? (forward ? 0 : count - 1) : (at + (forward ? 1 : count - 1)) % count;
     QWidget* target = stops[next];
     for (QWidget* above = target->parentWidget(); above; above = above->parentWidget()) {

@@ -4,27 +4,29 @@
 
 class QWidget;
 
-// Who gets the keyboard when nobody in particular asked for it.
+// Keyboard focus where no widget asks for it: after screens and alerts come or go, on Tab, and whether to draw the
+// focus frame. Main thread only.
 namespace platform::Focus {
 
-// The widget inside `within` that had the focus last, or has it, also while the window is not the active one.
+// The focus widget of the window if it is `within` or inside it, also while the window is inactive; else nullptr.
 QWidget* heldWithin(const QWidget* within);
 
-// Whether typing into this widget edits a text.
+// Whether the widget accepts text input.
 bool isTextField(const QWidget* widget);
 
-// Takes the focus from whatever inside `within` has it, which ends the editing of a field.
+// Clears the focus if it is inside `within`, which ends the editing of a field.
 void endEditing(const QWidget* within);
 
-// Gives the focus to what comes next, or before, inside `within` in reading order, round and round; a
-// FocusScope gives its own order. Returns whether there was anything.
+// Moves the focus to the next or previous Tab stop inside `within`, in reading order, wrapping around. A FocusScope
+// defines the order of its own parts. Returns false when there is no Tab stop.
 bool moveOn(QWidget& within, bool forward);
 
-// Whether the person uses the keyboard just now, not mouse or finger: then it is to be seen where the focus is.
+// Whether the last input was a key rather than a press. Only then is a focus frame drawn.
 bool isByKeyboard();
+// Whether the widget has the focus and draws its frame.
 bool isSeen(const QWidget* widget);
 
-// Watches whether keys or presses come. The app has one as long as it has a window.
+// Keeps isByKeyboard() up to date while it exists, by an application-wide event filter. One instance.
 class Watch : public QObject {
 public:
     Watch();
@@ -34,8 +36,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
-// Gives the focus to the first visible widget inside `within` that takes it on a click; never to a text field, which
-// would begin to edit. Gives it to `within` itself when there is none.
+// Gives the focus to the first visible widget inside `within` with Qt::ClickFocus; to `within` itself when there is
+// none. Text fields are skipped, since focus would start editing.
 void giveTo(QWidget* within);
 
 }  // namespace platform::Focus

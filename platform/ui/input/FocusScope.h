@@ -6,8 +6,8 @@ class QWidget;
 
 namespace platform {
 
-// A widget that says itself which of its parts the keyboard reaches, and in which order: a table, whose child widgets
-// stand in no order and may lie out of sight. Focus asks it instead of its children. Main thread only.
+// Implemented by a widget that defines the Tab order of its own parts, as TableView does: its child widgets are
+// recycled, so their order says nothing. Focus asks it instead of walking its children. Main thread only.
 class FocusScope {
 public:
     FocusScope() = default;
@@ -15,13 +15,13 @@ public:
     FocusScope(const FocusScope&) = delete;
     FocusScope& operator=(const FocusScope&) = delete;
 
-    // What Tab reaches before the widget itself, or nullptr, and what it reaches after it.
+    // The part that precedes the widget itself in the Tab order, or nullptr, and the parts that follow it.
     virtual QWidget* partBefore() const = 0;
     virtual std::vector<QWidget*> partsAfter() const = 0;
 
-    // The focus is about to go to `part` or to a widget inside it: scrolls there.
+    // Scrolls `part`, or the part that contains it, into view. Called before it gets the focus.
     virtual void bringIntoSight(const QWidget* part) = 0;
-    // The person has turned from the keys to finger or mouse: nothing marks any more where the focus is.
+    // Stops drawing the focus frame. Called when input changes from keyboard to mouse or touch.
     virtual void hideFocus() = 0;
 };
 

@@ -9,8 +9,8 @@ namespace platform::HeldPress {
 
 namespace {
 
-// Keeps the rest of a press from all widgets, and ends with it. The windows go on to hear of it: the toolkit counts
-// there which buttons are down.
+// Filters the remaining events of a press from all widgets and deletes itself at its release. QWindows still receive
+// them: Qt tracks the state of the mouse buttons there.
 class RestOfPress : public QObject {
 public:
     RestOfPress() : QObject(qApp) { qApp->installEventFilter(this); }
@@ -25,7 +25,7 @@ protected:
                 if (static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return false;
                 end();
                 return true;
-            case QEvent::MouseButtonPress:  // the end of the one before was lost
+            case QEvent::MouseButtonPress:  // the previous release was lost
                 if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) end();
                 return false;
             default:

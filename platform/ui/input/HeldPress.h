@@ -4,16 +4,16 @@
 
 class QWidget;
 
-// The press of a finger or of the mouse that has begun and not ended. Whatever the finger is on when something else
-// comes over it (a screen, by a key; an alert) is out of the person's sight before the finger leaves it.
+// A mouse or touch press that has begun and not ended. When a screen or an alert covers the pressed widget, the press
+// must be cancelled, or its release would trigger a widget that is no longer visible.
 namespace platform::HeldPress {
 
-// Ends the press, if there is one, without effect. What is inside `within` looks as if it had not been pressed and is
-// told by a QEvent::UngrabMouse; what the finger does until it leaves reaches no widget. Main thread only.
+// Cancels the current press, if any. Buttons inside `within` are reset to up, every widget inside it receives
+// QEvent::UngrabMouse, and the rest of the press up to its release is filtered out. Main thread only.
 void cancel(const QWidget& within);
 
-// Lets go of a press whose end was never told (another program may have taken the mouse) when the next one begins. The
-// app has one as long as it has a window.
+// Cancels a press whose release event was lost (another program may have grabbed the mouse) when the next press
+// begins. Active while it exists. One instance.
 class Watch : public QObject {
 public:
     Watch();

@@ -5,17 +5,17 @@
 
 namespace platform {
 
-// Lies over other widgets and, while it is shown, keeps every touch, click and turn of the wheel from them. It is how
-// alerts and screen transitions learn of each other without knowing each other. Main thread only.
+// Covers other widgets and consumes every mouse, touch and wheel event while it is shown. Base of the alert's backdrop
+// and of screen transitions, which detect each other through shownIn() and need no other link. Main thread only.
 class InputShield : public QWidget {
     Q_OBJECT
 public:
-    // What takes the shield away: the end of a motion, or an answer of the person.
+    // What ends the shield: the end of an animation, or an answer of the user.
     enum class Until { motionEnds, answered };
 
     InputShield(Until until, QWidget* parent) : QWidget(parent), until_(until) {}
 
-    // The shields of one kind that are shown in the window of a widget.
+    // The shields of one kind that are shown in the widget's window. Walks all widgets of the window.
     static QList<InputShield*> shownIn(const QWidget* widget, Until until);
 
     Until until() const { return until_; }

@@ -13,7 +13,7 @@ namespace platform::OnScreenKeyboard {
 
 int coveredHeight(const QWidget* widget) {
     const QWidget* window = widget->window();
-    // Asked first: where there is neither keyboard nor pointer, Wayland's input method does not survive being asked.
+    // Checked first: without keyboard and pointer, Qt's Wayland input method crashes on the calls below.
     const QWindow* focused = QGuiApplication::focusWindow();
     if (!focused || focused != window->windowHandle()) return 0;
     const QInputMethod* keyboard = QGuiApplication::inputMethod();

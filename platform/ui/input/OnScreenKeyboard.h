@@ -5,19 +5,19 @@
 class QObject;
 class QWidget;
 
-// The keyboard that a device without a real one shows over the lower part of the window. Where the system makes the
-// window smaller instead, it covers nothing. Main thread only.
+// The virtual keyboard that covers the lower part of the window. On systems that shrink the window instead, the covered
+// height is 0. Main thread only.
 namespace platform::OnScreenKeyboard {
 
-// Points at the lower edge of a widget that the keyboard covers; 0 while it is hidden, floats elsewhere or serves
-// another window.
+// Height of the widget's lower part that the keyboard covers, in points; 0 while the keyboard is hidden, floating or
+// used by another window.
 int coveredHeight(const QWidget* widget);
 
-// Calls `moved` whenever the keyboard comes, goes or changes its size, as long as `context` lives.
+// Calls `moved` whenever the keyboard is shown, hidden or resized, until `context` is destroyed.
 void whenMoved(QObject* context, const std::function<void()>& moved);
 
-// Has the keyboard come whenever a text field gets the focus, by whatever way, and go when something else gets it, as
-// long as `context` lives. The toolkit alone calls it for a tap on a field only.
+// Shows the keyboard whenever a text field gets the focus and hides it when another widget does, until `context` is
+// destroyed. Qt itself shows it only when a field is tapped.
 void followFocus(QObject* context);
 
 }  // namespace platform::OnScreenKeyboard

@@ -6,8 +6,8 @@ class QWidget;
 
 namespace platform {
 
-// The visible child widgets in the order in which a person reads them: line by line from the top, and from left to
-// right where they stand beside one another.
+// The visible child widgets in reading order: line by line from top to bottom, left to right within a line. A widget
+// belongs to a line when its vertical centre lies above the bottom of the line's first widget.
 QList<QWidget*> inReadingOrder(const QWidget* parent);
 
 }  // namespace platform

@@ -17,7 +17,7 @@ double easedOut(double progress) {
     return 1 - rest * rest * rest;
 }
 
-// One running animation. It is the owner's child, so that it goes when the owner goes.
+// One running animation, a child of its owner and so destroyed with it.
 class Animation : public QObject {
 public:
     Animation(QObject* owner, double seconds, std::function<void(double)> step, std::function<void()> done)
@@ -30,7 +30,7 @@ protected:
     void timerEvent(QTimerEvent* event) override {
         const double seconds = static_cast<double>(elapsed_.nsecsElapsed()) / 1e9;
         const double progress = instantClock ? 1.0 : std::min(1.0, seconds / seconds_);
-        // Either function may destroy the owner and this object with it: what is called lives on the stack.
+        // Either function may destroy the owner and with it this object: both are called through copies on the stack.
         const QPointer<Animation> self(this);
         const auto step = step_;
         if (step) step(easedOut(progress));

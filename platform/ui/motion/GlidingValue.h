@@ -6,8 +6,8 @@ class QObject;
 
 namespace platform {
 
-// A number that moves to its target over time, through AnimationClock. A new target takes over from wherever the
-// number is. A member of its owner, which lives at least as long. Main thread only.
+// An animated number. A new target replaces the running animation and starts at the current value. `changed` is called
+// after every change. A member of its owner, which must outlive it. Main thread only.
 class GlidingValue {
 public:
     GlidingValue(QObject* owner, std::function<void()> changed);
@@ -25,7 +25,7 @@ private:
     std::function<void()> changed_;
     double value_ = 0;
     double target_ = 0;
-    int run_ = 0;
+    int run_ = 0;  // generation counter: steps of a replaced animation are ignored
 };
 
 }  // namespace platform

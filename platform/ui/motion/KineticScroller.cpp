@@ -58,7 +58,7 @@ void KineticScroller::stop() {
     timer_.stop();
 }
 
-// A finger that rested before it let go, or one whose way was too short to tell, has no speed.
+// 0 when the finger rested before the release, or when the sampled time is too short for an estimate.
 double KineticScroller::fingerSpeed() const {
     const qint64 now = clock_.elapsed();
     const qint64 duration = now - samples_.front().milliseconds;

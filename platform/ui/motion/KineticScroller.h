@@ -9,15 +9,15 @@ class QScrollBar;
 
 namespace platform {
 
-// Goes on with a finger's speed when the finger lets go, slowing down exponentially, until it is slow or the scroll
-// bar is at its end or something else moves the bar. The timer runs only while something moves.
+// Kinetic scrolling: after release the scroll bar continues at the finger's speed, decaying exponentially, until the
+// speed is negligible, the bar reaches its end or other code moves the bar. The timer runs only during the motion.
 class KineticScroller : public QObject {
     Q_OBJECT
 public:
     explicit KineticScroller(QScrollBar* bar);
 
-    // Follows a finger at y, in points that grow downwards; begin() stops a motion and returns whether there was one.
-    // A finger that came down elsewhere is none of ours: without begin() the others do nothing.
+    // Press, move and release of a finger at y (points, downwards). begin() stops a running motion and returns whether
+    // there was one. Without a preceding begin(), follow() and letGo() do nothing.
     bool begin(int y);
     void follow(int y);
     void letGo();

@@ -33,7 +33,7 @@ struct NavigationController::Private {
         view->setGeometry(stage->rect());
     }
 
-    // What an on-screen keyboard covers is not the screens'.
+    // The stage excludes the part that an on-screen keyboard covers.
     void placeStage() const {
         stage->setGeometry(q->rect().adjusted(0, 0, 0, -OnScreenKeyboard::coveredHeight(q)));
         if (transition) {
@@ -53,8 +53,8 @@ struct NavigationController::Private {
         }
     }
 
-    // Ends the editing in a screen that is about to go, so that what was typed arrives while the screen is still
-    // there; a screen that comes back finds the keyboard where it was, but does not begin to edit again.
+    // Ends editing in a screen before it leaves, while the screen can still handle the typed text. The focus widget is
+    // remembered for its return, unless it is a text field.
     static void releaseFocus(ViewController& screen) {
         QWidget* held = Focus::heldWithin(screen.view());
         screen.d_->focus = held && !Focus::isTextField(held) ? held : nullptr;
@@ -71,7 +71,7 @@ struct NavigationController::Private {
         top.viewDidAppear(false);
     }
 
-    // Moves from the screen seen now to another. What is in `going` by then is destroyed after the motion.
+    // Runs the transition between two screens. Screens in `going` are destroyed at its end.
     void exchange(ViewController& from, ViewController& to, Way way, bool animated) {
         releaseFocus(from);
         place(to.view());
@@ -86,7 +86,7 @@ struct NavigationController::Private {
         });
     }
 
-    // Not at once: the order to go may have come from a button of the very screen.
+    // Deferred: the pop may have been requested by a widget of the screen itself.
     void destroyGoneScreens() {
         for (auto& screen : going) gone.push_back(std::move(screen));
         going.clear();

@@ -7,11 +7,12 @@ namespace platform {
 
 class ViewController;
 
-// A stack of screens in one window, the top one visible. A pushed screen comes from the right in 0.35 s, a popped one
-// leaves to the right and is destroyed when its animation has ended; a presented one comes from below. Input is off
-// while screens move. Escape, the Back key and Alt+Left go back (an open alert, search or edit takes them first); the
-// root stays. The screens end where an on-screen keyboard begins. A request that comes while screens move ends that
-// motion first; none may come from within a screen's viewWillAppear() or viewWillDisappear(). Main thread only.
+// A stack of screens in one window; the top one is visible. A pushed screen slides in from the right in 0.35 s, a
+// popped one slides out to the right and is destroyed at the end of the animation; a presented one slides in from
+// below. Input is blocked during a transition. Escape, the Back key and Alt+Left go back, unless an open alert, search
+// or edit consumes them; the root is never popped. Screens extend down to the on-screen keyboard. A request during a
+// transition completes that transition first; none may be made from viewWillAppear() or viewWillDisappear(). Main
+// thread only.
 class NavigationController : public QWidget {
     Q_OBJECT
 public:
@@ -19,11 +20,11 @@ public:
     ~NavigationController() override;
 
     void pushViewController(std::unique_ptr<ViewController> controller, bool animated);
-    // Pops the top screen; does nothing when only the root is left.
+    // Pops the top screen; no effect on the root.
     void popViewController(bool animated);
 
     ViewController* topViewController() const;
-    // The screen the person sees: the top one or what is presented over it.
+    // The top screen, or the last one presented over it.
     ViewController* visibleViewController() const;
     int count() const;
 

@@ -12,9 +12,9 @@ namespace platform {
 namespace {
 
 constexpr double seconds = 0.35;
-constexpr int deepestShade = 36;  // alpha over a screen that lies wholly below the other one
+constexpr int deepestShade = 36;  // alpha over a fully covered screen
 
-// Where the upper and the lower screen are when the upper one covers so much (0 to 1) of the stage.
+// Positions of the upper and the lower screen when the upper one covers the fraction `covered` of the stage.
 QPoint upperPlace(bool sideways, const QSize& stage, double covered) {
     return sideways ? QPoint(qRound(stage.width() * (1 - covered)), 0)
                     : QPoint(0, qRound(stage.height() * (1 - covered)));
@@ -73,7 +73,7 @@ void ScreenTransition::place(double progress) {
     update();
 }
 
-// The keyboard's target is one of the screens already: keys are stopped on their way to it.
+// A shield does not receive key events: the focus is inside a screen. They are filtered on their way to it.
 bool ScreenTransition::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyPress:

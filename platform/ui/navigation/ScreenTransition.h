@@ -7,21 +7,21 @@
 
 namespace platform {
 
-// Two screens changing places on a stage. Lies over the stage while it runs, keeps input from the screens below and
-// shades the lower one. Owned by the stage; destroys itself once it has finished.
+// The animation that replaces one screen by another on a stage (their parent widget). While it runs it covers the
+// stage, blocks input and shades the lower screen. Owned by the stage; deletes itself at the end.
 class ScreenTransition : public InputShield {
     Q_OBJECT
 public:
     enum class Way { push, pop, present, dismiss };
 
-    // Shows `coming` at the place where it sets out from; both are children of `stage`.
+    // Shows `coming` at its start position; both are children of `stage`.
     ScreenTransition(QWidget* stage, QWidget* leaving, QWidget* coming, Way way);
 
-    // `finished` runs once both are where they belong and `leaving` is hidden.
+    // `finished` is called once both are at their final positions and `leaving` is hidden.
     void run(bool animated, std::function<void()> finished);
-    // Ends the motion now.
+    // Completes the animation immediately.
     void finish();
-    // The stage has another size.
+    // Call when the stage has been resized.
     void follow();
 
 protected:

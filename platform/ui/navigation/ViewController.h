@@ -11,7 +11,7 @@ namespace platform {
 
 class NavigationController;
 
-// One screen: builds its view when it is first needed and hears of its appearing and disappearing. Owned by the
+// One screen. Creates its view on first use and is notified when it appears and disappears. Owned by the
 // NavigationController that it was pushed onto, or by the screen that presented it. Main thread only.
 class ViewController : public QObject {
     Q_OBJECT
@@ -26,15 +26,14 @@ public:
     const QString& title() const { return title_; }
     void setTitle(const QString& title) { title_ = title; }
 
-    // The stack this screen is on, or nullptr. A presented screen is on none.
+    // The stack that holds this screen, or nullptr; a presented screen is on no stack.
     NavigationController* navigationController() const;
 
-    // Shows a screen over the whole window, sliding up from below. The presented screen belongs to this one and is
-    // destroyed after its dismissal's animation. This screen's viewWillDisappear() and, after the dismissal, its
-    // viewWillAppear() and viewDidAppear() run as for a push and a pop. Does nothing unless this screen is the visible
-    // one.
+    // Shows a screen over the whole window, sliding up from below. This screen owns it and destroys it after the
+    // animation of its dismissal. The viewWill... and viewDid... functions run as for push and pop. No effect unless
+    // this screen is the visible one.
     void presentViewController(std::unique_ptr<ViewController> controller, bool animated);
-    // On a presented screen, dismisses that screen; on a presenting one, the screen it presents.
+    // On a presented screen, dismisses it; on a presenting one, dismisses the screen that it presents.
     void dismissViewController(bool animated);
     ViewController* presentedViewController() const;
     ViewController* presentingViewController() const;

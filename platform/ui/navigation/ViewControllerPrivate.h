@@ -4,14 +4,14 @@
 
 namespace platform {
 
-// What a screen and the stack that moves it know of each other.
+// State that ViewController and NavigationController share.
 struct ViewController::Private {
     QPointer<QWidget> view;
     bool loading = false;
     NavigationController* navigation = nullptr;
     std::unique_ptr<ViewController> presented;
     ViewController* presenting = nullptr;
-    QPointer<QWidget> focus;  // what had the keyboard when another screen came
+    QPointer<QWidget> focus;  // focus widget at the time the screen was left
 };
 
 }  // namespace platform

@@ -23,7 +23,7 @@ QPen roundPen(const QColor& color, double width) {
     return QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
 }
 
-// Tab goes through the bar on its way elsewhere: the search begins with the first letter.
+// Focus by Tab does not start a search; typing does.
 bool passesBy(const QFocusEvent& event) {
     return event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason;
 }
@@ -130,12 +130,12 @@ bool SearchBar::eventFilter(QObject* watched, QEvent* event) {
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     const bool isSearching = cancelButton_->isVisible() || !text().isEmpty();
     if (!isKey || !isSearching || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape) return false;
-    event->accept();  // also as a shortcut it is the search that Escape ends, not the screen
+    event->accept();  // ShortcutOverride included: Escape ends the search, not the screen
     if (event->type() == QEvent::KeyPress) Q_EMIT cancelClicked();
     return true;
 }
 
-// From "Cancel": while it is there, it is the search that Escape ends.
+// Escape while "Cancel" has the focus.
 void SearchBar::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && cancelButton_->isVisible()) {
         Q_EMIT cancelClicked();

@@ -12,7 +12,7 @@ namespace platform {
 
 namespace {
 
-constexpr int barOffset = 0;  // where the contents stand while one searches: the bar is part of their header
+constexpr int barOffset = 0;  // content offset during a search, at which the bar in the header is visible
 
 }  // namespace
 
@@ -47,7 +47,7 @@ struct SearchDisplayController::Private {
     bool showsResults = false;
 };
 
-// A sibling of the contents' table, over it and below the bar.
+// The results table is a sibling of the contents' table and covers it below the bar.
 TableView& SearchDisplayController::Private::table() {
     if (!results) {
         results = new TableView(contents->parentWidget());
@@ -61,7 +61,7 @@ TableView& SearchDisplayController::Private::table() {
 
 void SearchDisplayController::Private::textChanged(const QString& text) {
     if (!text.isEmpty() && !active) q->setActive(true, false);
-    // What is edited in a result ends while that result is still there.
+    // Ends the editing of a field in a result before the result is replaced.
     if (showsResults && Focus::heldWithin(results)) results->setFocus(Qt::OtherFocusReason);
     const bool reloads = !delegate || delegate->shouldReloadTableForSearchString(*q, text);
     if (text.isEmpty()) {
@@ -92,7 +92,7 @@ void SearchDisplayController::Private::hideResults() {
     if (delegate) delegate->willUnloadSearchResultsTableView(*q, *results);
     takeFocusFrom(results);
     results->hide();
-    results->setDataSource(nullptr);  // what it showed may be gone, and it may still be moving
+    results->setDataSource(nullptr);  // its rows may be invalid, and a kinetic scroll may still run
 }
 
 void SearchDisplayController::Private::place() {
@@ -102,7 +102,7 @@ void SearchDisplayController::Private::place() {
     results->setGeometry(frame);
 }
 
-// What goes must not leave the focus to whatever comes next.
+// Called before a widget is hidden; otherwise Qt would choose the next focus widget.
 void SearchDisplayController::Private::takeFocusFrom(QWidget* widget) {
     if (Focus::heldWithin(widget)) contents->setFocus(Qt::OtherFocusReason);
 }
@@ -115,7 +115,7 @@ bool SearchDisplayController::Private::key(const QObject* watched, int key) {
     return true;
 }
 
-// Keys that leave the field lead to the results, not to the rows that they cover.
+// Navigation keys in the field move the focus to the results instead of the covered rows.
 bool SearchDisplayController::Private::fieldKey(int key) {
     switch (key) {
         case Qt::Key_Down:
@@ -140,7 +140,7 @@ SearchDisplayController::SearchDisplayController(SearchBar* searchBar, TableView
     connect(searchBar, &SearchBar::textChanged, this, [this](const QString& text) { d_->textChanged(text); });
     connect(searchBar, &SearchBar::didBeginEditing, this, [this] { setActive(true, true); });
     connect(searchBar, &SearchBar::cancelClicked, this, [this] { setActive(false, true); });
-    // While results lie over the contents, the bar above them stays where it is.
+    // While results are shown, the contents must not scroll: the bar would move.
     connect(contentsTable->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         if (d_->showsResults) d_->contents->setContentOffset(barOffset);
     });
@@ -189,14 +189,14 @@ void SearchDisplayController::setActive(bool active, bool animated) {
         if (d_->delegate) d_->delegate->willBeginSearch(*this);
         d_->contents->setContentOffset(barOffset);
     } else {
-        // First of all: a "Cancel" that goes with the focus would give it to the field, and the search began again.
+        // First: hiding a focused "Cancel" would focus the field, which would start the search again.
         d_->takeFocusFrom(d_->bar);
         d_->bar->setText(QString());
     }
     d_->bar->setShowsCancelButton(active, animated);
 }
 
-// Only what concerns the search is looked at: other events also come from tables that are being destroyed.
+// Handles these event types only: others also arrive from tables during their destruction.
 bool SearchDisplayController::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::Resize:

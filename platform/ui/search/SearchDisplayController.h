@@ -17,7 +17,7 @@ class TableViewDataSource;
 class TableViewDelegate;
 class SearchDisplayController;
 
-// Told of the search as it goes. Not owned.
+// Receives the events of a search. Not owned.
 class SearchDisplayDelegate {
 public:
     SearchDisplayDelegate() = default;
@@ -25,17 +25,16 @@ public:
     SearchDisplayDelegate(const SearchDisplayDelegate&) = delete;
     SearchDisplayDelegate& operator=(const SearchDisplayDelegate&) = delete;
 
-    // The search begins: nothing has been typed yet.
+    // The search has become active; the text is still empty.
     virtual void willBeginSearch(SearchDisplayController& controller);
-    // The search text changed. Returns whether the results table is to be reloaded.
+    // The search text has changed. Returns whether to reload the results table.
     virtual bool shouldReloadTableForSearchString(SearchDisplayController& controller, const QString& text);
     virtual bool shouldReloadTableForSearchScope(SearchDisplayController& controller, int scope);
     virtual void willShowSearchResultsTableView(SearchDisplayController& controller, TableView& table);
     virtual void willUnloadSearchResultsTableView(SearchDisplayController& controller, TableView& table);
 };
 
-// The field to search in, with a magnifying glass, a clear button and, while searching, "Cancel". White, without a
-// background of its own. 38 points high.
+// A search field with magnifying glass, clear button and, during a search, "Cancel". 38 points high.
 class SearchBar : public QWidget {
     Q_OBJECT
 public:
@@ -71,13 +70,13 @@ private:
     std::unique_ptr<GlidingValue> cancelShown_;  // 0 hidden, 1 shown
 };
 
-// Runs a search: while its bar has text, a second table, the results table, lies over the contents' table with the
-// rows that the results data source gives. A tap on the bar or a letter typed into it makes it active; "Cancel",
-// Escape or setActive(false) ends it and empties the bar. Main thread only.
+// Runs a search: while the bar has text, a second table with the rows of the results data source covers the contents'
+// table. A tap on the bar or typing activates it; "Cancel", Escape or setActive(false) ends it and clears the bar. Main
+// thread only.
 class SearchDisplayController : public QObject {
     Q_OBJECT
 public:
-    // `searchBar` lives in the header of `contentsTable`; both belong to the screen and outlive this object.
+    // `searchBar` is part of the header of `contentsTable`. Both are owned by the screen and outlive this object.
     SearchDisplayController(SearchBar* searchBar, TableView* contentsTable, QObject* parent = nullptr);
     ~SearchDisplayController() override;
 
@@ -86,11 +85,11 @@ public:
     void setSearchResultsDelegate(TableViewDelegate* delegate);
 
     SearchBar* searchBar() const;
-    // Made on first use, kept as long as this object. Has no rows while it is hidden.
+    // Created on first use and kept. Has no rows while it is hidden.
     TableView* searchResultsTableView() const;
 
-    // Those whose rows are shown: the contents' table and, while there are results, theirs. What news there are for
-    // rows go to all of them, also to those that lie under the results until the search ends.
+    // The contents' table and, while results are shown, the results table. Apply changes of rows to all of them: the
+    // contents' table is visible again when the search ends.
     std::vector<TableView*> tables() const;
 
     bool isActive() const;

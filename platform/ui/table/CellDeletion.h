@@ -7,23 +7,23 @@
 
 namespace platform {
 
-// The way to delete a row with a finger, inside its cell: the round control that edit mode shows at the left and the
-// "Delete" button that lies beyond the right edge until the row is pushed aside.
+// The widgets that delete a row by touch, inside its cell: the round control at the left in edit mode, and the "Delete"
+// button, which lies beyond the right edge until a swipe moves the row aside.
 class CellDeletion {
 public:
     static constexpr int controlWidth = 36;
     static constexpr int buttonWidth = 74;
 
-    // `moved` is called whenever the cell has to lay itself out again.
+    // `moved` is called whenever the cell must update its layout.
     CellDeletion(QWidget* cell, std::function<void()> moved);
 
     void showControl(bool shown, bool animated);
 
-    // Pushes the row this far to the left; the button grows with what exceeds its width.
+    // Moves the row to the left by `points`. Beyond buttonWidth the button grows.
     void uncover(int points);
     void glideTo(int points);
 
-    // Where the row's own things begin: right of the control, less what the row is pushed aside.
+    // Points by which the control moves the content to the right, and by which a swipe moves it to the left.
     int controlShift() const { return qRound(control_.value()); }
     int uncovered() const { return qRound(uncovered_.value()); }
     bool isOpening() const { return uncovered_.target() > 0; }

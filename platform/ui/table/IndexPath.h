@@ -4,7 +4,7 @@
 
 namespace platform {
 
-// Where a row is in a table: section and row, both counted from 0.
+// The position of a row in a table: section and row index, both from 0.
 struct IndexPath {
     int section = 0;
     int row = 0;

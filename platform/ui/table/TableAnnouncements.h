@@ -6,8 +6,8 @@ namespace platform {
 
 class TableView;
 
-// What presents a table to a screen reader, as far as the table knows of it. Where the table's accessible interface is
-// one of these, its rows are told of; where none is installed, nothing is.
+// What the table needs of its accessible interface, which a higher floor installs: access to the interfaces of its
+// rows. Where none is installed, nothing is announced.
 class TableReader {
 public:
     TableReader() = default;
@@ -15,12 +15,12 @@ public:
     TableReader(const TableReader&) = delete;
     TableReader& operator=(const TableReader&) = delete;
 
-    // The list whose children are the rows of all sections, by position. Owned by the reader.
+    // The list whose children are the rows of all sections, by position. Owned by this object.
     virtual QAccessibleInterface* rows() const = 0;
 };
 
-// What a table tells a screen reader; nothing, at no cost, when none is there. `position` counts the rows of all
-// sections. Main thread only.
+// The accessibility events of a table. Without an active screen reader a call costs one test. `position` is the row's
+// index through all sections. Main thread only.
 namespace TableAnnouncements {
 
 void rowsChanged(TableView& table);

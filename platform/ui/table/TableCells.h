@@ -16,31 +16,31 @@ namespace platform {
 
 class TableViewCell;
 
-// The cells of a table: those that show a row, by row, and those that wait to be used again. All are children of the
-// table's viewport; waiting ones stay where they are until hideWaiting(), so that a cell that leaves at one edge and
-// comes back at the other is not hidden in between.
+// The cells of a table: a map from row to shown cell, and a pool of cells for reuse. All are children of the table's
+// viewport. Pooled cells are hidden only in hideWaiting(), so that a cell that leaves at one edge and is reused at the
+// other is not hidden and shown again.
 class TableCells {
 public:
     const std::map<IndexPath, TableViewCell*>& shown() const { return shown_; }
     TableViewCell* at(IndexPath path) const;
-    // The row of the cell that is, or holds, this widget.
+    // The row whose cell is or contains the widget.
     std::optional<IndexPath> pathOf(const QWidget* widget) const;
-    // The row at a point of the viewport, as it is seen now.
+    // The row whose cell is drawn at a point of the viewport, animations included.
     std::optional<IndexPath> rowAt(QPoint position) const;
 
-    // A waiting cell, prepared for reuse and no longer waiting; nullptr when there is none.
+    // Takes a cell from the pool, prepared for reuse; nullptr when there is none.
     TableViewCell* dequeue(const QString& reuseIdentifier);
     void put(IndexPath path, TableViewCell* cell);
 
     void recycle(TableViewCell* cell);
     void recycleWhere(const std::function<bool(IndexPath)>& leaves);
-    // The cell shows its row no longer but does not wait yet: it is still on its way out.
+    // Removes the cell from its row without pooling it: its leaving is still animated.
     TableViewCell* take(IndexPath path);
 
-    // The cells at `from` and below in its section now show the row that is `by` further down.
+    // Adds `by` to the row index of every cell from `from` on in its section.
     void shiftRows(IndexPath from, int by);
 
-    // Hides the cells that wait, and destroys those of them that are more than a screen could need.
+    // Hides pooled cells and destroys those beyond twice the number of shown cells plus 8.
     void hideWaiting();
 
 private:

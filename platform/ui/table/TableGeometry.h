@@ -7,8 +7,8 @@
 
 namespace platform {
 
-// Where the rows and footers of a table lie, in points from the top of its content: a header, then for every section
-// equally high rows and a footer. Everything is arithmetic over the sections, whatever the number of rows.
+// Vertical positions of rows and footers, in points from the top of the content: a header, then for each section rows
+// of equal height and a footer. Every query costs O(sections), independent of the number of rows.
 class TableGeometry {
 public:
     void clear();
@@ -27,12 +27,12 @@ public:
     int footerTop(int section) const;
     int footerHeight(int section) const { return sections_[section].footerHeight; }
 
-    // Rows counted through all sections, from 0.
+    // Ordinals: row indexes through all sections, from 0.
     int totalRows() const;
     int ordinal(IndexPath path) const;
     IndexPath atOrdinal(int ordinal) const;
 
-    // The ordinals [first, last) of the rows that reach into the points [top, bottom).
+    // The ordinals [first, last) of the rows that intersect the points [top, bottom).
     std::pair<int, int> rowsBetween(int top, int bottom) const;
 
 private:

@@ -11,9 +11,9 @@ namespace platform {
 class TableView;
 class TableViewCell;
 
-// The rows of a table by position, counted through all sections, in sight or not: for assistive technology, which
-// names a row and what is to be done to it, without finger and key. A value that refers to its table. A position that
-// is asked about must be one of a row. Main thread only.
+// Access to the rows of a table by position (index through all sections), visible or not, for assistive technology,
+// which addresses a row and an action directly. Refers to the table, which must outlive it. Positions must be in
+// [0, count()). Main thread only.
 class TableRows {
 public:
     explicit TableRows(TableView& table) : table_(table) {}
@@ -21,19 +21,19 @@ public:
     int count() const;
     IndexPath at(int position) const;
     int positionOf(IndexPath path) const;
-    // The row at a point of the viewport.
+    // The row drawn at a point of the viewport.
     std::optional<int> positionAt(QPoint point) const;
-    // The row that the keyboard is on.
+    // The current row while the table has the focus.
     std::optional<int> focused() const;
 
-    // Calls `ask` with the row's cell. A row out of sight borrows one from the data source for that long; nothing
-    // scrolls.
+    // Calls `ask` with the row's cell. For a row without a cell the data source fills one for the duration of the call;
+    // nothing scrolls.
     void withCell(int position, const std::function<void(const TableViewCell&)>& ask) const;
 
     bool canSelect() const;
     bool canDelete(int position) const;
 
-    // What the row's keys do, without asking for confirmation. All but remove() scroll to the row.
+    // The same as the row's keys; remove() deletes without confirmation. All but remove() scroll to the row.
     void focus(int position) const;
     void select(int position) const;
     void toggle(int position) const;

@@ -49,7 +49,7 @@ TableView::TableView(QWidget* parent) : QAbstractScrollArea(parent), d_(std::mak
     QPalette white = viewport()->palette();
     white.setColor(QPalette::Window, Qt::white);
     viewport()->setPalette(white);
-    viewport()->setBackgroundRole(QPalette::Window);  // the rows' own widgets take the role over
+    viewport()->setBackgroundRole(QPalette::Window);  // inherited by the rows' widgets
     viewport()->setAutoFillBackground(true);
 }
 
@@ -67,7 +67,7 @@ void TableView::setDelegate(TableViewDelegate* delegate) {
     setNeedsReload();
 }
 
-// The screen that sets itself is seldom ready to answer: the table asks when it is to be seen.
+// Deferred: a screen sets itself as data source in loadView(), before its data is ready.
 void TableView::setNeedsReload() {
     d_->needsReload = true;
     if (isVisible())
@@ -103,7 +103,7 @@ TableViewCell* TableView::dequeueReusableCell(const QString& reuseIdentifier) {
 }
 
 void TableView::forEachCell(const std::function<void(IndexPath, TableViewCell&)>& tell) const {
-    if (d_->needsReload) return;  // all of them are about to be built anew
+    if (d_->needsReload) return;  // all cells are about to be refilled
     for (const auto& [path, cell] : d_->cells.shown()) tell(path, *cell);
 }
 
@@ -264,7 +264,7 @@ void TableView::focusInEvent(QFocusEvent* event) {
     if (!d_->current) d_->current = d_->firstInSight();
     d_->showsCurrent = isSeen;
     d_->showFocus();
-    // After the toolkit has told of the table's own focus: where it is now is a row.
+    // Queued: the row's focus event must follow the one that Qt sends for the table itself.
     QMetaObject::invokeMethod(
         this, [this] { d_->tellCurrent(); }, Qt::QueuedConnection);
 }

@@ -17,8 +17,8 @@ class TableViewCell;
 enum class EditingStyle { none, remove };
 enum class RowAnimation { none, fade, left, right };
 
-// What a table shows. Not owned by the table; destroying one that a table still uses is a programming error, caught
-// by an assertion in debug builds. Asked on the main thread only.
+// Provides the rows of a table. Not owned by the table. Destroying one that a table still uses is an error, caught by
+// an assertion in debug builds. Called on the main thread only.
 class TableViewDataSource {
 public:
     TableViewDataSource();
@@ -29,16 +29,16 @@ public:
     virtual int numberOfSectionsInTableView(TableView& table);
     virtual int numberOfRowsInSection(TableView& table, int section) = 0;
 
-    // Returns the cell for a row, taken from table.dequeueReusableCell() or newly made. The cell handed out may last
-    // have shown any other row: set everything that may differ. The table owns it from here on.
+    // Returns the cell for a row, from table.dequeueReusableCell() or newly made. A reused cell may have shown any
+    // other row: set every property that differs between rows. The table takes ownership.
     virtual TableViewCell* cellForRowAtIndexPath(TableView& table, IndexPath indexPath) = 0;
 
     // Whether the row can be deleted; by default it cannot.
     virtual bool canEditRowAtIndexPath(TableView& table, IndexPath indexPath);
     virtual EditingStyle editingStyleForRowAtIndexPath(TableView& table, IndexPath indexPath);
 
-    // The person confirmed the deletion of a row. The data source changes its data and then calls deleteRow(), or
-    // reloadData(); until it does, the table keeps showing the row.
+    // The user has confirmed the deletion of a row. The data source changes its data, then calls deleteRow() or
+    // reloadData(); until then the table keeps showing the row.
     virtual void commitEditingStyle(TableView& table, EditingStyle style, IndexPath indexPath);
 
 private:
@@ -46,7 +46,7 @@ private:
     std::shared_ptr<const bool> alive_;
 };
 
-// How a table looks and what a tap on a row does. The same rules of ownership as for the data source.
+// The geometry of a table and the reaction to a tap on a row. Ownership as for the data source.
 class TableViewDelegate {
 public:
     TableViewDelegate();
@@ -56,15 +56,15 @@ public:
 
     virtual void didSelectRowAtIndexPath(TableView& table, IndexPath indexPath);
 
-    // Points. All rows of a section are equally high: the table asks for row 0 only, so that the place of any of a
-    // million rows is arithmetic.
+    // Points. All rows of a section have the same height: the table asks for row 0 only, so that the position of a row
+    // is computed in constant time.
     virtual int heightForRowAtIndexPath(TableView& table, IndexPath indexPath);
     virtual int heightForFooterInSection(TableView& table, int section);
 
-    // A cell is about to be placed in the table. One that is only made to be read to a person is never placed.
+    // Called before a cell is placed in the table; not for a cell that is filled only for a screen reader.
     virtual void willDisplayCell(TableView& table, TableViewCell& cell, IndexPath indexPath);
 
-    // A new widget that the table takes over, or nullptr for none.
+    // Returns a new widget, owned by the table, or nullptr.
     virtual QWidget* viewForFooterInSection(TableView& table, int section);
 
 private:
@@ -72,14 +72,14 @@ private:
     std::shared_ptr<const bool> alive_;
 };
 
-// A vertically scrolling list of sections, rows and footers under an optional header view. Keeps only the visible
-// cells and a margin, so a frame costs what is visible, whatever the number of rows. A field that is being edited in a
-// row stays in sight when the table becomes smaller. Main thread only.
+// A vertically scrolling list of sections, rows and footers under an optional header view. Only the visible rows and a
+// margin of 60 points have cells: the cost of a frame does not depend on the number of rows. A row whose field is being
+// edited is scrolled into view when the table shrinks. Main thread only.
 //
-// Touch and mouse: a press that moves vertically scrolls (and goes on with the finger's speed when let go), one that
-// moves left on an editable row uncovers "Delete", one that stays selects the row. Wheel, scroll-bar thumb and the
-// keys Up, Down, Page Up, Page Down, Home, End scroll or move the current row; Return selects it, and so does Space,
-// which turns its switch if it has one; Delete uncovers "Delete" on it and a second Delete, or Return, confirms.
+// Touch and mouse: a press that moves vertically scrolls, with kinetic scrolling after release; one that moves left on
+// an editable row uncovers "Delete"; one that does not move selects the row. Wheel and thumb scroll. The keys Up, Down,
+// Page Up, Page Down, Home and End move the current row; Return selects it, Space toggles its switch or, without one,
+// selects it; Delete uncovers "Delete", a second Delete or Return confirms.
 class TableView : public QAbstractScrollArea, public FocusScope {
     Q_OBJECT
 public:
@@ -89,31 +89,30 @@ public:
     void setDataSource(TableViewDataSource* dataSource);
     void setDelegate(TableViewDelegate* delegate);
 
-    // Scrolls with the rows, above the first one, at its own height. The table owns it.
+    // Lies above the first row at its own height and scrolls with the rows. Owned by the table.
     void setHeaderView(QWidget* view);
     QWidget* headerView() const;
 
-    // Asks the data source for everything again; keeps the scroll position where the new content allows it. Ends
-    // the editing of a field in a cell first, so that what was typed reaches its row.
+    // Queries the data source anew and keeps the scroll offset where the new content allows it. Ends the editing of a
+    // field in a cell first, so that the typed text reaches its row.
     void reloadData();
 
-    // A cell that was made with this identifier and is not in use, or nullptr. Already prepared for reuse.
+    // An unused cell with this identifier, prepared for reuse, or nullptr.
     TableViewCell* dequeueReusableCell(const QString& reuseIdentifier);
 
-    // Every row that has a cell, from top to bottom: those in sight and those in the margin, which come into sight as
-    // they are. This is how news (an icon has come, a state has changed) reaches rows that are built already; all
-    // others ask the data source when they come near. `tell` changes cells, not rows.
+    // Calls `tell` for every row that has a cell, from top to bottom: visible rows and those in the margin, which will
+    // scroll into view unchanged. Use it to apply a change (an icon was loaded) to cells that are already filled; all
+    // other rows get it from the data source. `tell` must not change the rows.
     void forEachCell(const std::function<void(IndexPath, TableViewCell&)>& tell) const;
-    // The cell of one row, or nullptr when the row is neither in sight nor in the margin.
+    // The cell of a row, or nullptr when the row is neither visible nor in the margin.
     TableViewCell* cellForRow(IndexPath indexPath) const;
     std::optional<IndexPath> indexPathForCell(const QWidget* cellOrDescendant) const;
 
-    // Where a row lies in the viewport's coordinates, visible or not.
+    // The frame of a row in viewport coordinates, visible or not.
     QRect rectForRow(IndexPath indexPath) const;
 
-    // Tell the table that the data source gained or lost one row; call after changing the data. The rows around it
-    // close up or make room; a row that leaves slides to the left or right, or fades. When the data source's number of
-    // rows does not agree, the table reloads.
+    // Call after the data source has gained or lost one row. The rows below are moved and the row itself slides or
+    // fades, animated. When the data source's row count does not match, the table reloads instead.
     void insertRow(IndexPath indexPath, RowAnimation animation);
     void deleteRow(IndexPath indexPath, RowAnimation animation);
 
@@ -129,25 +128,25 @@ public:
     void setContentOffset(int points);
     int contentHeight() const;
 
-    // Scrolls as little as needed for the row to be wholly in sight, as far as the table is high enough.
+    // Scrolls by the least amount that makes the whole row visible.
     void scrollToRow(IndexPath indexPath);
 
-    // Hides an uncovered "Delete" or ends the editing of a field in a row; returns whether there was one to end. What
-    // Escape does first.
+    // Hides an uncovered "Delete", or ends the editing of a field in a row; returns whether either applied. The first
+    // effect of Escape.
     bool endsRowEditing();
 
-    // While something lies over the table, only this part of its header view can be reached by keyboard and by
-    // assistance; nullptr once nothing does.
+    // Restricts keyboard and assistive technology to a part of the header view, while another view covers the table;
+    // nullptr lifts the restriction.
     void setOnlyReachable(QWidget* partOfHeader);
-    // Whether the rows can be reached, or only a part of the header view.
+    // False while setOnlyReachable() restricts the table to a part of its header.
     bool areRowsReachable() const;
 
-    // The header view, or the part of it that can be reached.
+    // The header view, or its only reachable part.
     QWidget* partBefore() const override;
-    // The cells with a row in sight or in the margin, from top to bottom.
+    // The cells of the visible rows and of the margin, from top to bottom; none while the rows are not reachable.
     std::vector<QWidget*> partsAfter() const override;
     void bringIntoSight(const QWidget* part) override;
-    // No row shows that it has the focus any more, until a key moves that.
+    // No row draws the focus frame until the next navigation key.
     void hideFocus() override;
 
 protected:

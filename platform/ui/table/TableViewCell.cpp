@@ -55,7 +55,7 @@ void TableViewCell::setAccessoryView(QWidget* view) {
     if (accessoryView_ == view) return;
     if (accessoryView_) {
         accessoryView_->hide();
-        accessoryView_->deleteLater();  // it may be the one whose signal led here
+        accessoryView_->deleteLater();  // the call may come from one of its own signals
     }
     accessoryView_ = view;
     if (view) {
@@ -146,7 +146,7 @@ void TableViewCell::paintEvent(QPaintEvent*) {
     if (showsFocus_) drawFocus(painter, row);
 }
 
-// What a key does to a control inside the row is not also done to the row.
+// Keys for a control inside the row must not propagate to the table.
 void TableViewCell::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:

@@ -11,10 +11,10 @@ class CellDeletion;
 class Switch;
 
 // One row of a TableView: a content view, an optional accessory at the right, a background, and the states that the
-// table gives it (selected, editing). Main thread only.
+// table sets (selected, editing). Main thread only.
 //
-// Reuse contract: a cell that scrolls out of sight goes back to its table and is handed out again by
-// dequeueReusableCell() for any other row. Whoever fills a cell sets everything that may differ between rows.
+// Reuse contract: a cell that scrolls out of view is returned to its table's pool, and dequeueReusableCell() hands it
+// out for any other row. The data source must set every property that differs between rows.
 class TableViewCell : public QWidget {
     Q_OBJECT
 public:
@@ -26,33 +26,33 @@ public:
 
     const QString& reuseIdentifier() const { return reuseIdentifier_; }
 
-    // Holds the cell's own subviews; as wide as the cell less its accessory and, in edit mode, its delete control.
+    // The parent of the cell's own subviews: the cell's width minus accessory and, in edit mode, delete control.
     QWidget* contentView() const { return contentView_; }
 
     void setAccessory(Accessory accessory);
     Accessory accessory() const { return accessory_; }
 
-    // A control in the accessory's place, centred vertically, 10 points from the right edge. The cell owns it and
-    // destroys the one before; nullptr clears it.
+    // A control in place of the accessory, centred vertically, 10 points from the right edge. Owned by the cell, which
+    // deletes the previous one; nullptr removes it.
     void setAccessoryView(QWidget* view);
     QWidget* accessoryView() const { return accessoryView_; }
-    // The accessory, when it is a switch: the row's keys turn it.
+    // The accessory view if it is a switch, which the row's keys then toggle; else nullptr.
     Switch* accessorySwitch() const;
 
-    // Painted over the whole cell, behind everything else, stretched in width.
+    // An image stretched over the whole cell, behind its subviews.
     void setBackgroundImage(const QString& resourceName);
 
     void setSelectionStyle(SelectionStyle style) { selectionStyle_ = style; }
     SelectionStyle selectionStyle() const { return selectionStyle_; }
 
-    // Points by which the content moves right: level times width.
+    // Indents the content by level times width, in points.
     void setIndentationLevel(int level);
     void setIndentationWidth(int points);
     int indentationLevel() const { return indentationLevel_; }
     int indentationWidth() const { return indentationWidth_; }
 
-    // The table calls these on every visible cell and on every cell that becomes visible; a subclass that overrides
-    // one calls the base class first.
+    // Called by the table on every shown cell and on every cell before it is shown. An override calls the base class
+    // first.
     virtual void setSelected(bool selected, bool animated);
     virtual void setEditing(bool editing, bool animated);
     virtual void prepareForReuse();
@@ -60,15 +60,15 @@ public:
     bool isSelected() const { return selected_; }
     bool isEditing() const { return editing_; }
 
-    // For the table. A deletable cell shows its delete control in edit mode and can be pushed aside, which uncovers
-    // "Delete" at its right edge.
+    // For the table. A deletable cell shows its delete control in edit mode, and its content can be moved to the left,
+    // which uncovers "Delete" at its right edge.
     void setDeletable(bool deletable, bool animated);
     bool isDeletable() const { return deletable_; }
     void pushAside(int points);
     void glideAside(bool open);
     bool isOpeningAside() const;
     static int deleteWidth();
-    // For the table: marks the row that the keyboard is on.
+    // For the table: draws the focus frame of the current row.
     void setShowsFocus(bool shows);
 
 Q_SIGNALS:
@@ -80,7 +80,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
-    // Places content view and accessory; a subclass that adds to it calls the base class first.
+    // Sets the geometry of content view and accessory. An override calls the base class first.
     virtual void layoutSubviews();
 
 private:

@@ -1,4 +1,4 @@
-// Fingers and the mouse: what a press becomes.
+// Touch and mouse: recognition of taps, scrolls and swipes.
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -12,10 +12,10 @@ namespace platform {
 
 namespace {
 
-constexpr int slop = 8;  // points that a finger may stray and still rest
+constexpr int slop = 8;  // points of movement up to which a press counts as a tap
 constexpr int rowsPerNotch = 3;
 
-// Beyond the button's width the row follows the finger reluctantly.
+// Beyond the button's width the row moves by a third of the distance (rubber band).
 int pushedBy(int distance) {
     const int width = TableViewCell::deleteWidth();
     return distance <= width ? std::max(0, distance) : width + (distance - width) / 3;
@@ -23,7 +23,7 @@ int pushedBy(int distance) {
 
 }  // namespace
 
-// A field in a row. It takes presses as any field does once it is being edited; before, they are the row's.
+// Events of a field in a row. While the field is not being edited, presses on it are handled as presses on the row.
 bool TableView::Private::fieldEvent(QLineEdit* field, QEvent* event) {
     switch (event->type()) {
         case QEvent::FocusIn:
@@ -48,13 +48,13 @@ bool TableView::Private::fieldEvent(QLineEdit* field, QEvent* event) {
     return mouseEvent(static_cast<QMouseEvent*>(event), field->isEnabled() ? field : nullptr);
 }
 
-// A field that gave the focus to nobody leaves it to the table, where the arrow keys go on.
+// When a field has lost the focus to no other widget, the table takes it, so that the arrow keys keep working.
 void TableView::Private::catchLostFocus() {
     if (q->isVisible() && !q->window()->focusWidget()) q->setFocus(Qt::OtherFocusReason);
 }
 
-// The event may come from any widget in the viewport, and the rows may have moved under it: only its global position
-// says where it is.
+// The event may belong to any widget in the viewport, and rows may have moved since the press: only its global position
+// is reliable.
 bool TableView::Private::mouseEvent(QMouseEvent* event, QLineEdit* field) {
     const QPoint position = q->viewport()->mapFromGlobal(event->globalPosition().toPoint());
     switch (event->type()) {
@@ -79,7 +79,7 @@ bool TableView::Private::mouseEvent(QMouseEvent* event, QLineEdit* field) {
 void TableView::Private::press(QPoint position, QLineEdit* field) {
     const bool wasMoving = kinetic.begin(position.y());
     const bool wasUncovered = closeUncovered();
-    cancelGesture();  // an earlier press may have ended elsewhere
+    cancelGesture();  // the release of an earlier press may have been lost
     q->hideFocus();
     gesture = {RowGesture::Kind::press, position, std::nullopt, nullptr};
     if (wasMoving || wasUncovered) return;
@@ -161,7 +161,7 @@ void TableView::Private::uncover(TableViewCell* cell) {
     uncovered = cell;
 }
 
-// Returns whether "Delete" was to be seen.
+// Returns whether "Delete" was uncovered.
 bool TableView::Private::closeUncovered() {
     TableViewCell* cell = std::exchange(uncovered, nullptr);
     if (!cell) return false;

@@ -1,4 +1,4 @@
-// The keyboard's way to everything a finger does.
+// Keyboard equivalents of all gestures.
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <algorithm>
@@ -51,8 +51,8 @@ bool TableView::Private::key(QKeyEvent* event) {
     }
 }
 
-// Without a current row the keyboard starts at the first one in sight. Who arrives at an end of the rows sees what lies
-// beyond them as well, the header or the last footer.
+// Without a current row, starts at the first visible one. At the first or last row it scrolls to the very end, so that
+// the header or the last footer is visible too.
 bool TableView::Private::moveCurrentBy(int rows) {
     const int total = geometry.totalRows();
     if (total == 0) return false;
@@ -84,7 +84,7 @@ void TableView::Private::tellCurrent() {
     if (current && q->hasFocus()) TableAnnouncements::rowFocused(*q, geometry.ordinal(*current));
 }
 
-// Space turns the row's switch; where there is none it does what Return does.
+// Space toggles the row's switch; without one it selects, as Return does.
 void TableView::Private::enter(bool bySpace) {
     const TableViewCell* cell = cells.at(*current);
     if (bySpace && cell && cell->accessorySwitch()) {

@@ -1,4 +1,4 @@
-// What a table asks for and where it puts it.
+// Data source queries and layout.
 #include <QApplication>
 #include <QFocusEvent>
 #include <QScopedValueRollback>
@@ -14,7 +14,7 @@ namespace platform {
 namespace {
 
 constexpr int defaultRowHeight = 50;
-constexpr int margin = 60;  // points above and below the viewport that have cells as well
+constexpr int margin = 60;  // points above and below the viewport in which rows also have cells
 
 }  // namespace
 
@@ -128,19 +128,19 @@ std::pair<int, int> TableView::Private::rowsToKeep() const {
     return geometry.rowsBetween(offset() - around, offset() + q->viewport()->height() + around);
 }
 
-// At least a point of it.
+// The first row of which at least a point is visible.
 std::optional<IndexPath> TableView::Private::firstInSight() const {
     const auto [first, last] = geometry.rowsBetween(offset(), offset() + q->viewport()->height());
     if (first == last) return std::nullopt;
     return geometry.atOrdinal(first);
 }
 
-// What was typed must reach the row it was typed for: the field loses the focus while its cell still shows that row.
+// Clears the focus of a field in one of these rows before its cell is reused, so that the typed text reaches its row.
 void TableView::Private::endEditingOf(const std::function<bool(IndexPath)>& rows) {
     QWidget* field = q->window()->focusWidget();
     const std::optional<IndexPath> path = cells.pathOf(field);
     if (!path || !rows(*path)) return;
-    if (!field->hasFocus()) {  // in a window that is not active a field hears nothing of losing the focus
+    if (!field->hasFocus()) {  // in an inactive window Qt sends no FocusOut
         QFocusEvent out(QEvent::FocusOut, Qt::OtherFocusReason);
         QApplication::sendEvent(field, &out);
     }
@@ -151,7 +151,7 @@ void TableView::Private::endEditing() {
     endEditingOf([](IndexPath) { return true; });
 }
 
-// Before a layout ends the editing of a row that an on-screen keyboard or a smaller window pushed out of sight.
+// Called before layout(), which would end the editing of a row that a resize has moved out of view.
 void TableView::Private::keepEditingInSight() {
     QWidget* focused = q->window()->focusWidget();
     if (!focused || !Focus::isTextField(focused)) return;
@@ -175,7 +175,7 @@ TableViewCell* TableView::Private::cellFor(IndexPath path) {
     return cell;
 }
 
-// A row out of sight borrows a cell for as long as it is asked.
+// For a row without a cell, the data source fills one for the duration of the call.
 void TableView::Private::withCell(IndexPath path, const std::function<void(const TableViewCell&)>& ask) {
     if (const TableViewCell* shown = cells.at(path)) return ask(*shown);
     TableViewDataSource* source = asksData();
@@ -189,7 +189,7 @@ void TableView::Private::withCell(IndexPath path, const std::function<void(const
 
 void TableView::Private::adopt(TableViewCell* cell) {
     cell->setParent(q->viewport());
-    // Whether a press on a field scrolls or edits is decided when it moves or ends, not when it begins.
+    // The table filters presses on fields: scroll or edit is decided when the press moves or ends.
     for (QLineEdit* field : cell->findChildren<QLineEdit*>()) {
         field->setFocusPolicy(Qt::TabFocus);
         field->installEventFilter(q);

@@ -1,4 +1,4 @@
-// Rows that come and go.
+// Animated insertion and deletion of rows.
 #include <QGraphicsOpacityEffect>
 #include <QScopedValueRollback>
 
@@ -103,7 +103,7 @@ void TableView::Private::finishMotion() {
     motion.leavingCell = nullptr;
 }
 
-// The row that leaves keeps its place in the content; the row that comes is where the layout put it.
+// A deleted row keeps its position in the content; an inserted one keeps the position that layout() gave it.
 void TableView::Private::placeMovingCell() {
     if (!motion.isRunning()) return;
     const double gone = motion.isDeletion ? 1 - motion.left : motion.left;

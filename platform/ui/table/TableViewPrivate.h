@@ -19,13 +19,13 @@ class QWheelEvent;
 
 namespace platform {
 
-// One row on its way in or out, and how far the rows around it still are from their places. `left` runs from 1 to 0.
+// The animation of one inserted or deleted row and of the rows that it displaces. `left` is the remaining part: 1 to 0.
 struct RowMotion {
     IndexPath path;
     RowAnimation animation = RowAnimation::none;
     bool isDeletion = false;
     QPointer<TableViewCell> leavingCell;
-    int leavingTop = 0;  // in the content as it was before
+    int leavingTop = 0;  // in content coordinates before the deletion
     IndexPath firstDisplaced;
     int rowShift = 0;
     int offsetShift = 0;
@@ -39,21 +39,21 @@ struct RowMotion {
     int reach() const { return isRunning() ? std::abs(rowShift) + std::abs(offsetShift) : 0; }
 };
 
-// A press on its way to becoming a tap, a scroll or a swipe.
+// The state of a press until it is recognised as tap, scroll or swipe. `spent`: recognised as none.
 struct RowGesture {
     enum class Kind { none, press, scroll, swipe, spent };
     Kind kind = Kind::none;
     QPoint start;
-    std::optional<IndexPath> row;  // what a tap would select
-    QPointer<QLineEdit> field;     // what a tap would focus instead
+    std::optional<IndexPath> row;  // selected by a tap
+    QPointer<QLineEdit> field;     // focused by a tap instead
 };
 
-// The table's insides. Asking and laying out is in TableViewLayout.cpp, rows that come and go in TableViewMotion.cpp,
-// fingers in TableViewGestures.cpp, keys in TableViewKeys.cpp.
+// The table's state. Data source queries and layout are in TableViewLayout.cpp, animated insertion and deletion in
+// TableViewMotion.cpp, touch and mouse in TableViewGestures.cpp, the keyboard in TableViewKeys.cpp.
 struct TableView::Private {
     explicit Private(TableView* table);
 
-    // Who is asked.
+    // Data source and delegate; nullptr when none is set or it has been destroyed.
     TableViewDataSource* asksData() const;
     TableViewDelegate* asksDelegate() const;
     bool canDelete(IndexPath path) const;
@@ -81,7 +81,7 @@ struct TableView::Private {
     void dropFooters();
     void showFocus();
 
-    // Rows that come and go.
+    // Animated insertion and deletion.
     void changeRows(IndexPath path, int difference, RowAnimation animation);
     void startMotion(RowMotion next);
     void finishMotion();
@@ -95,7 +95,7 @@ struct TableView::Private {
     void commitDeletion(IndexPath path);
     void toggle(IndexPath path);
 
-    // Fingers; positions are the viewport's.
+    // Touch and mouse, in viewport coordinates.
     bool fieldEvent(QLineEdit* field, QEvent* event);
     void catchLostFocus();
     bool mouseEvent(QMouseEvent* event, QLineEdit* field);
@@ -124,7 +124,7 @@ struct TableView::Private {
     TableGeometry geometry;
     TableCells cells;
     QPointer<QWidget> header;
-    QPointer<QWidget> onlyReachable;  // of the header, while something covers the rest
+    QPointer<QWidget> onlyReachable;  // see setOnlyReachable()
     std::map<int, QWidget*> footers;
     RowMotion motion;
     RowGesture gesture;
@@ -132,11 +132,11 @@ struct TableView::Private {
     ScrollThumb* thumb;
 
     std::optional<IndexPath> selected;
-    std::optional<IndexPath> current;  // the row that the keyboard is on
+    std::optional<IndexPath> current;  // the keyboard's row
     bool showsCurrent = false;
     QPointer<TableViewCell> uncovered;
     bool needsReload = true;
-    bool settling = false;  // rows and cells do not agree just now: no layout
+    bool settling = false;  // rows and cells are inconsistent: layout is suppressed
     bool editing = false;
     bool allowsSelectionDuringEditing = false;
 };

@@ -7,7 +7,7 @@
 #include "platform/modules/Modules.h"
 
 QT_BEGIN_NAMESPACE
-// Exported for the web engine's sake and in no header of Qt's public ones; the engine declares them in the same way.
+// Exported by Qt for the web engine but declared in no public header; the engine declares them itself, too.
 Q_GUI_EXPORT QOpenGLContext* qt_gl_global_share_context();
 Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* context);
 QT_END_NAMESPACE
@@ -18,9 +18,8 @@ namespace {
 
 using MakeWebView = WebView* (*)(QWidget* parent);
 
-// The engine will not run without a context that everything shares. One that is made at the app's start, as the
-// engine's manual has it, costs every start 60 ms and 60 MB on X11. Our views are drawn without OpenGL, so the engine
-// is content with a context that was never created.
+// The engine requires a global share context. Creating it at start, as Qt's manual says, costs every start 60 ms and
+// 60 MB on X11. Pages are drawn in software here, so a QOpenGLContext object that is never created is sufficient.
 void provideShareContext() {
     if (!qt_gl_global_share_context()) {
         qt_gl_set_global_share_context(new QOpenGLContext(QCoreApplication::instance()));
