@@ -1,3 +1,5 @@
+#include "platform/ui/search/SearchBar.h"
+
 #include <QAbstractButton>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -6,7 +8,6 @@
 #include "platform/ui/drawing/Palette.h"
 #include "platform/ui/input/Focus.h"
 #include "platform/ui/motion/GlidingValue.h"
-#include "platform/ui/search/SearchDisplayController.h"
 
 namespace platform {
 

@@ -1,17 +1,13 @@
 #pragma once
 
 #include <QObject>
-#include <QWidget>
 #include <memory>
 #include <vector>
 
-class QAbstractButton;
-class QLineEdit;
+#include "platform/ui/search/SearchBar.h"
 
 namespace platform {
 
-class GlidingValue;
-class SearchBar;
 class TableView;
 class TableViewDataSource;
 class TableViewDelegate;
@@ -32,42 +28,6 @@ public:
     virtual bool shouldReloadTableForSearchScope(SearchDisplayController& controller, int scope);
     virtual void willShowSearchResultsTableView(SearchDisplayController& controller, TableView& table);
     virtual void willUnloadSearchResultsTableView(SearchDisplayController& controller, TableView& table);
-};
-
-// A search field with magnifying glass, clear button and, during a search, "Cancel". 38 points high.
-class SearchBar : public QWidget {
-    Q_OBJECT
-public:
-    explicit SearchBar(QWidget* parent = nullptr);
-    ~SearchBar() override;
-
-    QString text() const;
-    void setText(const QString& text);
-    int selectedScopeButtonIndex() const { return 0; }
-    QLineEdit* field() const { return field_; }
-
-    // Shows or hides "Cancel".
-    void setShowsCancelButton(bool shows, bool animated = false);
-
-Q_SIGNALS:
-    void textChanged(const QString& text);
-    void didBeginEditing();
-    void cancelClicked();
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-
-private:
-    QRect outline() const;
-    void place();
-
-    QLineEdit* field_;
-    QAbstractButton* clearButton_;
-    QAbstractButton* cancelButton_;
-    std::unique_ptr<GlidingValue> cancelShown_;  // 0 hidden, 1 shown
 };
 
 // Runs a search: while the bar has text, a second table with the rows of the results data source covers the contents'
