@@ -170,6 +170,7 @@ TEST(AppCellTest, PlacesNameLineAndIcon) {
     EXPECT_EQ(cell.titleLabel()->geometry(), QRect(55, 11, 27, 16));
     EXPECT_EQ(cell.underTextLabel()->geometry(), QRect(55, 26, 99, 15));
     EXPECT_EQ(textColour(cell.titleLabel()), QColor(98, 111, 111));
+    EXPECT_EQ(cell.accessibleName() + cell.accessibleDescription(), QStringLiteral("Mailorg.example.Mail"));
 
     cell.setUnderTextLabelText(QString());
     EXPECT_TRUE(cell.underTextLabel()->isVisible()) << "an empty line is a line";
@@ -194,6 +195,8 @@ TEST(AppCellTest, IconIsCentredToHalfAPoint) {
                 if (picture.pixelColor(x, y) == Qt::red) red += QRect(x, y, 1, 1);
         EXPECT_EQ(red, QRegion(place)) << scale;
     }
+    cell.appImageView()->setImageNamed(QStringLiteral("GlobalAllow"));
+    EXPECT_TRUE(cell.appImageView()->image().isNull()) << "a cell that is used again shows an app's icon";
 }
 
 // What is cut off at the label's edge was drawn there, in whatever font has the letters.
