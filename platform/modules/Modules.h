@@ -4,9 +4,9 @@
 
 namespace platform {
 
-// Where a module lies: a part of the app that no start pays for, a file of its own that is loaded or run when it is
-// first needed. It is looked for in QCoreApplication::libraryPaths(), which holds the program's own directory, and in
-// ../lib/vexmor from there. An empty text when it is not installed. Any thread.
+// The path of a module: a part of the app in a separate file that is loaded or executed on first use, at no cost for
+// the start. Search path: QCoreApplication::libraryPaths(), which includes the program's directory, then ../lib/vexmor
+// relative to it. Returns an empty string when the module is not installed. Any thread.
 QString findModule(const QString& fileName);
 
 }  // namespace platform

@@ -8,35 +8,34 @@
 
 namespace platform {
 
-// The applications installed on the device: identifier, display name, icon. An abstract class so that a device can
-// bring its own catalog; DesktopApplicationList reads the freedesktop one.
+// The installed applications: identifier, display name, icon. Abstract, so that a device can provide its own catalog;
+// DesktopApplicationList implements it for the freedesktop catalog.
 class ApplicationList : public QObject {
     Q_OBJECT
 public:
     using QObject::QObject;
 
-    // Identifier to display name of every listed application whose identifier satisfies the predicate; an empty
-    // predicate takes all. Looks at what is installed now. Main thread.
+    // Maps identifier to display name for every listed application that satisfies the predicate; an empty predicate
+    // selects all. Reflects the current installation. Main thread.
     virtual QHash<QString, QString> applicationsFilteredUsingPredicate(
         const std::function<bool(const QString& identifier)>& predicate) = 0;
 
-    // Whether iconOfSize() answers at once. Main thread.
+    // Whether iconOfSize() returns from the cache. Main thread.
     virtual bool hasCachedIconOfSize(int points, const QString& identifier) const = 0;
 
-    // Whether loading this icon was tried and failed. It is not worth asking for again until the catalog changes.
-    // Main thread.
+    // Whether loading this icon has failed. A retry is useful only after the catalog has changed. Main thread.
     virtual bool iconFailed(int points, const QString& identifier) const = 0;
 
-    // The icon as an image whose device pixel ratio is the screen's; loads it when it is not cached. A null image
-    // when there is none. Main thread.
+    // The icon, with the device pixel ratio of the screen; loaded if it is not cached. A null image when there is none.
+    // Main thread.
     virtual QImage iconOfSize(int points, const QString& identifier) = 0;
 
-    // Loads the icon into the cache and announces it by iconLoaded(). Any thread. Slow: reads and renders files.
+    // Loads the icon into the cache and emits iconLoaded(). Reads and renders files: slow. Any thread.
     virtual QImage copyIconOfSize(int points, const QString& identifier) = 0;
 
 Q_SIGNALS:
-    // An icon has been loaded and is cached now. Emitted on whatever thread loaded it: connect with a receiver that
-    // lives on the main thread, so that it arrives there.
+    // The icon is now in the cache. Emitted on the thread that loaded it: connect with a receiver on the main thread
+    // for queued delivery.
     void iconLoaded(const QString& identifier, int points);
 };
 

@@ -8,11 +8,11 @@
 
 namespace platform {
 
-// One connection of our own to a message bus; gone with this object. The ordinary way to connect says hello by itself
-// and waits for the answer without end; here the caller says it, before anything else. Main thread.
+// A private connection to a message bus, closed by the destructor. QDBusConnection::connectToBus() sends "Hello" and
+// waits for the reply without a timeout; here the caller sends it as the first message and does not wait. Main thread.
 class BusConnection {
 public:
-    // In the notation of D-Bus ("unix:path=..."). Where nobody listens, nothing that is sent arrives.
+    // `address` is a D-Bus address ("unix:path=..."). Without a listener, messages are dropped.
     explicit BusConnection(const QString& address);
     ~BusConnection();
     BusConnection(const BusConnection&) = delete;
@@ -20,15 +20,15 @@ public:
 
     bool isConnected() const { return connection_.isConnected(); }
 
-    // Nobody waits for what becomes of it. What a bus that has stalled does not take now goes on from a thread of its
-    // own, for as long as this object lives.
+    // Does not block. If the bus has stalled, QtDBus writes the rest from its own thread while this object exists.
     void send(const QDBusMessage& message);
 
-    // Calls `taken` from the event loop once the bus has taken all that was sent so far, or is gone; not after this
-    // object's end. It answers in order: its answer to one more question means that it has what came before.
+    // Calls `taken` from the event loop once the bus has received everything sent so far, or has closed the connection;
+    // not after this object's destruction. The bus processes messages in order, so the reply to one more call proves
+    // that it has the earlier ones.
     void whenTaken(std::function<void()> taken);
 
-    // Waits for that, so many milliseconds at most. Returns whether the bus has it all.
+    // Blocks until the bus has received everything, at most `patience` milliseconds. Returns false on timeout.
     bool waitUntilTaken(int patience);
 
     // A call to the bus itself ("Hello").
@@ -36,7 +36,7 @@ public:
 
 private:
     QString name_;
-    QObject questions_;  // whose children are those that the bus has not answered
+    QObject questions_;  // parent of the pending calls
     QDBusConnection connection_;
 };
 

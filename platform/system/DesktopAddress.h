@@ -4,11 +4,11 @@ class QUrl;
 
 namespace platform {
 
-// An address as the desktop's programs understand it. The phone writes "mailto://person@host"; what follows the scheme
-// of a mail address is the person elsewhere, and "//person" is nobody.
+// Converts an address to the form that desktop programs accept: the phone's "mailto://person@host" becomes
+// "mailto:person@host". Other addresses are returned unchanged.
 QUrl desktopAddress(const QUrl& address);
 
-// Hands an address to the desktop's program for it; where there is none, nothing happens.
+// Opens an address with the desktop's handler for its scheme; no effect without one.
 void openOnDesktop(const QUrl& address);
 
 }  // namespace platform

@@ -26,9 +26,9 @@ fs::path environmentPath(const char* variable, const fs::path& otherwise) {
 
 }  // namespace
 
-// Files are read without the lock: what was read is put in under it only if what it was made from still holds.
+// Files are read without the lock. A result is stored under the lock only if its source is still current.
 struct DesktopApplicationList::Private {
-    // What an icon is made from.
+    // The inputs of an icon; a cached icon is valid while they are unchanged.
     struct Source {
         std::shared_ptr<const DesktopEntry> entry;  // none: no such application
         std::shared_ptr<const IconTheme> theme;
@@ -40,12 +40,12 @@ struct DesktopApplicationList::Private {
         std::optional<FileStamp> stamp;
         QImage image;  // null: could not be loaded
     };
-    // A loaded icon's: put into the cache; another thread was first; made from what has changed meanwhile.
+    // Result of storing a loaded icon: stored; another thread stored it first; its source has changed meanwhile.
     enum class Outcome { kept, known, outdated };
     using IconKey = std::pair<QString, int>;  // identifier, points
 
     void beginReading();
-    void takeWhatWasRead();
+    void takeFirstCatalog();
     std::shared_ptr<const DesktopCatalog> refresh();
     Source readSource(const QString& identifier);
     void forgetStaleIcons();
@@ -61,14 +61,14 @@ struct DesktopApplicationList::Private {
     double scale = 1;
 
     std::once_flag firstUse{};
-    mutable std::mutex lock{};  // guards all below
+    mutable std::mutex lock{};  // guards the members below
     std::shared_ptr<const DesktopCatalog> catalog{};
     std::shared_ptr<const IconTheme> theme{};
     QHash<IconKey, Icon> icons{};
 
-    // The first reading of the catalog, which begins before anybody asks: an app that is starting has other things to
-    // do meanwhile. What changes until it is used is noticed like any later change. Last, so that it ends first.
-    std::shared_ptr<const DesktopCatalog> firstCatalog{};  // the reading thread's until it has ended
+    // The first reading of the catalog, started by the constructor to overlap with the start of the app. Changes made
+    // before its first use are detected like later ones. Last member: joined before the others are destroyed.
+    std::shared_ptr<const DesktopCatalog> firstCatalog{};  // written by the thread, read after its end
     std::jthread firstReading{};
 };
 
@@ -148,22 +148,21 @@ void DesktopApplicationList::Private::beginReading() {
         firstCatalog = std::make_shared<const DesktopCatalog>(readDesktopCatalog(dataDirectories, DesktopCatalog()));
     };
     try {
-        // Where the system likes: the processor beside has the fonts to read, this one is free as soon as the app waits
-        // for them.
+        // Not pinned to a processor: another one reads the fonts, and this one is idle while the app waits for them.
         firstReading = std::jthread(read);
-    } catch (const std::system_error&) {  // no more threads to be had
+    } catch (const std::system_error&) {  // the thread limit is reached
         read();
     }
 }
 
-void DesktopApplicationList::Private::takeWhatWasRead() {
+void DesktopApplicationList::Private::takeFirstCatalog() {
     if (firstReading.joinable()) firstReading.join();
     const std::lock_guard guard(lock);
     catalog = std::move(firstCatalog);
 }
 
 std::shared_ptr<const DesktopCatalog> DesktopApplicationList::Private::refresh() {
-    std::call_once(firstUse, [this] { takeWhatWasRead(); });
+    std::call_once(firstUse, [this] { takeFirstCatalog(); });
     std::unique_lock guard(lock);
     const auto knownCatalog = catalog;
     const auto knownTheme = theme;
@@ -180,8 +179,8 @@ std::shared_ptr<const DesktopCatalog> DesktopApplicationList::Private::refresh()
     return freshCatalog;
 }
 
-// Only this function takes icons out, and an icon is put in only where there is none: what was looked at without the
-// lock is still there when it is taken out.
+// Icons are removed only here and never overwritten, so an icon that was examined without the lock is still the same
+// when it is removed.
 void DesktopApplicationList::Private::forgetStaleIcons() {
     std::unique_lock guard(lock);
     const QHash<IconKey, Icon> knownIcons = icons;
@@ -200,9 +199,9 @@ DesktopApplicationList::Private::Source DesktopApplicationList::Private::source(
     return {catalog->value(identifier), theme};
 }
 
-// What the identifier's icon is made from now; reads what has not been read yet.
+// The current source of the identifier's icon. Reads the icon theme on first use.
 DesktopApplicationList::Private::Source DesktopApplicationList::Private::readSource(const QString& identifier) {
-    std::call_once(firstUse, [this] { takeWhatWasRead(); });
+    std::call_once(firstUse, [this] { takeFirstCatalog(); });
     std::unique_lock guard(lock);
     const bool needsTheme = !theme;
     guard.unlock();

@@ -15,21 +15,20 @@ namespace platform {
 // name, and those whose name or file name is not valid UTF-8. An earlier data directory hides the same identifier in a
 // later one.
 //
-// Every query looks at the disk and reads what has changed since the last one. That is also when icons are forgotten,
-// loaded or failed, whose entry, file or theme has changed.
+// Every query checks the disk and rereads what has changed since the previous one. It also drops cached icons, loaded
+// or failed, whose entry, file or theme has changed.
 //
 // "com.apple.WebSheet" always has an icon: the generic one.
 class DesktopApplicationList : public ApplicationList {
     Q_OBJECT
 public:
-    // `dataDirectories` in order of precedence. An absolute path that an entry names as its icon, and the desktop's
-    // settings, lie below `root`. Begins to read the entries on a thread of its own, so make it before anything that
-    // takes its time.
+    // `dataDirectories` in order of precedence. Absolute icon paths of entries and the desktop's settings are resolved
+    // below `root`. Starts reading the entries on a background thread; create it early.
     explicit DesktopApplicationList(std::vector<std::filesystem::path> dataDirectories,
                                     std::filesystem::path root = "/");
     ~DesktopApplicationList() override;
 
-    // The screen's device pixels per point, to be said before the first icon is asked for; otherwise 1.
+    // Sets the device pixel ratio of icons (default 1). Call before the first icon is requested.
     void setScale(double scale);
 
     // The data directories below a file system root. For "/" those of the environment (XDG Base Directory

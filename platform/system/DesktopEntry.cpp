@@ -19,10 +19,10 @@ namespace {
 
 constexpr std::string_view suffix = ".desktop";
 
-// Fills in what the file says.
+// Parses entry.file and sets the members that depend on its content.
 void readDesktopEntry(DesktopEntry& entry) {
     constexpr auto group = "Desktop Entry";
-    // Encoding is the parser's: it refuses a file that names another than UTF-8.
+    // Encoding is read by the parser itself, which rejects everything but UTF-8.
     constexpr std::array<std::string_view, 6> keysOfUse{"Name", "Icon", "Type", "Hidden", "NoDisplay", "Encoding"};
     const auto text = readRegularFileSeen(entry.file, entry.stamp.size, KeyFile::longestFile);
     if (!text) return;
@@ -34,8 +34,8 @@ void readDesktopEntry(DesktopEntry& entry) {
                    !keys->boolean(group, "Hidden") && !keys->boolean(group, "NoDisplay");
 }
 
-// Walks one `applications` folder, upper folders first. A folder reached twice (links can make circles) is walked once.
-// Entries that are not known yet are put into the catalog and into `unread`.
+// Traverses one `applications` folder breadth first. Folders are identified by device and inode and visited once, since
+// links may form cycles. Entries that are not known yet are added to the catalog and to `unread`.
 class FolderWalk {
 public:
     using Entries = std::vector<std::shared_ptr<DesktopEntry>>;
@@ -113,7 +113,7 @@ DesktopCatalog readDesktopCatalog(const std::vector<std::filesystem::path>& data
     FolderWalk::Entries unread;
     for (const std::filesystem::path& directory : dataDirectories)
         FolderWalk(catalog, known, unread).walk((directory / "applications").string());
-    constexpr std::size_t worthwhile = 32;  // entries: a millisecond of reading
+    constexpr std::size_t worthwhile = 32;  // entries per chunk, about 1 ms of reading
     store::inParts(unread.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
         for (std::size_t i = begin; i < end; ++i) readDesktopEntry(*unread[i]);
     });

@@ -10,20 +10,20 @@
 
 namespace platform {
 
-// One desktop file, read once.
+// A parsed desktop file.
 struct DesktopEntry {
     std::filesystem::path file;
-    FileStamp stamp;      // the file as it was when it was read
-    bool listed = false;  // an application to show; an unlisted entry still hides later ones of its identifier
+    FileStamp stamp;      // at the time of reading
+    bool listed = false;  // shown to the user; an unlisted entry still hides later entries of its identifier
     QString name;
-    QString icon;  // a themed icon's name or an absolute path, as the entry has it
+    QString icon;  // an icon theme name or an absolute path
 };
 
 // Desktop file id without ".desktop" to entry.
 using DesktopCatalog = QHash<QString, std::shared_ptr<const DesktopEntry>>;
 
-// Reads the `applications` folders of the data directories, earlier ones first. An entry that is in `known` and whose
-// file has not changed since is taken over, not read again. Any thread.
+// Reads the `applications` folders of the data directories, in order of precedence. Entries in `known` whose file has
+// not changed are reused. Any thread.
 DesktopCatalog readDesktopCatalog(const std::vector<std::filesystem::path>& dataDirectories,
                                   const DesktopCatalog& known);
 

@@ -25,7 +25,7 @@ QDBusMessage notify(const QString& summary, const QString& body) {
     const uint replacesNone = 0;
     const int expiresAsUsual = -1;
     call << QCoreApplication::applicationName() << replacesNone << desktopFile << summary
-         << body.toHtmlEscaped()  // bodies are markup
+         << body.toHtmlEscaped()  // a body is markup
          << QStringList() << QVariantMap{{QStringLiteral("desktop-entry"), desktopFile}} << expiresAsUsual;
     return call;
 }

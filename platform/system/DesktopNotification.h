@@ -7,16 +7,16 @@ namespace platform {
 
 class BusConnection;
 
-// A message that the desktop shows in its own way (Desktop Notifications Specification 1.2, on the session bus), under
-// the application's name and icon. Some desktops take a message back when its sender leaves the bus, so this object
-// lives as long as the message should. Main thread.
+// A desktop notification (Desktop Notifications Specification 1.2, session bus) with the application's name and icon.
+// Some desktops withdraw a notification when its sender leaves the bus, so this object must live as long as the message
+// should be shown. Main thread.
 class DesktopNotification {
 public:
     DesktopNotification();
     ~DesktopNotification();
 
-    // `body` is plain text. Returns at once: nobody waits for the bus or the desktop. Without a bus, or where the
-    // desktop shows no messages, nothing happens.
+    // `body` is plain text. Does not wait for the bus or the desktop. No effect without a bus or a notification
+    // service.
     void post(const QString& summary, const QString& body);
 
 private:

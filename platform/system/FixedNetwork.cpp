@@ -14,7 +14,8 @@ std::optional<std::uint32_t> FixedNetwork::flagsForAddress(const HostAddress& ad
 
 void FixedNetwork::resolveHostName(const QString&, QObject& receiver, Resolved resolved) {
     QList<HostAddress> addresses;
-    if (kind_ != Kind::none) addresses.append(HostAddress(QStringLiteral("192.0.2.1")));  // set aside for examples
+    if (kind_ != Kind::none)
+        addresses.append(HostAddress(QStringLiteral("192.0.2.1")));  // reserved for documentation (RFC 5737)
     QMetaObject::invokeMethod(
         &receiver, [resolved = std::move(resolved), addresses] { resolved(addresses); }, Qt::QueuedConnection);
 }

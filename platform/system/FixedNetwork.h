@@ -4,8 +4,8 @@
 
 namespace platform {
 
-// A network that is what it is said to be, whatever the machine has. Every host name has an address while there is a
-// network, and none without.
+// A simulated network, independent of the machine's. Every host name resolves while there is a network; none does
+// without.
 class FixedNetwork : public Network {
     Q_OBJECT
 public:

@@ -6,20 +6,20 @@
 
 namespace platform {
 
-// Begins to read the machine's font configuration and catalog, with the library that the toolkit reads them with when
-// the first text is measured: a good part of what starting a program with a window takes. The thread ends when they
-// are read; where there is none to be had, it is not joinable and nothing is read. Who asks the toolkit for a font
-// before that has them read twice, that is all.
+// Starts reading the font configuration and the font cache with fontconfig on a background thread. Qt would otherwise
+// read them when the first text is measured, which is a large part of the start of a program with a window. The thread
+// ends when they are read. If no thread can be created, the result is not joinable and nothing is read. A font request
+// before the end of the thread is correct but reads them a second time.
 [[nodiscard]] std::jthread readFontsAhead();
 
-// A font file's face, as the toolkit lists it.
+// A font face by the family and style names that Qt uses.
 struct FontFace {
     QString family;
     QString style;
 };
 
-// The installed face of this PostScript name ("Helvetica-Bold"): the one name of a face that foundries agree on,
-// however they sort their faces into families. Any thread.
+// The installed face with this PostScript name ("Helvetica-Bold"), the only name of a face that does not depend on how
+// its foundry groups faces into families. Any thread.
 std::optional<FontFace> fontFace(const QString& postScriptName);
 
 }  // namespace platform

@@ -8,13 +8,13 @@ struct sockaddr;
 
 namespace platform {
 
-// An IPv4 or IPv6 address, or none. (The toolkit's own would bring its network library to every start of the app.)
+// An IPv4 or IPv6 address, or null. QHostAddress would load QtNetwork at every start of the app.
 class HostAddress {
 public:
     HostAddress() = default;
-    // In the usual notation of either kind; none when it is not.
+    // Parses dotted IPv4 or IPv6 notation; null when the text is neither.
     explicit HostAddress(const QString& text);
-    // None when it is of another kind.
+    // Null for other address families.
     explicit HostAddress(const sockaddr& address);
     static HostAddress anyIPv4() { return HostAddress(QStringLiteral("0.0.0.0")); }
 
@@ -23,7 +23,7 @@ public:
     // 169.254.0.0/16 and fe80::/10.
     bool isLinkLocal() const;
 
-    // In the network's byte order; 4 or 16.
+    // The address in network byte order, and its length in bytes: 4 or 16.
     const void* bytes() const { return bytes_.data(); }
     std::uint16_t size() const { return size_; }
 

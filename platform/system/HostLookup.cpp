@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// A question to the C library, which has to stay where it is until it is answered.
+// A request to getaddrinfo_a(), which refers to these members until it calls answer().
 struct Lookup {
     QByteArray name;
     std::function<void(const QList<HostAddress>&)> found;
@@ -34,7 +34,7 @@ void answer(sigval value) {
 
 void lookUpHost(const QString& name, std::function<void(const QList<HostAddress>&)> found) {
     auto lookup = std::make_unique<Lookup>(Lookup{.name = name.toUtf8(), .found = std::move(found)});
-    lookup->hints.ai_socktype = SOCK_STREAM;  // otherwise each address comes once for each kind of socket
+    lookup->hints.ai_socktype = SOCK_STREAM;  // otherwise each address is returned once per socket type
     lookup->question.ar_name = lookup->name.constData();
     lookup->question.ar_request = &lookup->hints;
     gaicb* questions[] = {&lookup->question};

@@ -8,8 +8,9 @@
 
 namespace platform {
 
-// Looks a host name up as the system does (hosts file, name servers), in the background, and calls `found` once, on
-// another thread, with no address when there is none; when the system cannot even be asked, on this one, at once.
+// Resolves a host name with the system's resolver (hosts file, DNS) asynchronously. `found` is called exactly once, on
+// another thread, with an empty list on failure. If the request cannot be queued, it is called before the function
+// returns, on the calling thread.
 void lookUpHost(const QString& name, std::function<void(const QList<HostAddress>& addresses)> found);
 
 }  // namespace platform

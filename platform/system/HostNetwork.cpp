@@ -11,7 +11,7 @@
 
 namespace platform {
 
-// Where other threads leave what the main thread is to do, as long as there is somebody to do it.
+// Posts work from other threads to the main thread, until the owner closes it.
 class Mailbox {
 public:
     explicit Mailbox(QObject& owner) : owner_(&owner) {}
@@ -42,7 +42,7 @@ std::optional<std::uint32_t> HostNetwork::flagsForAddress(const HostAddress& add
     if (answer.kind == unknown) return {};
     if (answer.kind == noRoute) return 0;
     std::uint32_t flags = reachability::reachable;
-    // The link-local network is never reached through a default route, even where that has no gateway.
+    // A default route does not make link-local addresses direct, even without a gateway.
     const bool isOnLink = !address.isLinkLocal() || answer.route.prefixLength > 0;
     if (!answer.route.hasGateway && isOnLink) flags |= reachability::isDirect;
     if (isCellular(answer.route.device)) flags |= reachability::isWWAN;
@@ -50,7 +50,7 @@ std::optional<std::uint32_t> HostNetwork::flagsForAddress(const HostAddress& add
 }
 
 void HostNetwork::resolveHostName(const QString& name, QObject& receiver, Resolved resolved) {
-    // Only the main thread may look at a QPointer; the other one but hands it on.
+    // The QPointer is only passed through the resolver thread; it is read on the main thread.
     auto tell = [receiver = QPointer(&receiver), resolved = std::move(resolved)](const QList<HostAddress>& addresses) {
         if (receiver) resolved(addresses);
     };

@@ -9,9 +9,9 @@ namespace platform {
 class RouteMonitor;
 class Mailbox;
 
-// The network of the machine, as the kernel's routing tables have it: a route means reachable, a route without a
-// gateway direct, a cellular device the cellular network. A route over a link that is down leads nowhere. The internet
-// in general is a default route, IPv4 or else IPv6; where there are several, the preferred one.
+// The machine's network, read from the kernel's routing tables: a route means reachable, a route without a gateway
+// means direct, a cellular device means WWAN. Routes over links that are down do not count. The internet in general is
+// the default route of lowest metric, IPv4 before IPv6.
 class HostNetwork : public Network {
     Q_OBJECT
 public:
@@ -26,7 +26,7 @@ protected:
     void connectNotify(const QMetaMethod& signal) override;
 
 private:
-    std::unique_ptr<RouteMonitor> monitor_;  // once somebody has connected to changed()
+    std::unique_ptr<RouteMonitor> monitor_;  // created by the first connection to changed()
     std::shared_ptr<Mailbox> mailbox_;
 };
 

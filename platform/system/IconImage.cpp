@@ -32,7 +32,7 @@ QRectF centred(const QSizeF& size, const QRect& square) {
     return frame;
 }
 
-// One program for each thread that reads icons: those threads last as long as there are icons to read.
+// One rendering process per thread. An icon thread lasts as long as its queue has icons, so the process is reused.
 QImage renderVectors(const QByteArray& bytes, int points, double scale) {
     thread_local IconPainter painter;
     return painter.paint(bytes, pixelsOf(points, scale));
@@ -45,7 +45,7 @@ QImage renderPixels(QByteArray bytes, int points, double scale) {
     if (image.isNull()) return {};
     QImage icon = emptyIcon(points, scale);
     const QRect frame = centred(image.size(), icon.rect()).toRect();
-    // Scaled before it is painted: painting takes too few of the pixels of a large image into account.
+    // QImage::scaled() averages all pixels; drawing scaled would sample too few of a large image.
     QPainter(&icon).drawImage(frame.topLeft(), image.scaled(frame.size().expandedTo({1, 1}), Qt::IgnoreAspectRatio,
                                                             Qt::SmoothTransformation));
     return icon;

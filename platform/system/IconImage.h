@@ -5,11 +5,12 @@
 
 namespace platform {
 
-// The icon in a PNG or SVG file (or in any other format that the toolkit reads) as a square of so many points, whole
-// and centred, with the device pixel ratio `scale`. Null when the file is no regular file or no image. Any thread.
+// Reads an icon from an SVG file or any image format of Qt (PNG among them) into a square of `points`, centred with its
+// aspect ratio kept, with the device pixel ratio `scale`. Null when the file is not a regular file or not an image. Any
+// thread.
 QImage readIcon(const std::filesystem::path& file, int points, double scale);
 
-// The icon of something that has none. Any thread.
+// The placeholder icon. Any thread.
 QImage genericIcon(int points, double scale);
 
 }  // namespace platform

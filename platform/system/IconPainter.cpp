@@ -38,7 +38,7 @@ bool receiveAll(int connection, void* bytes, std::size_t length) {
     return true;
 }
 
-// What it says about pictures it dislikes goes nowhere. -1 when it cannot be run.
+// Starts the process with its standard error discarded. Returns -1 on failure.
 pid_t run(const QByteArray& file, int connection) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -78,7 +78,7 @@ void IconPainter::start() {
     if (program_ < 0) end();
 }
 
-// The program ends when its input does, if it has not already.
+// Closing the connection makes the process exit, if it has not already.
 void IconPainter::end() {
     if (connection_ >= 0) close(connection_);
     while (program_ > 0 && waitpid(program_, nullptr, 0) < 0 && errno == EINTR) {

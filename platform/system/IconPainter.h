@@ -7,8 +7,8 @@
 
 namespace platform {
 
-// Has SVG pictures drawn by the module for them, a program that starts with the first picture and ends with this
-// object. One thread at a time.
+// Renders SVG images in a separate process, the module vexmor-icons. It is started by the first image and terminated by
+// the destructor. Not thread-safe.
 class IconPainter {
 public:
     IconPainter() = default;
@@ -16,8 +16,8 @@ public:
     IconPainter(const IconPainter&) = delete;
     IconPainter& operator=(const IconPainter&) = delete;
 
-    // A square of `side` pixels, the picture whole and centred. Null when it is none, when drawing it takes more than a
-    // second of processor time or 256 MB, or when the module is not installed.
+    // Renders into a square of `side` pixels, centred with the aspect ratio kept. Null when the data is not SVG, when
+    // rendering exceeds 1 s of processor time or 256 MB, or when the module is not installed. Blocks.
     QImage paint(const QByteArray& svg, int side);
 
 private:

@@ -4,9 +4,9 @@
 
 namespace platform {
 
-// What is sent to the program that draws SVG icons (platform/icons), followed by the bytes of the file, which may be
-// compressed. It answers with side * side pixels, premultiplied ARGB32, and waits for the next request. It ends instead
-// of answering when the bytes are no picture or when drawing them takes more time or memory than an icon may.
+// The request header of the process that renders SVG icons (platform/icons), followed by the bytes of the file, which
+// may be gzip-compressed. The reply is side * side pixels of premultiplied ARGB32. If the data is not SVG, or exceeds
+// the limits of time or memory, the process exits without a reply.
 struct IconRequest {
     std::uint32_t side;    // pixels
     std::uint32_t length;  // bytes

@@ -16,7 +16,7 @@ constexpr QStringView hicolor = u"hicolor";
 constexpr auto themeGroup = "Icon Theme";
 constexpr const char* extensions[] = {".svg", ".png", ".xpm"};
 
-// Entries often name an icon with its extension although they should not.
+// Desktop entries often contain the extension, contrary to the specification.
 QString withoutExtension(const QString& name) {
     for (const char* extension : extensions) {
         const QLatin1String end(extension);
@@ -58,7 +58,7 @@ QString IconTheme::preferredTheme(const fs::path& root) {
 void IconTheme::addTheme(const QString& theme, QStringList& visited) {
     if (theme.isEmpty() || theme.contains(u'/') || visited.contains(theme)) return;
     visited.append(theme);
-    std::vector<fs::path> tops;  // the theme may be spread over several data directories
+    std::vector<fs::path> tops;  // a theme may be spread over several data directories
     std::optional<KeyFile> index;
     for (const fs::path& directory : dataDirectories_) {
         const fs::path top = directory / "icons" / toPath(theme);
@@ -101,7 +101,7 @@ void IconTheme::addIndexedFolders(const KeyFile& index, const std::vector<fs::pa
     }
 }
 
-// Applications bring icons for hicolor, but its index comes from elsewhere and may not be there.
+// Default folders of hicolor: applications install icons there even where the package with its index is missing.
 void IconTheme::addUsualFolders(const std::vector<fs::path>& tops) {
     addFolder(QStringLiteral("scalable/apps"), {.path = {}, .smallest = 1, .largest = 512, .scale = 1}, tops);
     for (const int size : {16, 22, 24, 32, 36, 48, 64, 72, 96, 128, 192, 256, 512}) {
@@ -114,7 +114,7 @@ void IconTheme::addUsualFolders(const std::vector<fs::path>& tops) {
 void IconTheme::addFolder(const QString& name, Folder folder, const std::vector<fs::path>& tops) {
     for (const fs::path& top : tops) {
         folder.path = top / toPath(name);
-        // A folder that is made later changes the nearest one above it.
+        // Creating a missing folder changes the time stamp of its nearest existing ancestor.
         for (fs::path path = folder.path; path != top && path.has_relative_path(); path = path.parent_path())
             if (stampOf(path)) watch(path);
         if (watched_.contains(folder.path)) themes_.back().push_back(folder);

@@ -13,31 +13,31 @@ namespace platform {
 
 class KeyFile;
 
-// Finds icon files by name: in the given themes and those they inherit, then in hicolor, then beside the themes and in
-// `pixmaps`. Which folders exist is looked up once, when the object is made. Immutable: any thread.
+// Looks up icon files by name: in the given themes and the themes they inherit, then in hicolor, then in the unthemed
+// `icons` and `pixmaps` folders. Existing folders are listed once, by the constructor. Immutable: any thread.
 class IconTheme {
 public:
     IconTheme(std::vector<std::filesystem::path> dataDirectories, const QStringList& themes);
 
-    // The theme that the desktop's settings below `root` name; empty when they name none.
+    // The theme set in the desktop's settings below `root`; empty when none is set.
     static QString preferredTheme(const std::filesystem::path& root);
 
-    // The file that fits best for so many points at so many device pixels per point. `name` may carry an image file's
-    // extension. Empty when there is no such icon.
+    // The best match for a size in points at a device pixel ratio. `name` may have an image file extension. Empty when
+    // there is no such icon.
     std::filesystem::path find(const QString& name, int points, double scale) const;
 
-    // Whether folders of the themes have changed since this object was made: another one may find other files.
+    // Whether folders of the themes have changed since construction; a new object may then find other files.
     bool hasChangedOnDisk() const;
 
 private:
-    // One folder of a theme that exists, with the points and the scale that its icons are meant for.
+    // An existing folder of a theme, with the size range in points and the scale of its icons.
     struct Folder {
         std::filesystem::path path;
         int smallest = 0;
         int largest = 0;
         int scale = 1;
 
-        // How badly the folder's icons fit: an exact fit comes before all others.
+        // Distance in pixels from the folder's size range; -1 for an exact match.
         double misfit(int points, double screenScale) const;
     };
 

@@ -17,7 +17,7 @@ QString takeString(gchar* text) {
     return string;
 }
 
-// The languages of the process's locale, the preferred one first.
+// The languages of the process's locale, in order of preference.
 std::span<const char* const> languages() {
     const gchar* const* names = g_get_language_names();
     return {names, g_strv_length(const_cast<gchar**>(names))};
@@ -29,7 +29,7 @@ bool isTranslationIntoOneOf(std::span<const char* const> languages, std::string_
     });
 }
 
-// What is no line of a key stays, so that a file with a line that is nothing at all is refused.
+// Lines that are neither group nor key are kept, so that the parser rejects an invalid file.
 bool isOfUse(std::string_view line, std::span<const std::string_view> keys, std::span<const char* const> languages) {
     const auto skipBlanks = [](std::string_view text) {
         return text.substr(std::min(text.find_first_not_of(" \t\n\f\r"), text.size()));  // the parser's white space
@@ -45,8 +45,8 @@ bool isOfUse(std::string_view line, std::span<const std::string_view> keys, std:
     return text.find('=') == text.npos;
 }
 
-// Most of a desktop entry is translations, and most of the rest nobody asks for: not parsing them makes reading it
-// several times as fast.
+// Drops unused keys and translations, which are most of a desktop entry, before the parser sees them: several times as
+// fast.
 std::string onlyLinesOfUse(std::string_view bytes, std::span<const std::string_view> keys) {
     const std::span<const char* const> wanted = languages();
     std::string kept;
@@ -80,7 +80,7 @@ std::optional<KeyFile> KeyFile::parse(std::string_view text, std::span<const std
     return keyFile;
 }
 
-// Asked before a key is: for one that is not there a message is made up, in the user's language, that nobody reads.
+// Checked before each access: for a missing key glib would format a translated error message.
 bool KeyFile::has(const char* group, const char* key) const {
     return g_key_file_has_key(file_.get(), group, key, nullptr);
 }
@@ -93,7 +93,7 @@ QString KeyFile::string(const char* group, const char* key) const {
 QString KeyFile::localizedString(const char* group, const char* key) const {
     for (const char* language : languages()) {
         QString translation = string(group, (std::string(key) + '[' + language + ']').c_str());
-        if (!translation.isNull()) return translation;  // null where it is not there, or no UTF-8
+        if (!translation.isNull()) return translation;  // null: missing or invalid UTF-8
     }
     return string(group, key);
 }

@@ -12,17 +12,17 @@ struct _GKeyFile;  // NOLINT(bugprone-reserved-identifier): the library's own na
 
 namespace platform {
 
-// A file of groups and keys as the desktop specifications share it: desktop entries, icon themes, settings.
+// A file of groups and keys in the common format of the desktop specifications: desktop entries, icon themes, settings.
 class KeyFile {
 public:
     static constexpr qint64 longestFile = 1 << 20;  // bytes
 
     // Nothing when the file cannot be read, is no regular file, is longer than longestFile or does not parse.
     static std::optional<KeyFile> read(const std::filesystem::path& path);
-    // Nothing when the text does not parse. Where `keys` are named, it reads as if it had no others.
+    // Nothing when the text does not parse. If `keys` is not empty, all other keys are skipped unparsed.
     static std::optional<KeyFile> parse(std::string_view text, std::span<const std::string_view> keys = {});
 
-    // A missing key, or one whose value is not valid UTF-8 or of the wrong kind, reads as empty, false or `otherwise`.
+    // Missing keys, invalid UTF-8 and values of the wrong type read as empty, false or `otherwise`.
     QString string(const char* group, const char* key) const;
     QString localizedString(const char* group, const char* key) const;  // in the language of the process's locale
     QStringList commaSeparatedList(const char* group, const char* key) const;

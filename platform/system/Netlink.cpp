@@ -31,7 +31,7 @@ int askNetlink(nlmsghdr& request, const std::function<void(const nlmsghdr&)>& re
     const NetlinkSocket socket = openNetlink(0);
     if (!socket || mnl_socket_sendto(socket.get(), &request, request.nlmsg_len) < 0) return errno;
     const unsigned port = mnl_socket_get_portid(socket.get());
-    std::array<char, 32 * 1024> buffer;  // the kernel's largest part of a dump
+    std::array<char, 32 * 1024> buffer;  // the kernel's largest message of a dump
     int outcome = MNL_CB_OK;
     while (outcome > MNL_CB_STOP) {
         const ssize_t length = mnl_socket_recvfrom(socket.get(), buffer.data(), buffer.size());

@@ -10,16 +10,16 @@ struct nlmsghdr;
 
 namespace platform {
 
-// A socket of the kernel's routing service; closed with its owner.
+// An rtnetlink socket, closed by its owner.
 struct CloseNetlink {
     void operator()(mnl_socket* socket) const;
 };
 using NetlinkSocket = std::unique_ptr<mnl_socket, CloseNetlink>;
 
-// Joins the multicast groups, a mask; none for asking only. Null when there is no such service.
+// Opens a socket and joins the multicast groups of the bit mask (0 for requests only). Null on failure.
 NetlinkSocket openNetlink(unsigned groups);
 
-// Sends the request and hands every answer to `receive`. Zero, or the error number that the kernel or the socket gave.
+// Sends the request and passes every message of the reply to `receive`. Blocks. Returns 0 or an errno value.
 int askNetlink(nlmsghdr& request, const std::function<void(const nlmsghdr&)>& receive);
 
 }  // namespace platform

@@ -21,7 +21,7 @@ std::optional<QByteArray> readUpTo(int file, qint64 size) {
         const ssize_t count = ::read(file, bytes.data() + length, bytes.size() - length);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) return {};
-        if (count == 0) break;  // has been shortened meanwhile
+        if (count == 0) break;  // the file has been truncated meanwhile
         length += count;
     }
     bytes.truncate(length);
@@ -51,7 +51,7 @@ bool isRegularFile(const std::filesystem::path& path) {
 }
 
 std::optional<QByteArray> readRegularFile(const std::filesystem::path& path, qint64 limit) {
-    if (!isRegularFile(path)) return {};  // opening a device can have effects
+    if (!isRegularFile(path)) return {};  // opening a device may have side effects
     const int file = ::open(path.c_str(), openFlags);
     if (file < 0) return {};
     std::optional<QByteArray> bytes;

@@ -20,10 +20,9 @@ RouteMonitor::RouteMonitor(std::function<void()> changed)
 
 RouteMonitor::~RouteMonitor() = default;
 
-// What has changed is not looked at: whoever wants to know asks anew. That too many changes came at once to be kept
-// is a change as well.
+// The messages are not parsed: clients query the routes anew. ENOBUFS, a lost batch of messages, counts as a change.
 void RouteMonitor::readChanges() {
-    std::array<char, 16> start;  // the rest of a message is dropped
+    std::array<char, 16> start;  // the rest of a message is discarded
     bool hasChanged = false;
     for (;;) {
         const ssize_t length = ::recv(mnl_socket_get_fd(socket_.get()), start.data(), start.size(), MSG_DONTWAIT);

@@ -9,11 +9,11 @@ class QSocketNotifier;
 
 namespace platform {
 
-// Tells when routes or links of the machine change, until it is destroyed. Needs an event loop; on a machine that
-// does not let itself be watched it is not running and never tells.
+// Reports changes of the machine's routes and links, until it is destroyed. Needs an event loop. If rtnetlink cannot be
+// monitored, isRunning() is false and `changed` is never called.
 class RouteMonitor {
 public:
-    // `changed` is called once for changes that come together; it must not destroy this object.
+    // `changed` is called once per batch of changes. It must not destroy this object.
     explicit RouteMonitor(std::function<void()> changed);
     ~RouteMonitor();
 
@@ -24,7 +24,7 @@ private:
 
     std::function<void()> changed_;
     NetlinkSocket socket_;
-    std::unique_ptr<QSocketNotifier> notifier_;  // goes before the socket that it watches
+    std::unique_ptr<QSocketNotifier> notifier_;  // destroyed before the socket that it watches
 };
 
 }  // namespace platform

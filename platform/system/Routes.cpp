@@ -21,7 +21,7 @@ namespace {
 
 constexpr unsigned deadHop = RTNH_F_DEAD | RTNH_F_LINKDOWN;
 
-// A request being put together.
+// Builds a netlink request.
 class Request {
 public:
     Request(std::uint16_t type, std::uint16_t flags) : header_(mnl_nlmsg_put_header(buffer_.data())) {
@@ -53,7 +53,7 @@ std::uint32_t number(const nlattr* attribute, std::uint32_t otherwise) {
     return attribute ? mnl_attr_get_u32(attribute) : otherwise;
 }
 
-// The first next hop of several whose link is up; false when there is none.
+// Takes the first next hop whose link is up; false when there is none.
 bool takeWorkingHop(const nlattr& hops, Route& route) {
     const auto* hop = static_cast<const rtnexthop*>(mnl_attr_get_payload(&hops));
     int length = mnl_attr_get_payload_len(&hops);
@@ -70,10 +70,10 @@ bool takeWorkingHop(const nlattr& hops, Route& route) {
 
 struct RankedRoute {
     Route route;
-    std::uint64_t rank = 0;  // the smaller, the more it is preferred
+    std::uint64_t rank = 0;  // lower is preferred: IPv4 before IPv6, then the metric
 };
 
-// Nothing for a route that leads nowhere.
+// Nothing for routes that reject packets and for routes over links that are down.
 std::optional<RankedRoute> readRoute(const nlmsghdr& message) {
     if (message.nlmsg_type != RTM_NEWROUTE) return {};
     const auto& header = *static_cast<const rtmsg*>(mnl_nlmsg_get_payload(&message));
@@ -94,19 +94,19 @@ std::optional<RankedRoute> readRoute(const nlmsghdr& message) {
     return ranked;
 }
 
-// What the kernel says when nothing leads to an address, or something that forbids the way.
+// Whether the kernel's error means that there is no route, or that a route rejects packets.
 bool meansNoRoute(int error) {
     constexpr std::array errors = {ENETUNREACH, EHOSTUNREACH, EACCES, EINVAL, ENETDOWN};
     return std::find(errors.begin(), errors.end(), error) != errors.end();
 }
 
-// Asks and keeps the preferred one of the routes that `accepts`.
+// The accepted route of lowest rank.
 template <typename Accepts>
 RouteAnswer ask(Request& request, Accepts accepts) {
     using enum RouteAnswer::Kind;
     std::optional<RankedRoute> best;
     int error = EINTR;
-    for (int tries = 0; error == EINTR && tries < 3; ++tries) {  // routes changed while they were listed
+    for (int tries = 0; error == EINTR && tries < 3; ++tries) {  // EINTR: the table changed during the dump
         best.reset();
         error = askNetlink(request.header(), [&](const nlmsghdr& message) {
             const auto found = readRoute(message);
@@ -120,10 +120,10 @@ RouteAnswer ask(Request& request, Accepts accepts) {
 }  // namespace
 
 RouteAnswer routeTo(const HostAddress& address) {
-    // Answered by one message, without a last one that says so; hence the wish for an acknowledgement.
+    // The reply is a single message without NLMSG_DONE; the acknowledgement marks its end.
     Request request(RTM_GETROUTE, NLM_F_ACK);
     auto& header = request.add<rtmsg>();
-    header.rtm_flags = RTM_F_FIB_MATCH;  // the entry itself, not only where it leads
+    header.rtm_flags = RTM_F_FIB_MATCH;  // return the table entry, not only the resolved path
     header.rtm_family = address.isIPv4() ? AF_INET : AF_INET6;
     header.rtm_dst_len = static_cast<unsigned char>(address.size() * 8);
     mnl_attr_put(&request.header(), RTA_DST, address.size(), address.bytes());

@@ -4,9 +4,9 @@
 
 namespace platform {
 
-// One entry of the kernel's routing tables.
+// An entry of the kernel's routing tables.
 struct Route {
-    int device = 0;  // interface index of the (first working) next hop
+    int device = 0;  // interface index of the next hop (of several: the first whose link is up)
     bool hasGateway = false;
     int prefixLength = 0;  // of the destination; 0 for a default route
 };
@@ -16,10 +16,10 @@ struct RouteAnswer {
     Route route{};  // of the last kind
 };
 
-// The route that packets to the address take now. The kernel answers at once. Any thread.
+// The route that packets to the address take now. One request to the kernel, answered immediately. Any thread.
 RouteAnswer routeTo(const HostAddress& address);
 
-// The preferred default route: of IPv4, or of IPv6 when that has none.
+// The default route of lowest metric: of IPv4, or of IPv6 when IPv4 has none.
 RouteAnswer defaultRoute();
 
 // Whether a network device belongs to the cellular network, by its type or name.

@@ -6,8 +6,7 @@ namespace platform {
 
 namespace {
 
-// How many milliseconds a bus that does not answer may hold up the app, and how many its end. One that works answers
-// within one.
+// Milliseconds that an unresponsive bus may block a post, and the end of the app. A working bus replies within 1 ms.
 constexpr int patience = 250;
 constexpr int lastPatience = 2000;
 
@@ -25,8 +24,8 @@ QDBusMessage signalOf(std::string_view name) {
 
 }  // namespace
 
-// Qt's part of D-Bus begins when it is first asked for a connection, here for one that there is not: so it ends later
-// in exit() than who posts from there.
+// QtDBus creates its globals on the first lookup of a connection. Done here, so that exit() destroys them after the
+// atexit() handlers that post.
 SystemNotifyCenter::SystemNotifyCenter() {
     const QDBusConnection none(QStringLiteral("none"));
 }
@@ -40,7 +39,7 @@ void SystemNotifyCenter::post(std::string_view name) {
         bus_->send(BusConnection::callToBus(QStringLiteral("Hello")));
     }
     bus_->send(signalOf(name));
-    // Who has waited for this bus once does not wait again.
+    // A bus that has stalled is waited for only once.
     if (!bus_->isConnected() || (!hasStalled && bus_->waitUntilTaken(patience))) return bus_.reset();
     bus_->whenTaken([this, posts = ++posts_] {
         if (posts == posts_) bus_.reset();

@@ -32,7 +32,7 @@ bool isMemberInDatabase(const passwd& user, gid_t group) {
     return holds(groups, group);
 }
 
-// What becoming a member of the folder's group would help.
+// Whether membership in the folder's group would grant access.
 WriteAccess accessByMembership(const std::filesystem::path& folder) {
     constexpr mode_t groupMayWrite = S_IWGRP | S_IXGRP;
     struct stat status {};

@@ -5,22 +5,22 @@
 
 namespace platform {
 
-// Whether this process may write to a folder, and what helps if it may not.
+// Whether this process may write to a folder, and the remedy if it may not.
 struct WriteAccess {
     enum class Kind {
         granted,
-        missing,        // there is no such folder
-        readOnly,       // nobody may write to its file system
-        fromNextLogin,  // `user` is a member of `group`, which may, but was not yet when this login began
-        forMembers,     // members of `group` may, and `user` is none
-        refused,        // no membership helps
+        missing,        // the folder does not exist
+        readOnly,       // its file system is read-only
+        fromNextLogin,  // `user` has become a member of `group`, which may write, since this login began
+        forMembers,     // members of `group` may write; `user` is not one
+        refused,        // no group membership would grant it
     } kind = Kind::refused;
-    QString user;   // by name; of the two kinds that speak of them only
-    QString group;  // the folder's own
+    QString user;   // user name; set for fromNextLogin and forMembers only
+    QString group;  // the folder's group; likewise
 };
 
-// Asks the system what it would answer to an attempt, with the rights in effect, access control lists included. The
-// databases of users and groups, which may lie on a network, are asked only when it would say no. Main thread.
+// Checks with faccessat() and the effective rights, access control lists included. The user and group databases, which
+// may be remote, are queried only when access is denied. Main thread.
 WriteAccess writeAccessTo(const std::filesystem::path& folder);
 
 }  // namespace platform
