@@ -1,7 +1,7 @@
-// Draws SVG icons with librsvg, the library that desktop icons are drawn for, for a reader on the other end of standard
-// input and output (platform/system/IconRequest.h). A process of its own, because a few hundred bytes of SVG are enough
-// to make the library abort, run for minutes or ask for gigabytes: here that ends the drawing of one icon and nothing
-// else. Without a base address the library opens no file and no address that a picture names.
+// Renders SVG icons with librsvg, the reference renderer of desktop icons. Protocol on standard input and output:
+// platform/system/IconRequest.h. A separate process, because a few hundred bytes of SVG can make the library abort, run
+// for minutes or allocate gigabytes: here that fails a single icon. No base URI is set, so that the library loads no
+// file and no URL that an image refers to.
 #include <librsvg/rsvg.h>
 #include <sys/resource.h>
 #include <sys/time.h>
@@ -28,14 +28,14 @@ void limitMemory() {
     setrlimit(RLIMIT_CORE, &core);
 }
 
-// Begins to count anew; when the time is over, the signal ends the process.
+// Restarts the timer. When it expires, SIGPROF terminates the process.
 void limitTime() {
     const itimerval time{{0, 0}, {longestDrawing, 0}};
     setitimer(ITIMER_PROF, &time, nullptr);
 }
 
-// Whole and centred in a square, also where the picture says that it may be stretched. It begins at a whole pixel, so
-// that edges drawn on pixels stay on them.
+// The frame of the image in a square: centred, aspect ratio kept even if the image permits otherwise. Its origin is a
+// whole pixel, so that edges on the pixel grid stay sharp.
 RsvgRectangle frameIn(RsvgHandle* picture, double side) {
     double width = 0, height = 0;
     if (!rsvg_handle_get_intrinsic_size_in_pixels(picture, &width, &height)) {
@@ -51,7 +51,7 @@ RsvgRectangle frameIn(RsvgHandle* picture, double side) {
     return {std::floor((side - width) / 2), std::floor((side - height) / 2), width, height};
 }
 
-// Into premultiplied ARGB32, which is transparent so far.
+// Renders into `pixels`: premultiplied ARGB32, initially transparent.
 bool draw(const std::vector<guint8>& svg, std::vector<guint32>& pixels, int side) {
     const Owned<RsvgHandle> picture(rsvg_handle_new_from_data(svg.data(), svg.size(), nullptr),
                                     [](RsvgHandle* handle) { g_object_unref(handle); });

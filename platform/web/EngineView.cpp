@@ -16,8 +16,8 @@ namespace platform {
 
 namespace {
 
-// Remembers the link that the person tapped last, in a world of its own that the page's scripts cannot reach. Listens
-// before any of them can, and only to what a finger, a key or a screen reader did.
+// Records the last link that the user tapped, in an isolated script world that the page's scripts cannot access. It is
+// registered before they run and accepts trusted events only (mouse, key, screen reader).
 constexpr auto watchTaps = R"(
     let tappedLink = '';
     addEventListener('click', event => {
@@ -35,7 +35,7 @@ QWebEngineScript tapWatcher() {
     return script;
 }
 
-// Whether the address is one of a page, as against one that the system has a program for.
+// Whether the scheme is one that the engine displays itself.
 bool isPage(const QUrl& address) {
     constexpr std::array schemes{u"http", u"https", u"about", u"data", u"blob"};
     return std::any_of(schemes.begin(), schemes.end(),
@@ -55,7 +55,7 @@ bool EnginePage::acceptNavigationRequest(const QUrl& address, NavigationType, bo
     return false;
 }
 
-// The engine's word for what a page asks, "link clicked", is true of a script as well.
+// The engine reports "link clicked" for navigation by scripts, too; hence the check against the recorded tap.
 void EnginePage::openIfTapped(const QUrl& address) {
     const auto open = [this, address](const QVariant& tapped) {
         if (QUrl::fromEncoded(tapped.toByteArray()) == address && delegate) delegate->openURL(address);
@@ -66,7 +66,7 @@ void EnginePage::openIfTapped(const QUrl& address) {
 EngineView::EngineView(QWidget* parent) : WebView(parent), view_(new QWebEngineView(&page_, this)) {
     setFocusProxy(view_);
     view_->setContextMenuPolicy(Qt::NoContextMenu);
-    view_->setAcceptDrops(false);  // a file that is dropped would be a page that nobody linked to
+    view_->setAcceptDrops(false);  // dropped files must not be opened as pages
     page_.settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
     page_.settings()->setAttribute(QWebEngineSettings::AutoLoadIconsForPage, false);
     profile_.setHttpCacheType(QWebEngineProfile::NoCache);
@@ -100,8 +100,8 @@ void EngineView::resizeEvent(QResizeEvent*) {
     view_->setGeometry(rect());
 }
 
-// Of the keys that a page has no use for, the engine keeps Escape to itself. The widget that has the keyboard is a
-// child of the view, and a new one for every process that the engine draws pages in.
+// The engine swallows Escape; other unused keys propagate. The focus widget is a child of the view and is replaced with
+// every new renderer process, so every added child is filtered.
 bool EngineView::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ChildAdded) {
         static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
@@ -120,15 +120,15 @@ void EngineView::tellFinish() {
     if (page_.delegate) page_.delegate->webViewDidFinishLoad();
 }
 
-// The engine reports a load even for a link that it then hands on or that was refused; the page stays, so nothing was
-// loaded.
+// The engine also reports loads of links that are passed to the system or rejected; these leave the page unchanged and
+// are ignored.
 void EngineView::loadingChanged(const QWebEngineLoadingInfo& loading) {
     if (!isPage(loading.url())) return;
     if (loading.status() == QWebEngineLoadingInfo::LoadStartedStatus) tellStart();
     if (loading.status() == QWebEngineLoadingInfo::LoadSucceededStatus) tellFinish();
 }
 
-// A step within the page is one in its history as well, without a load.
+// Navigation to a fragment adds a history entry without a load; the delegate is informed as for a load.
 void EngineView::urlChanged() {
     if (page_.isLoading()) return;
     tellStart();

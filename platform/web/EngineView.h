@@ -10,8 +10,8 @@ class QWebEngineView;
 
 namespace platform {
 
-// A page that asks the view's delegate before it goes anywhere. What it shows comes unencrypted and may be anybody's:
-// no address leaves the app but that of a mail, and that only by a tap of the person on its link in the main frame.
+// A page whose navigation is filtered by the view's delegate. Pages are loaded unencrypted and thus untrusted: the only
+// addresses passed to the system are those of mailto links, and only after a tap of the user in the main frame.
 class EnginePage : public QWebEnginePage {
     Q_OBJECT
 public:
@@ -49,7 +49,7 @@ private:
     void urlChanged();
     void openHere(const QWebEngineNewWindowRequest& request);
 
-    QWebEngineProfile profile_;  // of no name: it keeps nothing on the disk
+    QWebEngineProfile profile_;  // off the record: an unnamed profile stores nothing on disk
     EnginePage page_{&profile_};
     QWebEngineView* view_;
 };

@@ -10,8 +10,8 @@
 
 namespace {
 
-// Root cannot have the engine's sandbox, and without it the engine ends the whole program as it starts, unless whoever
-// started the program has given the sandbox up.
+// The engine's sandbox is not available to root. Unless it is disabled explicitly, the engine then terminates the whole
+// process at its start.
 bool canStart() {
     if (geteuid() != 0 || qEnvironmentVariableIntValue("QTWEBENGINE_DISABLE_SANDBOX") == 1) return true;
     constexpr auto option = "--no-sandbox";
@@ -19,15 +19,15 @@ bool canStart() {
            QCoreApplication::arguments().contains(QLatin1String(option));
 }
 
-// Left to itself the engine keeps its pages from screen readers. It asks for its options once, as it starts.
+// The engine exposes pages to screen readers only with this option, which it reads once, at its start.
 void letAssistanceIn() {
     if (!QAccessible::isActive()) return;
     constexpr auto options = "QTWEBENGINE_CHROMIUM_FLAGS";
     qputenv(options, qgetenv(options) + " --force-renderer-accessibility");
 }
 
-// Pages of text need no graphics card: drawn in software they look the same on every machine, and the window keeps its
-// surface when the first page is shown in it. The engine reports at length, and as a warning, that it found no card.
+// Software rendering: sufficient for text, identical on every machine, and the window keeps its surface type when the
+// first page is shown. The engine's warnings about missing GPU support are filtered during its start.
 platform::EngineView* makeFirstView(QWidget* parent) {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext=false\ndefault.warning=false"));
@@ -39,7 +39,7 @@ platform::EngineView* makeFirstView(QWidget* parent) {
 
 }  // namespace
 
-// The module's only door, found by its name; see makeWebView().
+// The module's only exported symbol, resolved by makeWebView().
 extern "C" Q_DECL_EXPORT platform::WebView* vexmorMakeWebView(QWidget* parent) {
     static bool isPrepared = false;
     if (!isPrepared && !canStart()) return nullptr;
