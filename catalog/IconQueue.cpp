@@ -17,7 +17,7 @@ struct IconQueue::Shared {
     void loadIconsFromBackground();
 
     platform::ApplicationList& list;
-    std::mutex lock{};  // guards the two below; held for queue operations only, never across a catalog call
+    std::mutex lock{};  // guards the members below; never held during a catalog call
     std::deque<QString> iconsToLoad{};
     bool loading = false;
 };
@@ -45,9 +45,8 @@ void IconQueue::request(const QString& identifier) {
 void IconQueue::startThread() {
     try {
         threads_.start([shared = shared_] { shared->loadIconsFromBackground(); });
-    } catch (const std::system_error&) {  // no more threads to be had: the rows keep their placeholders
+    } catch (const std::system_error&) {  // the thread limit is reached: the rows keep their placeholders
         shared_->drop();
-        shared_->loading = false;
     }
 }
 
@@ -56,13 +55,15 @@ bool IconQueue::isLoading() const {
     return shared_->loading;
 }
 
+// A running thread, if any, ends after its current icon.
 void IconQueue::Shared::drop() {
     const std::lock_guard guard(lock);
     iconsToLoad.clear();
+    loading = false;
 }
 
-// That the queue is empty and that loading ends is one step under the lock: a request made meanwhile is either seen
-// here or starts a new thread.
+// The test for an empty queue and the reset of `loading` are one critical section: a concurrent request is either
+// processed here or schedules a new thread.
 void IconQueue::Shared::loadIconsFromBackground() {
     std::unique_lock guard(lock);
     while (!iconsToLoad.empty()) {

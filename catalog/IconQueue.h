@@ -12,12 +12,10 @@ namespace catalog {
 
 class IconThreads;
 
-// One screen's queue of icons to load. The newest request is loaded first, so that the rows a person looks at fill in
-// before those scrolled past. The queue exists while there is something to load and with it one thread; the thread
-// ends when the queue is empty. It starts when the main thread has nothing else to do: rows that have just come to be
-// are painted first, and what paints them does not share the machine with what loads their icons. Destroying this
-// object drops what is still queued and lets the thread go, which ends with the icon it is at. Requests are made on the
-// main thread; the catalog announces loaded icons by ApplicationList::iconLoaded.
+// One screen's queue of icons to load, last in, first out, so that visible rows are served before rows that were
+// scrolled past. One thread works on the queue and ends when it is empty. It is started when the event loop is idle, so
+// that new rows are painted first. The destructor clears the queue and does not wait: the thread ends after its current
+// icon. Main thread; loaded icons are announced by ApplicationList::iconLoaded.
 class IconQueue {
 public:
     // `list` outlives `threads`, which outlives this object.
@@ -26,11 +24,10 @@ public:
     IconQueue(const IconQueue&) = delete;
     IconQueue& operator=(const IconQueue&) = delete;
 
-    // Puts a request at the front and has the thread started when there is none. An icon that is known not to load is
-    // not asked for again.
+    // Adds a request at the front and schedules the thread if none runs. Icons that failed before are ignored.
     void request(const QString& identifier);
 
-    // Whether a thread is at work or about to be.
+    // Whether a thread is running or scheduled.
     bool isLoading() const;
 
 private:
@@ -39,7 +36,7 @@ private:
     void startThread();
 
     IconThreads& threads_;
-    std::shared_ptr<Shared> shared_;  // with the thread
+    std::shared_ptr<Shared> shared_;  // with the thread, which may outlive this object
     QTimer whenIdle_;
 };
 

@@ -13,7 +13,7 @@ struct IconThreads::Running {
           }) {}
 
     std::atomic<bool> hasEnded = false;
-    std::jthread thread;  // last: begins when all else is there, and is joined before it goes
+    std::jthread thread;  // last: started after the other members are initialised, joined before they are destroyed
 };
 
 IconThreads::IconThreads() = default;

@@ -7,19 +7,18 @@
 
 namespace catalog {
 
-// The threads that load icons. A large icon takes seconds, which nobody should wait for who only closes a screen: a
-// screen lets its thread go, and whoever owns this object, which the catalog outlives, waits at the end of the app.
-// Main thread.
+// Owns the threads that load icons. A large icon takes seconds; closing a screen must not wait for it, so screens
+// release their threads here, and the end of the app joins them. The catalog outlives this object. Main thread.
 class IconThreads {
 public:
     IconThreads();
-    // Waits for the threads that still work, however long they take: what they use is about to go.
+    // Joins all threads, without a time limit: the objects they use are destroyed next.
     ~IconThreads();
     IconThreads(const IconThreads&) = delete;
     IconThreads& operator=(const IconThreads&) = delete;
 
-    // Runs `work`, which must own what it uses or use what outlives this object, on a new thread. Throws
-    // std::system_error when there are no more threads to be had.
+    // Runs `work` on a new thread. The objects it uses must be owned by it or outlive this object. Throws
+    // std::system_error when no thread can be created.
     void start(std::function<void()> work);
 
 private:

@@ -8,7 +8,7 @@ namespace catalog::VxmAppList {
 
 namespace {
 
-// Case folding, unlike lowering, is the same in every locale.
+// Case folding, unlike lower-casing, does not depend on the locale.
 QSet<QString> foldedIdentifiers(const QStringList& identifiers) {
     QSet<QString> folded;
     folded.reserve(identifiers.size() + 1);

@@ -10,19 +10,19 @@ class ApplicationList;
 
 namespace catalog {
 
-// Points; the one icon size used everywhere.
+// The size of all icons, in points.
 inline constexpr int iconSize = 29;
 
-// The two questions that the screens ask of the installed applications. Identifiers are matched without regard to
-// letter case. The answers map identifier (as installed) to display name. Main thread.
+// The screens' two queries of the installed applications. Identifiers are compared case-insensitively. The results map
+// identifier (as installed) to display name. Main thread.
 namespace VxmAppList {
 
-// The installed applications among `identifiers`. "com.apple.stocks" is an extra alternative that keeps the question
-// non-empty: an empty list never asks for everything, and the answer may hold it unasked.
+// The installed applications among `identifiers`. "com.apple.stocks" is always added, so that an empty list does not
+// select everything; the result may therefore contain it unrequested.
 QHash<QString, QString> applicationsWithBundleIdentifiers(platform::ApplicationList& list,
                                                           const QStringList& identifiers);
 
-// Every installed application except `identifiers`; an empty list excludes none.
+// All installed applications except `identifiers`.
 QHash<QString, QString> applicationsWithoutBundleIdentifiers(platform::ApplicationList& list,
                                                              const QStringList& identifiers);
 
