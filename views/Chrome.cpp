@@ -25,7 +25,7 @@ bool isTallPhone(const QString& model, QSize screen) {
     return isPhone && std::fabs(double(screen.height()) - tallScreenHeight) < std::numeric_limits<double>::epsilon();
 }
 
-// What stands in for a font that is not installed: this much of its look.
+// The properties of a font that are kept when another one replaces it.
 struct FontLook {
     const char16_t* name;
     QFont::Weight weight;
@@ -76,14 +76,14 @@ QFont fontWithName(QStringView name, int points) {
         font.setFamily(face->family);
         font.setStyleName(face->style);
     } else {
-        // It has the metrics of the family that the names ask for; the package list installs it. A font that asks for a
-        // family which is not there sends Qt looking for what is most like it, at every start.
+        // Metric-compatible with the missing family and installed by the package. Setting a missing family would make
+        // Qt search all fonts for a substitute at every start.
         const FontLook& look = lookOf(name);
         font.setFamily(QStringLiteral("Liberation Sans"));
         font.setWeight(look.weight);
         font.setStretch(look.stretch);
     }
-    // The phone's points are the screen's device-independent pixels, whatever the desktop's font size.
+    // A point is a device-independent pixel, independent of the desktop's font size.
     font.setPixelSize(points);
     return font;
 }

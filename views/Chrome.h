@@ -7,20 +7,20 @@
 
 namespace views {
 
-// What is common to the look of every screen: the choice of fonts and the height of the body. A value that is settled
-// once, when the app starts, and handed to each screen. Main thread only.
+// The layout parameters common to all screens: fonts and the height of the body. Created once, at the start of the app,
+// and passed to each screen. Main thread only.
 class Chrome {
 public:
     // `screen` is the device's screen in points, the system's status bar included.
     Chrome(bool hasHelveticaNeue, const QString& model, QSize screen);
 
-    // Whether "HelveticaNeue-CondensedBold" was there when the app started; every view chooses its fonts by it.
+    // Whether "HelveticaNeue-CondensedBold" was installed at the start of the app. The choice of fonts depends on it.
     bool hasHelveticaNeue() const { return hasHelveticaNeue_; }
 
     // Points between the navigation bar and the bottom of the screen: 420, or 508 on a tall phone.
     int bodyHeight() const { return bodyHeight_; }
 
-    // The part of the device's screen that is the app's, below the system's status bar. Points.
+    // The size of the app's window: the screen without the system's status bar. Points.
     QSize windowSize() const { return windowSize_; }
 
     // The fonts of the views, by their role; sizes in points.
@@ -45,17 +45,17 @@ private:
     QFont helpText_;
 };
 
-// A font by the platform's name for it ("Helvetica-Bold", "HelveticaNeue-Light"), in points, or the nearest one of a
-// family with the same metrics. Fonts need the application object.
+// The font of a PostScript name ("Helvetica-Bold"), in points; if it is not installed, the nearest font of a
+// metric-compatible family. Needs the application object.
 QFont fontWithName(QStringView name, int points);
 
-// Whether a font of exactly this name is installed.
+// Whether a font of this PostScript name is installed.
 bool isFontInstalled(QStringView name);
 
 // The rectangle with each of its four values rounded to the nearest whole point, halves away from zero.
 QRect makeRoundedRect(float x, float y, float width, float height);
 
-// The size of a single line of text, as the labels are laid out by it. Points.
+// The size of a single line of text, by which labels are laid out. Points.
 QSizeF sizeWithFont(const QString& text, const QFont& font);
 
 }  // namespace views

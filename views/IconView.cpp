@@ -49,7 +49,7 @@ void IconView::paintEvent(QPaintEvent*) {
     }
 }
 
-// Half a point that is no whole pixel would blur the icon.
+// Aligns the icon to whole pixels; a fraction would blur it.
 QRectF IconView::iconRect(const QPainter& painter) const {
     const double pixelsPerPoint = painter.deviceTransform().m11();
     const auto snapped = [pixelsPerPoint](double points) {

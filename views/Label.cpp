@@ -11,7 +11,7 @@ namespace views {
 
 namespace {
 
-// How far a text that is drawn in the middle of a height reaches beyond it, at the top or at the bottom. Points.
+// Points by which a text centred in `height` extends beyond it, at the top or at the bottom.
 int reachBeyond(const QLabel& label, int height) {
     QTextLayout layout(label.text(), label.font());
     layout.beginLayout();

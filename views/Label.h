@@ -7,11 +7,11 @@ class QFont;
 
 namespace views {
 
-// A single line of plain text on a clear background: no wrapping, no eliding, transparent to touches.
+// A single line of plain text without wrapping or elision, on a transparent background. Ignores mouse events.
 QLabel* makeLabel(QWidget* parent, const QFont& font, const QColor& color);
 
-// Places a label by the frame that its text measures. Marks above or below the line that the font's own height has no
-// room for, as many scripts write them, make the label higher; the text stays where it is.
+// Sets the geometry of a label from the nominal frame of its text. Where marks extend beyond the font's height, as in
+// many scripts, the label is enlarged at both sides; the text keeps its position.
 void placeLabel(QLabel& label, const QRect& frame);
 
 }  // namespace views

@@ -4,8 +4,8 @@
 
 namespace views::palette {
 
-// The controls' colours are the app's.
-using platform::palette::accent;  // switches that are on, the one button that matters
+// The colours of the controls, and those that only views use.
+using platform::palette::accent;  // switches that are on, the recommended button
 using platform::palette::accentInk;
 using platform::palette::bar;
 using platform::palette::hint;

@@ -10,11 +10,11 @@ namespace views {
 namespace {
 
 constexpr int barHeight = 40;
-constexpr int shadowReach = 2;  // points above the panel in which the shadow shows
+constexpr int shadowReach = 2;  // height of the shadow above the panel, in points
 constexpr double shadowOpacity = 0.6;
 
-// The line of shadow over the bar's lower edge. The panel masks it at its own bottom, and its sides lie outside the
-// screen, so the line at the top is all there is to see.
+// The shadow along the bar's lower edge: the only visible side of the panel's shadow, drawn as two lines instead of a
+// blur.
 class PanelShadow : public QWidget {
 public:
     explicit PanelShadow(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }

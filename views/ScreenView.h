@@ -4,11 +4,11 @@
 
 namespace views {
 
-// The root view of a screen: the bar (40 points), below it the panel with the content under a thin soft shadow. It
-// fills whatever it is given: bar and panel are as wide, and the panel grows and shrinks with the height.
+// The root view of a screen: the bar (40 points), below it the panel with the content, with a thin shadow between them.
+// Bar and panel take the full width; the panel's height follows that of the view.
 class ScreenView : public QWidget {
 public:
-    // Takes over both. `bodyHeight` is the panel's height in points at the design height of 320 by `designHeight`.
+    // Takes ownership of both. `bodyHeight` is the panel's height at the view height `designHeight`, in points.
     ScreenView(QWidget* bar, QWidget* content, int bodyHeight, int designHeight);
 
     QWidget* panel() const { return panel_; }
@@ -21,7 +21,7 @@ private:
     QWidget* panel_;
     QWidget* content_;
     QWidget* shadow_;
-    int spareHeight_;  // points below the panel at the design height
+    int spareHeight_;  // below the panel at the design height, in points
 };
 
 }  // namespace views

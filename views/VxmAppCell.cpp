@@ -13,7 +13,7 @@ namespace {
 
 constexpr int textX = 55;
 constexpr int iconCentreX = 26;
-constexpr int titleRise = 12;     // the title's share of the two lines, doubled
+constexpr int titleRise = 12;     // twice the upward shift of the title
 constexpr int underTextDrop = 8;  // below the middle of the row
 
 }  // namespace

@@ -17,9 +17,9 @@ class VxmAppCell : public platform::TableViewCell {
 public:
     VxmAppCell(const Chrome& chrome, const QString& reuseIdentifier);
 
-    // Sets the name. A name wider than the row runs out at the right.
+    // Sets the name. A name wider than the row is clipped at the right.
     void setTitleLabelText(const QString& text);
-    // Sets the line under the name; nothing hides it.
+    // Sets the line under the name; std::nullopt hides it.
     void setUnderTextLabelText(const std::optional<QString>& text);
 
     QLabel* titleLabel() const { return titleLabel_; }
@@ -35,7 +35,7 @@ private:
     QLabel* titleLabel_;
     QLabel* underTextLabel_;
     IconView* appImageView_;
-    QSizeF titleSize_;  // as measured in their fonts
+    QSizeF titleSize_;  // measured in its font
     QSizeF underTextSize_;
 };
 

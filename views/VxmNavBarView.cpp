@@ -18,7 +18,7 @@ constexpr QRect leftButtonFrame{0, -3, 52, 46};
 constexpr QRect rightButtonFrame{276, 4, 32, 32};
 constexpr QRect acceptButtonFrame{276, 3, 32, 32};
 
-// Buttons in the right half of the design keep their distance from the right edge on a wider screen.
+// On a wider screen, buttons in the right half of the design keep their distance from the right edge.
 QRect frameInWidth(const QRect& frame, int width) {
     return frame.x() > designWidth / 2 ? frame.translated(width - designWidth, 0) : frame;
 }

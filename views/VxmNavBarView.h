@@ -14,8 +14,8 @@ namespace views {
 
 class VxmScreen;
 
-// A screen's own navigation bar: a light strip of 40 points with a centred title and up to three image buttons. It does
-// nothing by itself apart from going back; every other button asks the screen that owns the bar. Points throughout.
+// A screen's navigation bar: 40 points high, with a centred title and up to three image buttons. The back button goes
+// back; every other button calls the screen that owns the bar. All coordinates are in points.
 class VxmNavBarView : public QWidget {
     Q_OBJECT
 public:
@@ -23,21 +23,21 @@ public:
     VxmNavBarView(const QRect& frame, VxmScreen& screen, bool showsBackButton, bool showsAddButton,
                   bool showsEditButton);
 
-    // Sets the title and centres it. One that is wider than the bar is cut at both of its sides.
+    // Sets and centres the title. A title wider than the bar is clipped at both sides.
     void setTitleString(const QString& title);
 
-    // Puts a settings button in the back button's place.
+    // Replaces the back button by a settings button.
     void showSettingsButton();
 
-    // Puts one more button of the screen's own at the right, in the place of add and edit.
+    // Adds a button of the screen at the right, in the position of add and edit.
     platform::ImageButton* addRightButton(const QString& image, const QString& accessibleName);
 
-    // Takes over a control of the screen's own. In the right half of the bar it keeps its distance from the right edge.
+    // Adds a control of the screen and takes ownership. In the right half it keeps its distance from the right edge.
     void addControl(QWidget* control, const QRect& frame);
 
     void changeEditButtonVisibility(bool visible);
 
-    // The action of the back button: pops the screen, or dismisses it where the bar is modal.
+    // The action of the back button: pops the screen, or dismisses it if the bar is modal.
     void goBackHome();
 
     void setModal(bool modal) { isModal_ = modal; }
@@ -48,7 +48,7 @@ public:
     platform::ImageButton* editButton() const { return editButton_; }
 
 protected:
-    // A bar with a title only, for bars with buttons of their own.
+    // A bar with a title only, for subclasses with other buttons.
     VxmNavBarView(const QRect& frame, VxmScreen& screen);
 
     platform::ImageButton* makeButton(const QRect& frame, const QString& image, const QString& accessibleName);
@@ -59,7 +59,7 @@ private:
     void makeTitleLabel();
     void layoutSubviews();
 
-    // A control and its frame at the design's width.
+    // A control and its frame at the design width of 320 points.
     struct PlacedControl {
         QWidget* control;
         QRect frame;

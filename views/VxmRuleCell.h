@@ -14,18 +14,17 @@ namespace views {
 
 class Chrome;
 
-// A row of 50 points whose first line is a text field: in edit mode its text can be changed in place, otherwise it
-// reads like a label. A second line lies below it; two labels at the right can hold a value. The cell knows nothing of
-// rules or files.
+// A row of 50 points whose first line is a text field, editable in edit mode and a label otherwise. A second line is
+// below it; two labels at the right can show a value. Independent of rules and files.
 class VxmRuleCell : public platform::TableViewCell {
     Q_OBJECT
 public:
     VxmRuleCell(const Chrome& chrome, const QString& reuseIdentifier);
 
-    // A text wider than the field is shown in a smaller font, whatever the cell showed before. Whatever its script, it
-    // begins at the left, above the second line.
+    // A text wider than the field is shown in a smaller font, independent of the cell's previous text. Text of every
+    // script starts at the left, above the second line.
     void setTitleLabelText(const QString& text);
-    // Sets the second line; nothing hides it.
+    // Sets the second line; std::nullopt hides it.
     void setUnderTextLabelText(const std::optional<QString>& text);
     void setSmallTextLabelText(const QString& text);
     void setBigTextLabelText(const QString& text);
@@ -44,7 +43,7 @@ private:
     void updateAccessibleName();
 
     platform::TextField* titleTextField_;
-    QRect titleFrame_;  // at the design's width
+    QRect titleFrame_;  // at the design width of 320 points
     QLabel* underTextLabel_;
     QLabel* smallTextLabel_;
     QLabel* bigTextLabel_;

@@ -11,8 +11,8 @@ namespace views {
 class Chrome;
 class VxmNavBarView;
 
-// The base of every screen: a root view with the screen's own navigation bar across the top and the content panel
-// below. A screen builds its bar and its content in loadView() and hands them to buildView(). Main thread only.
+// The base class of all screens: a root view with the screen's navigation bar at the top and the content panel below. A
+// screen creates both in loadView() and passes them to buildView(). Main thread only.
 class VxmScreen : public platform::ViewController {
     Q_OBJECT
 public:
@@ -21,15 +21,15 @@ public:
 
     const Chrome& chrome() const { return chrome_; }
 
-    // What the buttons of the bar ask the screen that owns it. A screen implements those of the buttons it shows.
+    // Called by the buttons of the bar. A screen implements those of the buttons that it shows.
     virtual void add(platform::ImageButton&) {}
     virtual void setEditMode(platform::ImageButton&) {}
     virtual void presentSettings(platform::ImageButton&) {}
     virtual void done(platform::ImageButton&) {}
 
 protected:
-    // Makes the screen's view of a bar and a content, both taken over. The bar has its title: the screen is announced
-    // by it.
+    // Creates the screen's view from bar and content and takes ownership of both. The bar must have its title, which
+    // becomes the accessible name of the screen.
     void buildView(VxmNavBarView* bar, QWidget* content);
 
 private:

@@ -8,8 +8,8 @@
 
 namespace views {
 
-// The base of the screens of switches: a table that a subclass describes row by row, as title, line below, switch and
-// action. No row can be deleted; a thin band parts the sections.
+// The base class of the screens of switches: a table that a subclass describes row by row, as title, second line,
+// switch and action. Rows cannot be deleted; a thin band separates the sections.
 class VxmSwitchScreen : public VxmTableScreen {
     Q_OBJECT
 public:
@@ -25,8 +25,8 @@ public:
 protected:
     using Action = std::function<void()>;
 
-    // A switch: its state, asked for whenever it is shown, and what the person turning it does. After `turn` every
-    // switch of the table shows its state anew.
+    // A switch: `isOn` is queried whenever it is shown; `turn` handles a change by the user. After `turn` all switches
+    // of the table are updated.
     struct Toggle {
         std::function<bool()> isOn;
         std::function<void(bool on)> turn;
@@ -54,7 +54,7 @@ protected:
     // Called once, before the table is made.
     void setSections(std::vector<Section> sections) { sections_ = std::move(sections); }
 
-    // Makes every switch of the table show its state.
+    // Updates every switch of the table from its state.
     void showSwitches(bool animated);
 
 private:

@@ -5,8 +5,8 @@
 
 namespace views {
 
-// The base of every screen that shows a table: rows of 50 points without separator lines, and the footer scheme, a
-// thin coloured band after every section but the last.
+// The base class of all screens with a table: rows of 50 points without separators, and as footer a thin coloured band
+// after every section but the last.
 class VxmTableScreen : public VxmScreen, public platform::TableViewDataSource, public platform::TableViewDelegate {
     Q_OBJECT
 public:
@@ -19,7 +19,7 @@ public:
     QWidget* viewForFooterInSection(platform::TableView& table, int section) override;
 
 protected:
-    // Makes the screen's table, with this screen as data source and delegate.
+    // Creates the screen's table with this screen as data source and delegate.
     platform::TableView* makeTable();
 
 private:
