@@ -17,7 +17,7 @@ namespace app {
 
 namespace {
 
-// Only from the screen that is seen: one that is asked twice opens one.
+// Only from the visible screen, so that a double tap opens one screen.
 void push(platform::ViewController& from, std::unique_ptr<platform::ViewController> screen) {
     auto* navigation = from.navigationController();
     if (navigation && navigation->visibleViewController() == &from)

@@ -24,10 +24,10 @@ class Chrome;
 
 namespace app {
 
-// The ways between the screens, in one place: the only code that knows all of them.
+// Creates and opens all screens: the only code that depends on every screen.
 class RouteTable : public screens::AppRoutes, public screens::RuleRoutes, public screens::SettingsRoutes {
 public:
-    // All of these outlive the table and every screen that it makes.
+    // The arguments outlive the table and every screen that it creates.
     RouteTable(const platform::Device& device, const views::Chrome& chrome, store::ConfigurationStore& store,
                catalog::IconThreads& iconThreads);
 

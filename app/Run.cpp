@@ -51,7 +51,7 @@ std::jthread prepare() {
 
 int run(QApplication& application, const platform::Device& device, std::jthread fonts) {
     resources::initialize();
-    // The environment may have named another one, which came first.
+    // QT_STYLE_OVERRIDE takes precedence over the style that prepare() has set.
     if (QApplication::style()->name() != styleName()) QApplication::setStyle(styleName());
     paintFirstImages(application.devicePixelRatio());
     if (fonts.joinable()) fonts.join();

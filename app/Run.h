@@ -10,11 +10,11 @@ struct Device;
 
 namespace app {
 
-// Settles what has to be settled before the application object is made: the app brings its own look, whatever the
+// Sets what must be set before the application object is created: style and palette of the app, independent of the
 // desktop's theme, colours and font sizes. Returns the machine's fonts being read meanwhile, for run() to wait for.
 [[nodiscard]] std::jthread prepare();
 
-// Runs the app on a device until it ends in an orderly way (window closed, SIGTERM). Returns the exit status.
+// Runs the app on a device until its window is closed or SIGTERM arrives. Returns the exit status.
 int run(QApplication& application, const platform::Device& device, std::jthread fonts);
 
 }  // namespace app

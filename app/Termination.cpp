@@ -16,7 +16,7 @@ namespace app {
 
 namespace {
 
-// A signal handler may do next to nothing: it writes a byte that the event loop then reads.
+// Async-signal-safe: the handler writes a byte that wakes the event loop.
 int wakeUp = -1;
 
 void onSignal(int) {
@@ -24,7 +24,7 @@ void onSignal(int) {
     [[maybe_unused]] const auto written = write(wakeUp, &byte, 1);
 }
 
-// exit() hands no context on.
+// Global, since atexit() passes no context.
 std::function<void()> toCallAtEnd;
 
 void callOnce() {
@@ -36,8 +36,8 @@ void callOnce() {
 void callAtEnd(std::function<void()> end) {
     toCallAtEnd = std::move(end);
     QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, callOnce);
-    // exit() takes down Qt's own tables in the reverse order of their making. Who calls the bus needs that of the
-    // timers, which the first timer makes.
+    // exit() destroys Qt's global tables in reverse order of creation. QtDBus needs the table of timers, so a timer is
+    // started here: its table is then destroyed after callOnce() has run.
     QBasicTimer first;
     first.start(0, QCoreApplication::instance());
     std::atexit(callOnce);

@@ -4,13 +4,13 @@
 
 namespace app {
 
-// Makes SIGTERM, SIGINT and SIGHUP an orderly end of the running application, the same as closing its window.
-// Call once, on the main thread, when the application object exists.
+// Makes SIGTERM, SIGINT and SIGHUP quit the event loop, as closing the window does. Call once, on the main thread,
+// after the application object has been created.
 void quitOnTerminationSignals();
 
-// Calls `end` once, when the running application ends: as it quits, or in exit(), which is where the display server's
-// end leads, without another turn of the event loop. A process that is killed does not call it. Call once, on the main
-// thread, when the application object exists, and run its event loop while all that `end` uses is there.
+// Calls `end` once when the application ends: on aboutToQuit(), or in exit(), which Qt calls when the display server
+// disappears. Not called when the process is killed. Call once, on the main thread, after the application object has
+// been created; the objects that `end` uses must live until the event loop returns.
 void callAtEnd(std::function<void()> end);
 
 }  // namespace app

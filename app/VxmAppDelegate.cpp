@@ -16,10 +16,9 @@ namespace app {
 namespace {
 
 constexpr int widestPhone = 480;
-constexpr QSize smallestWindow{320, 100};  // low enough for what a keyboard leaves of a phone that lies on its side
+constexpr QSize smallestWindow{320, 100};  // small enough for a phone in landscape with its keyboard shown
 
-// A portrait screen that is hardly wider than the design is a phone's: the app fills it, as everything there does, and
-// has neither frame nor title bar.
+// A portrait screen of at most 480 points is taken for a phone's: the window fills it and has no frame.
 void showOnScreen(QWidget& window, QSize designSize) {
     const QRect available = window.screen()->availableGeometry();
     const bool isPhone = available.width() <= widestPhone && available.width() < available.height();
@@ -27,8 +26,7 @@ void showOnScreen(QWidget& window, QSize designSize) {
     window.winId();
     window.windowHandle()->setMinimumSize(smallestWindow.boundedTo(available.size()));
     if (isPhone) {
-        // On a bare display nobody answers who asks to be maximized; elsewhere the answer leaves room for what else is
-        // on the screen.
+        // Without a window manager a request to maximize has no effect; a window manager respects panels of its own.
         window.setGeometry(available);
         window.showMaximized();
     } else {
@@ -42,7 +40,7 @@ void showOnScreen(QWidget& window, QSize designSize) {
 VxmAppDelegate::VxmAppDelegate(const platform::Device& device)
     : device_(device), store_(device.root, *device.notifyCenter) {}
 
-// The window goes as a whole, before its parts do: a field that lost the focus alone would hand over what was typed.
+// Hides the window before its children are destroyed: a field that loses the focus on its own would commit its text.
 VxmAppDelegate::~VxmAppDelegate() {
     if (window_) window_->hide();
 }

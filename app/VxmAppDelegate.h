@@ -18,8 +18,8 @@ namespace app {
 
 class RouteTable;
 
-// The life of the app: at launch the window with the navigation stack and the main screen in it, at termination the
-// notification that makes the engine reread both rule files. Main thread only.
+// The lifecycle of the app: at launch it creates the window with the navigation stack and the main screen, at
+// termination it posts the notification that makes the engine reread both rule files. Main thread only.
 class VxmAppDelegate {
 public:
     // `device` outlives the delegate.
@@ -28,13 +28,13 @@ public:
     VxmAppDelegate(const VxmAppDelegate&) = delete;
     VxmAppDelegate& operator=(const VxmAppDelegate&) = delete;
 
-    // Shows the window; called once, when the application object exists.
+    // Shows the window. Call once, after the application object has been created.
     void didFinishLaunching();
 
-    // Called once, when the app ends in an orderly way. Writes no file.
+    // Call once, at an orderly end of the app. Writes no file.
     void applicationWillTerminate();
 
-    // Whether "HelveticaNeue-CondensedBold" was there at launch.
+    // Whether "HelveticaNeue-CondensedBold" was installed at launch.
     bool hasHelveticaNeue() const { return chrome_ && chrome_->hasHelveticaNeue(); }
 
     QWidget* window() const { return window_.get(); }
@@ -44,7 +44,7 @@ private:
     const platform::Device& device_;
     store::ConfigurationStore store_;
     std::optional<views::Chrome> chrome_;
-    catalog::IconThreads iconThreads_;  // waits, when the screens have gone
+    catalog::IconThreads iconThreads_;  // joins its threads after the screens are destroyed
     std::unique_ptr<RouteTable> routes_;
     std::unique_ptr<QWidget> window_;
     std::optional<WriteWarning> writeWarning_;

@@ -13,7 +13,7 @@ namespace app {
 
 namespace {
 
-// One line that says what is wrong and what helps; empty when nothing is wrong.
+// One line with the problem and its remedy; empty when access is granted.
 QString adviceOn(const platform::WriteAccess& access, const QString& folder) {
     using Kind = platform::WriteAccess::Kind;
     switch (access.kind) {
@@ -49,7 +49,7 @@ WriteWarning::WriteWarning(std::filesystem::path folder, const platform::Device&
 bool WriteWarning::eventFilter(QObject*, QEvent* event) {
     if (event->type() == QEvent::Paint) {
         QCoreApplication::instance()->removeEventFilter(this);
-        // The frame is shown when the event that paints all of it has been dealt with.
+        // Queued: the frame is shown after the paint event has been processed.
         QMetaObject::invokeMethod(this, &WriteWarning::warn, Qt::QueuedConnection);
     }
     return false;

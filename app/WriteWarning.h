@@ -9,12 +9,12 @@ struct Device;
 
 namespace app {
 
-// Says once, on standard error and by Device::notify, what helps whoever may not write to the folder of the files. The
-// screens are silent about it: without this, every change would just be gone on the next visit. Looks when the first
-// frame is shown, so that it is not waited for. Main thread.
+// Warns once, on standard error and by Device::notify, when the folder of the files is not writable, and states the
+// remedy. The screens show no errors: without the warning, changes would be lost silently. Runs after the first frame,
+// so that it does not delay the start. Main thread.
 class WriteWarning : public QObject {
 public:
-    // To be made before a window is shown. `device` outlives this object.
+    // Create before a window is shown. `device` outlives this object.
     WriteWarning(std::filesystem::path folder, const platform::Device& device);
 
 protected:

@@ -16,7 +16,7 @@ constexpr QSize tallScreen{320, 568};
 constexpr QSize shortScreen{320, 480};
 constexpr int statusBarHeight = 20;
 
-// The screen that the app takes itself to be on: the short one where the real one has no room for the tall.
+// The screen size that the app assumes: the tall one if it fits the real screen, else the short one.
 QSize deviceScreen(const QScreen& real) {
     return real.availableSize().height() < tallScreen.height() - statusBarHeight ? shortScreen : tallScreen;
 }

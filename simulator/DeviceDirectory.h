@@ -7,8 +7,8 @@
 
 namespace simulator {
 
-// Makes the folders below a device directory that a real device is never without. Returns nothing when the directory
-// can be used, otherwise why it cannot, in one line.
+// Creates the folders that exist on every device below a device directory. Returns nothing on success, otherwise the
+// reason of the failure, as one line.
 std::optional<std::string> prepareDeviceDirectory(const std::filesystem::path& directory,
                                                   const std::vector<std::filesystem::path>& folders);
 

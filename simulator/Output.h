@@ -4,7 +4,7 @@
 
 namespace simulator {
 
-// Tells on standard output what the device would do, as one line that is out when this returns: "posted <name>".
+// Prints what the device would do, as one line on standard output ("posted <name>"), and flushes.
 void print(std::string_view what, std::string_view of);
 
 }  // namespace simulator

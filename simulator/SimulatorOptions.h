@@ -9,10 +9,10 @@
 
 namespace simulator {
 
-// The network that the device is to believe it has; `host` is the network of the machine that the simulator runs on.
+// The simulated network; `host` is that of the machine.
 enum class Network { host, none, wifi, wwan };
 
-// What the command line asks for.
+// The parsed command line.
 struct SimulatorOptions {
     std::filesystem::path device;  // the directory that holds the device's file system
     QString model = QStringLiteral("iPhone");
@@ -21,17 +21,17 @@ struct SimulatorOptions {
     QString documentationHost;  // empty: the product's own
 };
 
-// The command line is not one of ours; says why, in one line.
+// The command line is invalid; `reason` is one line.
 struct Misuse {
     QString reason;
 };
 
-// The command line asks for help: the text to show.
+// The command line requests help.
 struct Help {
     std::string_view text;
 };
 
-// `arguments` begin with the program's name. Looks at nothing but the arguments.
+// `arguments` start with the program's name. Pure: does not access files or environment.
 std::variant<SimulatorOptions, Misuse, Help> parseArguments(const QStringList& arguments);
 
 }  // namespace simulator
