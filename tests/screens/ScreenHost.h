@@ -22,7 +22,7 @@
 #include "store/ConfigurationStore.h"
 #include "store/NotifyCenter.h"
 #include "store/plist/PropertyListFile.h"
-#include "store/rules/RuleFile.h"
+#include "support/RowNamed.h"
 #include "views/Chrome.h"
 
 // One screen in a window of its own, over real files in a temporary directory, driven by real events. Animations are
@@ -81,12 +81,15 @@ public:
 
     platform::TableView* table() const { return shown->view()->findChild<platform::TableView*>(); }
 
+    // A row by its place, or by what it says.
+    platform::TableViewCell* cell(QStringView name) const { return cell(rowNamed(*table(), name)); }
     platform::TableViewCell* cell(platform::IndexPath row) const {
         table()->scrollToRow(row);
         QApplication::processEvents();
         return table()->cellForRow(row);
     }
 
+    void tapRow(QStringView name) const { tapRow(rowNamed(*table(), name)); }
     void tapRow(platform::IndexPath row) const {
         table()->scrollToRow(row);
         QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, table()->rectForRow(row).center());

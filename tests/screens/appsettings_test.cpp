@@ -1,11 +1,13 @@
 // One app's settings: every state and transition of the switches, and what each leaves in the file.
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "platform/ui/controls/Switch.h"
-#include "platform/ui/table/TableView.h"
-#include "platform/ui/table/TableViewCell.h"
+#include "screens/Documents.h"
 #include "screens/apps/VxmAppViewController.h"
 #include "store/Schema.h"
+#include "support/RowNamed.h"
 #include "support/TestDevice.h"
 
 namespace {
@@ -13,42 +15,46 @@ namespace {
 using store::File;
 
 constexpr const char* identifier = "org.example.Mail";
+constexpr QStringView allow = u"Allow All Connections";
+constexpr QStringView deny = u"Deny All Connections";
+constexpr QStringView still = u"Still Apply Detailed Rules";
+constexpr QStringView wiFi = u"Block If NOT On WiFi";
 
-// A device with one app, opened; its record given as the inside of a dictionary, or none.
+std::string rulesWith(const std::string& record) {
+    return std::string("<dict><key>") + identifier + "</key><dict>" + record + "</dict></dict>";
+}
+
 class AppSettingsTest : public testing::Test {
 protected:
+    // Opens the app's screen on a new device; its record is given as the inside of a dictionary.
     void open(const std::string& record) {
-        device.install(identifier, "Mail");
-        device.put(File::appRules,
-                   std::string("<dict><key>") + identifier + "</key><dict>" + record + "</dict></dict>");
-        device.launch();
-        device.tapRow(1, 0);
+        device.reset();  // before the next one makes animations instant
+        device = std::make_unique<TestDevice>();
+        device->install(identifier, "Mail");
+        device->put(File::appRules, rulesWith(record));
+        device->launch();
+        device->tapRow(u"Mail");
         ASSERT_TRUE(screen());
     }
 
-    screens::VxmAppViewController* screen() { return qobject_cast<screens::VxmAppViewController*>(device.screen()); }
-
-    platform::Switch* switchAt(int section, int row) {
-        auto* cell = device.table()->cellForRow({section, row});
-        return cell ? qobject_cast<platform::Switch*>(cell->accessoryView()) : nullptr;
-    }
+    screens::VxmAppViewController* screen() { return qobject_cast<screens::VxmAppViewController*>(device->screen()); }
 
     // The switches as text: "on", "off", with "-" when they cannot be used.
     std::string states() {
         std::string text;
-        for (const auto& [section, row] : {std::pair{0, 0}, std::pair{0, 1}, std::pair{0, 2}, std::pair{1, 0}}) {
-            const auto* control = switchAt(section, row);
+        for (const QStringView title : {allow, deny, still, wiFi}) {
+            const auto* control = device->table()->cellForRow(rowNamed(*device->table(), title))->accessorySwitch();
             text += std::string(control->isOn() ? "on" : "off") + (control->isEnabled() ? " " : "- ");
         }
         return text + (screen()->enabledSwitch()->isOn() ? "| on" : "| off");
     }
 
-    store::Dictionary record() { return *device.plist(File::appRules)->find(identifier)->dictionary(); }
+    store::Dictionary record() { return *device->plist(File::appRules)->find(identifier)->dictionary(); }
     std::string mode() { return record().find("allowEverything")->string().value_or("none"); }
     bool flag(std::string_view key) { return record().find(key)->boolean().value(); }
-    void toggle(int section, int row) { device.tapRow(section, row, 290); }
+    void toggle(QStringView title) { device->tapRow(title, 290); }
 
-    TestDevice device;
+    std::unique_ptr<TestDevice> device;
 };
 
 TEST_F(AppSettingsTest, FirstAppearanceShowsTheRecordAndWritesIt) {
@@ -71,25 +77,11 @@ TEST_F(AppSettingsTest, FirstAppearanceShowsTheRecordAndWritesIt) {
          "off- on on off | on", true},
     };
     for (const auto& each : cases) {
-        TestDevice fresh;
-        fresh.install(identifier, "Mail");
-        fresh.put(File::appRules,
-                  std::string("<dict><key>") + identifier + "</key><dict>" + each.record + "</dict></dict>");
-        fresh.launch();
-        fresh.tapRow(1, 0);
-        std::string shown;
-        for (const auto& [section, row] : {std::pair{0, 0}, std::pair{0, 1}, std::pair{0, 2}, std::pair{1, 0}}) {
-            auto* control = qobject_cast<platform::Switch*>(fresh.table()->cellForRow({section, row})->accessoryView());
-            shown += std::string(control->isOn() ? "on" : "off") + (control->isEnabled() ? " " : "- ");
-        }
-        shown +=
-            qobject_cast<screens::VxmAppViewController*>(fresh.screen())->enabledSwitch()->isOn() ? "| on" : "| off";
-        EXPECT_EQ(shown, each.states) << each.record;
-        const auto rules = fresh.plist(File::appRules);
-        EXPECT_EQ(rules->find(identifier)->dictionary()->find("stillUseRules")->boolean(), each.stillUseRules)
-            << each.record;
-        EXPECT_EQ(rules->find("150")->boolean(), true);
-        EXPECT_TRUE(fresh.posts().empty());
+        open(each.record);
+        EXPECT_EQ(states(), each.states) << each.record;
+        EXPECT_EQ(flag("stillUseRules"), each.stillUseRules) << each.record;
+        EXPECT_EQ(device->plist(File::appRules)->find("150")->boolean(), true);
+        EXPECT_TRUE(device->posts().empty());
     }
 }
 
@@ -101,78 +93,83 @@ TEST_F(AppSettingsTest, SwitchInTheBarIsCentredInItsPlace) {
 TEST_F(AppSettingsTest, BlanketModesFollowTheirStates) {
     open("<key>deny</key><array><string>odd</string></array><key>own</key><integer>7</integer>");
     const struct {
-        int row;
+        QStringView tapped;
         const char* states;
         const char* mode;
         bool stillUseRules;
     } steps[] = {
-        {0, "on off- off off | on", "1", false},  // allow all
-        {2, "on off- on off | on", "1", true},    // still apply
-        {1, "on off- on off | on", "1", true},    // deny cannot be used now
-        {0, "off off off- off | on", "", false},  // neither
-        {2, "off off off- off | on", "", false},  // still apply cannot be used now
-        {1, "off- on off off | on", "2", false},  // deny all
-        {2, "off- on on off | on", "2", true},    // still apply
-        {0, "off- on on off | on", "2", true},    // allow cannot be used now
-        {1, "off off off- off | on", "", false},  // neither
+        {allow, "on off- off off | on", "1", false},
+        {still, "on off- on off | on", "1", true},
+        {deny, "on off- on off | on", "1", true},  // it cannot be used now
+        {allow, "off off off- off | on", "", false},
+        {still, "off off off- off | on", "", false},  // it cannot be used now
+        {deny, "off- on off off | on", "2", false},
+        {still, "off- on on off | on", "2", true},
+        {allow, "off- on on off | on", "2", true},  // it cannot be used now
+        {deny, "off off off- off | on", "", false},
     };
     for (const auto& step : steps) {
-        toggle(0, step.row);
+        toggle(step.tapped);
         EXPECT_EQ(states(), step.states);
         EXPECT_EQ(mode(), step.mode);
         EXPECT_EQ(flag("stillUseRules"), step.stillUseRules);
     }
     EXPECT_EQ(record().find("own")->integer(), 7);
     EXPECT_EQ(record().find("deny")->array()->size(), 1U);
-    EXPECT_TRUE(device.posts().empty());
+    EXPECT_TRUE(device->posts().empty());
 }
 
 TEST_F(AppSettingsTest, EnabledSwitchPostsHookLateOnlyWhenSwitchedOn) {
     open("");
-    device.tap(262, 20);
+    device->tap(262, 20);
     EXPECT_FALSE(flag("enabled"));
-    EXPECT_TRUE(device.posts().empty());
+    EXPECT_TRUE(device->posts().empty());
     EXPECT_EQ(states(), "off off off- off | off");
-    device.tap(262, 20);
+    device->tap(262, 20);
     EXPECT_TRUE(flag("enabled"));
-    ASSERT_EQ(device.posts().size(), 1U);
-    EXPECT_EQ(device.posts()[0].name, store::hookLate);
-    EXPECT_EQ(device.posts()[0].appRules->find(identifier)->dictionary()->find("enabled")->boolean(), true)
+    ASSERT_EQ(device->posts().size(), 1U);
+    EXPECT_EQ(device->posts()[0].name, store::hookLate);
+    EXPECT_EQ(device->posts()[0].appRules->find(identifier)->dictionary()->find("enabled")->boolean(), true)
         << "the file is written before the engine hears of it";
 }
 
-TEST_F(AppSettingsTest, WiFiSwitchWritesItsKey) {
-    open("");
-    toggle(1, 0);
-    EXPECT_TRUE(flag("blockSpecificWiFi"));
-    toggle(1, 0);
-    EXPECT_FALSE(flag("blockSpecificWiFi"));
+TEST_F(AppSettingsTest, SwitchesWriteTheKeysOfTheContract) {
+    const auto switches = documents::switches(QStringLiteral("**App rules.**"));
+    ASSERT_EQ(switches.size(), store::keys::appSwitches.size());
+    for (const auto& [key, title] : switches) {
+        SCOPED_TRACE(key);
+        open("<key>allowEverything</key><string>2</string>");
+        const store::Dictionary before = record();
+        for (const bool on : {true, false}) {
+            toggle(title);
+            EXPECT_EQ(flag(key), on);
+            EXPECT_EQ(record().size(), before.size() + !before.contains(key));
+        }
+    }
 }
 
 TEST_F(AppSettingsTest, ChangesStartFromTheFileAsItIsNow) {
     open("");
-    device.put(File::appRules, std::string("<dict><key>other</key><dict/><key>") + identifier +
-                                   "</key><dict><key>allow</key><array><string>a</string></array></dict></dict>");
-    toggle(1, 0);
-    EXPECT_TRUE(device.plist(File::appRules)->contains("other"));
+    device->put(File::appRules, "<dict><key>other</key><dict/><key>" + std::string(identifier) +
+                                    "</key><dict><key>allow</key><array><string>a</string></array></dict></dict>");
+    toggle(wiFi);
+    EXPECT_TRUE(device->plist(File::appRules)->contains("other"));
     EXPECT_EQ(record().find("allow")->array()->size(), 1U);
-    std::filesystem::remove(device.path(File::appRules));
-    toggle(0, 0);
+    std::filesystem::remove(device->path(File::appRules));
+    toggle(allow);
     EXPECT_EQ(states(), "on off- off on | on");
-    EXPECT_FALSE(std::filesystem::exists(device.path(File::appRules)));
+    EXPECT_FALSE(std::filesystem::exists(device->path(File::appRules)));
 }
 
 TEST_F(AppSettingsTest, ReturningFromARuleListReadsAndWritesNothing) {
     open("");
-    device.tapRow(2, 0);
-    const std::string changed =
-        "<plist><dict><key>org.example.Mail</key><dict><key>allowEverything</key>"
-        "<string>1</string></dict></dict></plist>";
-    device.putBytes(device.path(File::appRules), changed);
-    device.tap(20, 20);
+    device->tapRow(u"Always Allow Rules");
+    device->put(File::appRules, rulesWith("<key>allowEverything</key><string>1</string>"));
+    const std::string changed = device->bytes(File::appRules);
+    device->tap(20, 20);
     ASSERT_TRUE(screen());
     EXPECT_EQ(states(), "off off off- off | on");
-    EXPECT_EQ(device.bytes(File::appRules), changed);
+    EXPECT_EQ(device->bytes(File::appRules), changed);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "screens/settings/ExportPanel.h"
 #include "screens/settings/VxmGlobalImportViewController.h"
 #include "screens/settings/VxmImportExportViewController.h"
+#include "store/rules/RuleFile.h"
 #include "views/VxmFileCell.h"
 
 namespace {

@@ -5,27 +5,22 @@
 
 #include "platform/system/FixedNetwork.h"
 #include "platform/ui/controls/Switch.h"
+#include "screens/Documents.h"
 #include "screens/ScreenHost.h"
 #include "screens/settings/SettingsRoutes.h"
 #include "screens/settings/VxmSettingsViewController.h"
+#include "store/Schema.h"
 #include "support/AnotherPerson.h"
-#include "views/VxmRuleCell.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using store::File;
 
-constexpr platform::IndexPath enabledRow{0, 0};
-constexpr platform::IndexPath documentationRow{1, 0};
-constexpr platform::IndexPath logRow{4, 0};
-constexpr platform::IndexPath importExportRow{6, 0};
-constexpr platform::IndexPath deleteRow{7, 0};
-
-constexpr struct {
-    int section;
-    const char* key;
-} globalSwitches[] = {{2, "blockNonWiFi"}, {3, "respectGlobal"}, {4, "log"}, {5, "denyTabFront"}};
+const std::vector<documents::Switch>& globalSwitches() {
+    static const auto switches = documents::switches(QStringLiteral("**Global rules:**"));
+    return switches;
+}
 
 class SettingsTest : public testing::Test, public screens::SettingsRoutes {
 protected:
@@ -35,14 +30,12 @@ protected:
     void openLog(platform::ViewController&) override { opened << QStringLiteral("log"); }
     void openImportExport(platform::ViewController&) override { opened << QStringLiteral("import/export"); }
 
-    platform::Switch* switchAt(int section) const {
-        return qobject_cast<platform::Switch*>(host.cell({section, 0})->accessoryView());
-    }
-    void toggle(int section) const {
-        QTest::mouseClick(switchAt(section), Qt::LeftButton);
+    bool isOn(QStringView title) const { return host.cell(title)->accessorySwitch()->isOn(); }
+    void toggle(QStringView title) const {
+        QTest::mouseClick(host.cell(title)->accessorySwitch(), Qt::LeftButton);
         QApplication::processEvents();
     }
-    static std::optional<bool> flag(const std::optional<store::Dictionary>& file, const char* key) {
+    static std::optional<bool> flag(const std::optional<store::Dictionary>& file, std::string_view key) {
         const store::Value* value = file ? file->find(key) : nullptr;
         return value ? value->boolean() : std::nullopt;
     }
@@ -58,35 +51,44 @@ TEST_F(SettingsTest, ShowsStoredValuesByTheirTruth) {
              "<key>denyTabFront</key><array/></dict>");
     ScreenHost::put(host.store.path(File::globalRules).parent_path() / "com.Urmeld.Firewall.disabled", "");
     open();
-    const bool expected[] = {false, false, true, false, true, false};
-    for (const int section : {0, 2, 3, 4, 5}) EXPECT_EQ(switchAt(section)->isOn(), expected[section]) << section;
-    for (const auto row : {documentationRow, importExportRow, deleteRow}) {
-        EXPECT_EQ(host.cell(row)->accessoryView(), nullptr);
-    }
+    EXPECT_FALSE(isOn(u"Enabled"));
+    for (const auto& [key, title] : globalSwitches()) EXPECT_EQ(isOn(title), key == "log" || key == "blockNonWiFi");
 }
 
 TEST_F(SettingsTest, RowsKeepTheirLookWhenTheirCellsAreUsedAgain) {
+    const struct {
+        QStringView title;
+        bool isGrey, leadsOn, hasSwitch;
+    } rows[] = {
+        {u"Enabled", false, false, true},
+        {u"Documentation", true, true, false},
+        {u"Log", true, false, true},
+        {u"Import/Export Settings", true, true, false},
+        {u"Deny Tab In Front", false, false, true},
+        {u"Delete All Rules and Settings", false, false, false},
+    };
     open();
     host.window->resize(320, 140);  // few rows in sight: cells go round
-    for (const int section : {0, 1, 2, 3, 4, 5, 6, 7, 6, 5, 4, 3, 2, 1, 0}) {
-        const auto* cell = host.cell({section, 0});
-        const bool isGrey = section == 1 || section == 4 || section == 6;
-        const bool leadsOn = section == 1 || section == 6;
-        EXPECT_EQ(cell->selectionStyle() == platform::TableViewCell::SelectionStyle::gray, isGrey) << section;
-        EXPECT_EQ(cell->accessory() == platform::TableViewCell::Accessory::disclosureIndicator, leadsOn) << section;
-        EXPECT_EQ(cell->accessoryView() != nullptr, !leadsOn && section != 7) << section;
+    for (int round = 0; round < 2; ++round) {
+        for (const auto& [title, isGrey, leadsOn, hasSwitch] : rows) {
+            const auto* cell = host.cell(title);
+            EXPECT_EQ(cell->selectionStyle() == platform::TableViewCell::SelectionStyle::gray, isGrey);
+            EXPECT_EQ(cell->accessory() == platform::TableViewCell::Accessory::disclosureIndicator, leadsOn);
+            EXPECT_EQ(cell->accessoryView() != nullptr, hasSwitch) << title.toString().toStdString();
+        }
     }
 }
 
 TEST_F(SettingsTest, GlobalSwitchWritesItsKeyAndThenPosts) {
+    ASSERT_EQ(globalSwitches().size(), store::keys::globalSwitches.size());
     for (const bool hasFile : {false, true}) {
-        for (const auto& [section, key] : globalSwitches) {
-            SettingsTest::host.posts.clear();
+        for (const auto& [key, title] : globalSwitches()) {
+            host.posts.clear();
             std::filesystem::remove(host.store.path(File::globalRules));
             if (hasFile) host.put(File::globalRules, "<dict><key>own</key><string>kept</string></dict>");
             open();
             for (const bool on : {true, false}) {
-                toggle(section);
+                toggle(title);
                 if (host.alert()) host.answer(0);
                 ASSERT_EQ(host.posts.size(), on ? 1U : 2U) << key;
                 EXPECT_EQ(host.posts.back().name, store::reloadBoth);
@@ -103,12 +105,12 @@ TEST_F(SettingsTest, SwitchKeepsWhatOthersWroteInTheMeantime) {
     open();
     host.put(File::globalRules,
              "<dict><key>globalDeny</key><array><string>x</string></array><key>log</key><true/></dict>");
-    toggle(5);
+    toggle(u"Deny Tab In Front");
     const auto file = host.store.read(File::globalRules);
     EXPECT_EQ(file->find("globalDeny")->array()->size(), 1U);
     EXPECT_EQ(flag(file, "log"), true);
     EXPECT_EQ(flag(file, "denyTabFront"), true);
-    EXPECT_TRUE(switchAt(logRow.section)->isOn()) << "the rows show what was read";
+    EXPECT_TRUE(isOn(u"Log")) << "the rows show what was read";
 }
 
 // Rules that cannot be read this time may well be good: they stay, and the switch says so.
@@ -122,10 +124,10 @@ TEST_F(SettingsTest, SwitchGoesBackWhenTheFileCannotBeRead) {
     fs::permissions(file, fs::perms::none);
     {
         const AnotherPerson somebody;
-        for (const int section : {logRow.section, 5}) toggle(section);
+        for (const QStringView title : {u"Log", u"Deny Tab In Front"}) toggle(title);
     }
-    EXPECT_TRUE(switchAt(logRow.section)->isOn());
-    EXPECT_FALSE(switchAt(5)->isOn());
+    EXPECT_TRUE(isOn(u"Log"));
+    EXPECT_FALSE(isOn(u"Deny Tab In Front"));
     EXPECT_TRUE(host.posts.empty());
     EXPECT_EQ(host.alert(), nullptr);
     fs::permissions(file, fs::perms(0644));
@@ -135,7 +137,7 @@ TEST_F(SettingsTest, SwitchGoesBackWhenTheFileCannotBeRead) {
 TEST_F(SettingsTest, EnabledSwitchKeepsTheMarkerAndThenPosts) {
     open();
     for (const bool disabled : {true, false}) {
-        toggle(enabledRow.section);
+        toggle(u"Enabled");
         EXPECT_EQ(host.posts.back().isDisabled, disabled);
         EXPECT_EQ(host.posts.back().name, store::reloadBoth);
         EXPECT_EQ(host.store.isDisabled(), disabled);
@@ -146,7 +148,7 @@ TEST_F(SettingsTest, EnabledSwitchKeepsTheMarkerAndThenPosts) {
 
 TEST_F(SettingsTest, LogSwitchedOnAsksToReadBetweenWriteAndPost) {
     open();
-    toggle(logRow.section);
+    toggle(u"Log");
     ASSERT_TRUE(host.alert());
     EXPECT_EQ(host.alert()->title(), u"Please Read");
     EXPECT_EQ(host.alert()->numberOfButtons(), 1);
@@ -154,7 +156,7 @@ TEST_F(SettingsTest, LogSwitchedOnAsksToReadBetweenWriteAndPost) {
     EXPECT_TRUE(host.posts[0].isAlertShown);
     EXPECT_EQ(flag(host.posts[0].globalRules, "log"), true);
     host.answer(0);
-    toggle(logRow.section);
+    toggle(u"Log");
     EXPECT_EQ(host.alert(), nullptr);
     EXPECT_TRUE(opened.isEmpty()) << "a tap on the switch opened the log";
 }
@@ -167,8 +169,8 @@ TEST_F(SettingsTest, DeletesEverythingOnlyWhenConfirmed) {
         host.put(File::guiSettings, rules);
         host.posts.clear();
         open();
-        EXPECT_TRUE(switchAt(logRow.section)->isOn());
-        host.tapRow(deleteRow);
+        EXPECT_TRUE(isOn(u"Log"));
+        host.tapRow(u"Delete All Rules and Settings");
         ASSERT_TRUE(host.alert());
         EXPECT_EQ(host.alert()->title(), u"Delete all Rules");
         EXPECT_TRUE(host.alert()->isDestructive(1));
@@ -185,14 +187,16 @@ TEST_F(SettingsTest, DeletesEverythingOnlyWhenConfirmed) {
             EXPECT_EQ(host.posts[0].globalRules->size(), 1U);
         }
         EXPECT_EQ(host.store.read(File::guiSettings)->size(), 2U);
-        EXPECT_EQ(switchAt(logRow.section)->isOn(), !isDeleted);
-        EXPECT_TRUE(switchAt(enabledRow.section)->isOn());
+        EXPECT_EQ(isOn(u"Log"), !isDeleted);
+        EXPECT_TRUE(isOn(u"Enabled"));
     }
 }
 
 TEST_F(SettingsTest, RowsLeadToTheirScreens) {
     open();
-    for (int section = 0; section < 7; ++section) host.tapRow({section, 0});
+    for (const QStringView title :
+         {u"Enabled", u"Documentation", u"Deny Tab In Front", u"Log", u"Import/Export Settings"})
+        host.tapRow(title);
     EXPECT_EQ(opened,
               (QStringList{QStringLiteral("documentation"), QStringLiteral("log"), QStringLiteral("import/export")}));
     EXPECT_TRUE(host.posts.empty());
@@ -201,7 +205,7 @@ TEST_F(SettingsTest, RowsLeadToTheirScreens) {
 TEST_F(SettingsTest, DocumentationNeedsTheInternet) {
     platform::FixedNetwork none(platform::FixedNetwork::Kind::none);
     host.show<screens::VxmSettingsViewController>(static_cast<screens::SettingsRoutes&>(*this), none);
-    host.tapRow(documentationRow);
+    host.tapRow(u"Documentation");
     EXPECT_TRUE(opened.isEmpty());
     ASSERT_TRUE(host.alert());
     EXPECT_EQ(host.alert()->title(), u"No Internet Connection");

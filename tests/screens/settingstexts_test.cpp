@@ -1,4 +1,4 @@
-// All that a person reads on the settings screens but for the documentation, word by word.
+// All that a person reads on the screens and alerts behind the settings but for the documentation, word by word.
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
@@ -38,11 +38,10 @@ Texts textsOn(const QWidget& shown) {
 }
 
 TEST(SettingsTexts, AreTheseToTheLetter) {
-    enum Section { documentation = 1, log = 4, importExport = 6, deleteAll = 7 };
-    const auto tapSetting = [](Section section, int x = 120) {
+    const auto tapSetting = [](QStringView row, int x = 120) {
         return [=](TestDevice& device) {
             device.tap(26, 20);
-            device.tapRow(section, 0, x);
+            device.tapRow(row, x);
         };
     };
     const std::string exportHelp =
@@ -54,46 +53,38 @@ TEST(SettingsTexts, AreTheseToTheLetter) {
         std::function<void(TestDevice&)> go;
         Texts texts;
     } table[] = {
-        {"settings",
-         [](TestDevice& device) { device.tap(26, 20); },
-         {"Settings", "Enabled", "Completely disable/enable Vxm.", "Documentation", "Browse Vexmor documentation.",
-          "Block If NOT On WiFi", "In apps hooked by Vexmor.", "Allow All Sess. Respects Global",
-          "Global Rules will be respected", "Log", "Tap cell to view the log.", "Deny Tab In Front", "For the popup.",
-          "Import/Export Settings", "For all settings and rules.", "Delete All Rules and Settings",
-          "Will ask for confirmation."}},
         {"no internet",
-         tapSetting(documentation),
+         tapSetting(u"Documentation"),
          {"No Internet Connection",
           "You require an internet connection via WiFi or cellular network for additional Information.", "Ok"}},
         {"log switched on",
-         tapSetting(log, 285),
+         tapSetting(u"Log", 285),
          {"Please Read",
           "Logging will need additional resources and will fill the memory. Disable logging if you don't need it.",
           "OK"}},
-        {"log", tapSetting(log), {"Log", "no content"}},
+        {"log", tapSetting(u"Log"), {"Log", "no content"}},
         {"delete all",
-         tapSetting(deleteAll),
+         tapSetting(u"Delete All Rules and Settings"),
          {"Delete all Rules", "Do you really want to delete all rules?", "Cancel", "Yes"}},
-        {"export", tapSetting(importExport), {"Import/Export", exportHelp, "Export", "mine.plist"}},
+        {"export", tapSetting(u"Import/Export Settings"), {"Import/Export", exportHelp, "Export", "mine.plist"}},
         {"import",
          [&](TestDevice& device) {
-             tapSetting(importExport)(device);
-             device.tapRow(0, 0);
+             tapSetting(u"Import/Export Settings")(device);
+             device.tapRow(u"mine.plist");
          },
          {"Do you want to import Settings from mine.plist? All current settings will be overwritten!!!", "mine.plist",
           "Cancel", "YES"}},
         {"host list",
          [](TestDevice& device) {
-             device.tapRow(0, 0);
-             device.tapRow(0, 1);
+             for (const QStringView row : {u"Global Allow", u"Import | Delete All"}) device.tapRow(row);
              device.answer(1);
          },
          {"Import", "hosts.txt"}},
         {"host list import",
          [](TestDevice& device) {
-             for (const int row : {0, 1}) device.tapRow(0, row);
+             for (const QStringView row : {u"Global Allow", u"Import | Delete All"}) device.tapRow(row);
              device.answer(1);
-             device.tapRow(0, 0);
+             device.tapRow(u"hosts.txt");
          },
          {"Do you want to import rules from this file?", "hosts.txt", "Cancel", "YES"}},
     };

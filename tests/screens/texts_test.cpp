@@ -1,6 +1,7 @@
-// All that a person reads on the main screen, in the chooser and on the screen of one app, to the letter.
+// What the rows of the app screens and the settings say, to the letter; the help explains every one of them.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -9,39 +10,67 @@
 
 #include "platform/ui/alert/AlertView.h"
 #include "platform/ui/navigation/ViewController.h"
+#include "screens/Documents.h"
+#include "support/RowNamed.h"
 #include "support/TestDevice.h"
 #include "views/VxmNavBarView.h"
 
 namespace {
 
-using Section = std::vector<QStringList>;
+struct Row {
+    QStringView title;
+    QStringView below = u"";
+};
 
-QStringList row(const char* title, const char* underText = nullptr) {
-    QStringList texts{QString::fromUtf8(title)};
-    if (underText) texts.append(QString::fromUtf8(underText));
-    return texts;
+// What the rows say, section by section, in a window that has room for all of them.
+QList<QStringList> titlesInSight(TestDevice& device) {
+    device.window()->resize(320, 1000);
+    QApplication::processEvents();
+    QList<QStringList> sections;
+    device.table()->forEachCell([&](platform::IndexPath row, const platform::TableViewCell& cell) {
+        if (row.row == 0) sections.append(QStringList());
+        sections.last().append(cell.accessibleName());
+    });
+    return sections;
 }
 
-TEST(TextsTest, RowsAndTitlesOfTheAppScreens) {
+TEST(TextsTest, RowsAndTitlesOfScreensWithTables) {
     const struct {
         const char* title;
         std::function<void(TestDevice&)> go;
-        std::vector<Section> sections;
+        std::vector<Row> rows;
+        QStringView chapter;  // of the help, if it explains every row
     } screens[] = {
         {"Vexmor",
          [](TestDevice&) {},
-         {{row("Global Allow", "Applied to all Apps"), row("Global Deny", "Applied to all Apps")},
-          {row("GameCenterDaemon", "com.apple.gamed"), row("Mail", "org.example.Mail")}}},
-        {"Add App", [](TestDevice& device) { device.tap(292, 20); }, {{row("Maps", "org.example.Maps")}}},
+         {{u"Global Allow", u"Applied to all Apps"},
+          {u"Global Deny", u"Applied to all Apps"},
+          {u"GameCenterDaemon", u"com.apple.gamed"},
+          {u"Mail", u"org.example.Mail"}},
+         {}},
+        {"Add App", [](TestDevice& device) { device.tap(292, 20); }, {{u"Maps", u"org.example.Maps"}}, {}},
         {"Mail",
-         [](TestDevice& device) { device.tapRow(1, 1); },
-         {{row("Allow All Connections"), row("Deny All Connections"),
-           row("Still Apply Detailed Rules", "Applies all rules set below")},
-          {row("Block If NOT On WiFi", "This will save mobile data.")},
-          {row("Always Allow Rules", "Connections which are allowed."),
-           row("Always Deny Rules", "Connections which are being blocked.")}}},
+         [](TestDevice& device) { device.tapRow(u"Mail"); },
+         {{u"Allow All Connections"},
+          {u"Deny All Connections"},
+          {u"Still Apply Detailed Rules", u"Applies all rules set below"},
+          {u"Block If NOT On WiFi", u"This will save mobile data."},
+          {u"Always Allow Rules", u"Connections which are allowed."},
+          {u"Always Deny Rules", u"Connections which are being blocked."}},
+         u"app"},
+        {"Settings",
+         [](TestDevice& device) { device.tap(26, 20); },
+         {{u"Enabled", u"Completely disable/enable Vxm."},
+          {u"Documentation", u"Browse Vexmor documentation."},
+          {u"Block If NOT On WiFi", u"In apps hooked by Vexmor."},
+          {u"Allow All Sess. Respects Global", u"Global Rules will be respected"},
+          {u"Log", u"Tap cell to view the log."},
+          {u"Deny Tab In Front", u"For the popup."},
+          {u"Import/Export Settings", u"For all settings and rules."},
+          {u"Delete All Rules and Settings", u"Will ask for confirmation."}},
+         u"settings"},
     };
-    for (const auto& [title, go, sections] : screens) {
+    for (const auto& [title, go, rows, chapter] : screens) {
         SCOPED_TRACE(title);
         TestDevice device;
         device.install("org.example.Mail", "Mail");
@@ -52,12 +81,11 @@ TEST(TextsTest, RowsAndTitlesOfTheAppScreens) {
         go(device);
         const auto* bar = device.screen()->view()->findChild<views::VxmNavBarView*>();
         EXPECT_EQ(bar->titleLabel()->text(), QString::fromUtf8(title));
-        for (int section = 0; section < int(sections.size()); ++section) {
-            const Section& rows = sections[std::size_t(section)];
-            ASSERT_EQ(device.rows(section), int(rows.size()));
-            for (int each = 0; each < int(rows.size()); ++each)
-                EXPECT_EQ(device.rowTexts(section, each), rows[std::size_t(each)]);
+        for (const auto& [name, below] : rows) {
+            const platform::IndexPath row = rowNamed(*device.table(), name);
+            EXPECT_EQ(device.rowTexts(row.section, row.row).mid(1).join(QString()), below);
         }
+        if (!chapter.isEmpty()) EXPECT_EQ(titlesInSight(device), documents::rowsInHelp(chapter.toString()));
     }
 }
 

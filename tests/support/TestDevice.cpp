@@ -17,6 +17,7 @@
 #include "platform/ui/table/TableView.h"
 #include "platform/ui/table/TableViewCell.h"
 #include "resources/Resources.h"
+#include "support/RowNamed.h"
 
 namespace fs = std::filesystem;
 
@@ -133,6 +134,11 @@ void TestDevice::tapRow(int section, int row, int x) {
     shown->scrollToRow({section, row});
     const QPoint middle = shown->viewport()->mapTo(window(), shown->rectForRow({section, row}).center());
     tap(x, middle.y());
+}
+
+void TestDevice::tapRow(QStringView name, int x) {
+    const platform::IndexPath named = rowNamed(*table(), name);
+    tapRow(named.section, named.row, x);
 }
 
 void TestDevice::swipeToDelete(int section, int row) {

@@ -60,8 +60,9 @@ public:
     platform::TableView* table() const;
 
     void tap(int x, int y);
-    // Taps the middle of a row of the table in sight.
+    // Taps the middle of a row of the table in sight, by its place or by what it says.
     void tapRow(int section, int row, int x = 120);
+    void tapRow(QStringView name, int x = 120);
     void drag(int x1, int y1, int x2, int y2);
     // Swipes a row to the left and taps "Delete".
     void swipeToDelete(int section, int row);
