@@ -1,11 +1,11 @@
 """An app on its way under the firewall and out again."""
 from driven_simulator import APP_RULES, SEARCH
-from layout import (ADD, BACK, CANCEL_SEARCH, DELETE_X, RULE_LIST_HEADER, SEARCH_FIELD, SWITCH_X, TITLE_X, check, row,
-                    tell)
+from layout import (ADD, APP_LIST, BACK, CANCEL_SEARCH, DELETE_X, FOUND_APPS, ONE_APP, SEARCH_FIELD, SWITCH_X, TITLE_X,
+                    Table, check, tell)
 
 # The demonstration device's apps without rules, as the chooser sorts them.
-OFFERED = ["GameCenterDaemon", "Larder", "Nightjar Radio", "Paper Crane", "Parley", "Penny Ledger", "Shutterleaf",
-           "Überland"]
+CHOOSER = Table(["GameCenterDaemon", "Larder", "Nightjar Radio", "Paper Crane", "Parley", "Penny Ledger", "Shutterleaf",
+                 "Überland"], header=SEARCH)
 PARLEY = "org.example.Parley"
 
 
@@ -23,21 +23,21 @@ def add_and_block_an_app(phone):
     phone.picture("main")
     phone.tap(*ADD)
     phone.picture("chooser")
-    phone.tap(TITLE_X, row(OFFERED.index("Parley"), SEARCH))
+    phone.tap(TITLE_X, CHOOSER.row("Parley"))
     phone.picture("app-added")
     check_record(**fresh)
 
     phone.tap(*SEARCH_FIELD)
     phone.type("parl")
     phone.picture("search")
-    phone.tap(TITLE_X, row(0, SEARCH))
+    phone.tap(TITLE_X, FOUND_APPS.row_behind(0))
     check_record(**fresh, stillUseRules=False)
-    phone.tap(SWITCH_X, row(1))
+    phone.tap(SWITCH_X, ONE_APP.row("Deny All Connections"))
     phone.picture("all-connections-denied")
     check_record(**{**fresh, "allowEverything": "2"}, stillUseRules=False)
 
-    phone.tap(TITLE_X, row(4, bands=12))
-    phone.tap(TITLE_X, row(0, RULE_LIST_HEADER))
+    phone.tap(TITLE_X, ONE_APP.row("Always Allow Rules"))
+    phone.tap(TITLE_X, APP_LIST.row("Add Hostname/IP"))
     phone.type("*.Friends.example")
     phone.picture("new-rule")
     phone.key("Return")
@@ -47,8 +47,8 @@ def add_and_block_an_app(phone):
     phone.tap(*BACK)
     phone.tap(*BACK)
 
-    phone.swipe_left(row(0, SEARCH))
+    phone.swipe_left(FOUND_APPS.row_behind(0))
     phone.picture("app-swiped")
-    phone.tap(DELETE_X, row(0, SEARCH))
+    phone.tap(DELETE_X, FOUND_APPS.row_behind(0))
     check_record()
     phone.tap(*CANCEL_SEARCH)

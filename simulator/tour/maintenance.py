@@ -1,19 +1,19 @@
 """Importing hosts, the settings, the log, the export, the documentation."""
 import os
 
-from driven_simulator import APP_RULES, BAR, EXPORTS, GLOBAL_RULES, GUI_SETTINGS, LISTS, SEARCH
-from layout import BACK, RULE_LIST_HEADER, SETTINGS, SWITCH_X, TITLE_X, check, row, tell
+from driven_simulator import APP_RULES, BAR, EXPORTS, GLOBAL_RULES, GUI_SETTINGS, LISTS
+from layout import ALL_APPS, BACK, FILES, GLOBAL_LIST, MAIN, SETTINGS, SWITCH_X, TITLE_X, check, tell
 
 
 def import_hosts(phone):
     before = phone.plist(GLOBAL_RULES)
     lists = [file.read_text().split("\n") for file in (phone.device / LISTS).iterdir()]
 
-    phone.tap(TITLE_X, row(1, SEARCH))
+    phone.tap(TITLE_X, MAIN.row("Global Deny"))
     phone.picture("global-deny")
-    phone.tap(TITLE_X, row(1, RULE_LIST_HEADER))
+    phone.tap(TITLE_X, GLOBAL_LIST.row("Import | Delete All"))
     phone.tap_near_middle(0, 71)  # "Import"
-    phone.tap(TITLE_X, row(0))
+    phone.tap(TITLE_X, FILES.row_behind(0))
     phone.picture("import")
     phone.tap_near_middle(57, 47)  # "YES"
     phone.tap(*BACK)
@@ -30,20 +30,17 @@ def import_hosts(phone):
 
 
 def settings_and_export(phone):
-    def section(index):
-        return row(index, bands=6 * index)
-
     phone.tap(*SETTINGS)
-    phone.tap(SWITCH_X, section(2))
+    phone.tap(SWITCH_X, ALL_APPS.row("Block If NOT On WiFi"))
     phone.picture("settings")
     check(phone.plist(GLOBAL_RULES)["blockNonWiFi"] is True, "the switch should be in the global rules file")
     check(phone.printed() == ["posted com.urmeld.vxm.reloadBoth"], f"one post should be in {phone.printed()}")
     tell("blocking when not on Wi-Fi is on, and the engine was told")
-    phone.tap(TITLE_X, section(4))
+    phone.tap(TITLE_X, ALL_APPS.row("Log"))
     phone.picture("log")
     phone.tap(*BACK)
 
-    phone.tap(TITLE_X, section(6))
+    phone.tap(TITLE_X, ALL_APPS.row("Import/Export Settings"))
     phone.tap(phone.width / 2, BAR + 112)  # "Export"
     phone.picture("export")
     exported = os.listdir(phone.device / EXPORTS)
@@ -56,7 +53,7 @@ def settings_and_export(phone):
 
 
 def read_documentation(phone):
-    phone.tap(TITLE_X, row(1, bands=6))
+    phone.tap(TITLE_X, ALL_APPS.row("Documentation"))
     phone.settle(quiet=2, at_most=20)  # the web engine starts and the page loads
     phone.picture("documentation")
     phone.tap(*BACK)

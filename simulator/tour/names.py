@@ -3,8 +3,8 @@ import datetime
 import plistlib
 import shutil
 
-from driven_simulator import APP_RULES, EXPORTS, GLOBAL_RULES, GUI_SETTINGS, LISTS, SEARCH, DrivenSimulator
-from layout import BACK, EDIT, RULE_LIST_HEADER, SETTINGS, TITLE_X, row
+from driven_simulator import APP_RULES, EXPORTS, GLOBAL_RULES, GUI_SETTINGS, LISTS, DrivenSimulator
+from layout import ALL_APPS, BACK, EDIT, FILES, GLOBAL_LIST, MAIN, SETTINGS, TITLE_X
 
 NAMES = {
     "Arabic": "جدار الحماية للتطبيقات",
@@ -41,28 +41,28 @@ def look_at_names(program, directory, stage=None, arguments=()):
     """Leaves numbered pictures and the device in `directory`."""
     make_device(directory / "device")
     with DrivenSimulator(program, directory / "device", directory, arguments, stage) as phone:
-        long = 3  # the row of the longest name, below two rows that are always there and Emoji
+        long = 1  # the longest name comes behind Emoji
         phone.picture("apps")
-        phone.tap(TITLE_X, row(long, SEARCH, bands=3))
+        phone.tap(TITLE_X, MAIN.row_behind(long))
         phone.picture("app")
         phone.tap(*BACK)
 
-        phone.tap(TITLE_X, row(0, SEARCH))
+        phone.tap(TITLE_X, MAIN.row("Global Allow"))
         phone.picture("rules")
         phone.tap(*EDIT)
-        phone.tap(TITLE_X, row(long, RULE_LIST_HEADER, bands=3))
+        phone.tap(TITLE_X, GLOBAL_LIST.row_behind(long))
         phone.picture("editing")
         phone.key("Return")
         phone.tap(*EDIT)
-        phone.tap(TITLE_X, row(1, RULE_LIST_HEADER))
+        phone.tap(TITLE_X, GLOBAL_LIST.row("Import | Delete All"))
         phone.tap_near_middle(0, 71)  # "Import"
         phone.picture("lists")
-        phone.tap(TITLE_X, row(0))
+        phone.tap(TITLE_X, FILES.row_behind(0))
         phone.picture("list-question")
         phone.key("Escape")
         phone.tap(*BACK)
         phone.tap(*BACK)
 
         phone.tap(*SETTINGS)
-        phone.tap(TITLE_X, row(6, bands=36))
+        phone.tap(TITLE_X, ALL_APPS.row("Import/Export Settings"))
         phone.picture("exports")
