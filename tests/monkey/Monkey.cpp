@@ -203,8 +203,12 @@ void Monkey::settle() {
 // The one thing in a row that is not told to the screen but read whenever the row is built.
 bool Monkey::isFirewallSwitchedByOthers() const {
     if (!qobject_cast<screens::VxmSettingsViewController*>(device_->screen())) return false;
-    const platform::TableViewCell* row = device_->table()->cellForRow({0, 0});
-    return row && row->accessorySwitch()->isOn() == device_->files().isDisabled();
+    bool isOther = false;
+    device_->table()->forEachCell([&](platform::IndexPath, const platform::TableViewCell& row) {
+        if (row.accessibleName() == u"Enabled")
+            isOther = row.accessorySwitch()->isOn() == device_->files().isDisabled();
+    });
+    return isOther;
 }
 
 // Until everything has ended that needs no time of the monkey's.

@@ -60,9 +60,11 @@ bool allowInAppRules(const Sight& screen, const Change& change) {
     if (screen.screen == "VxmMainViewController") return !change.after;
     if (screen.screen == "VxmAppChooserControllerViewController") return isFresh(change.after);
     if (screen.bundleIdentifier != change.key) return false;
-    if (screen.screen == "VxmAppViewController")
-        return changesOnly(change,
-                           {keys::allowEverything, keys::stillUseRules, keys::blockSpecificWiFi, keys::enabled});
+    if (screen.screen == "VxmAppViewController") {
+        Keys allowed(keys::appSwitches.begin(), keys::appSwitches.end());
+        allowed.insert({keys::allowEverything, keys::enabled});
+        return changesOnly(change, allowed);
+    }
     return screen.screen == "VxmAppRulesViewController" &&
            changesOnly(change, {screen.isDeny ? keys::deny : keys::allow});
 }
@@ -71,7 +73,7 @@ bool allowInGlobalRules(const Sight& screen, const Change& change) {
     namespace keys = store::keys;
     if (!change.after) return false;
     if (screen.screen == "VxmSettingsViewController")
-        return Keys{keys::blockNonWiFi, keys::respectGlobal, keys::log, keys::denyTabFront}.contains(change.key) &&
+        return std::count(keys::globalSwitches.begin(), keys::globalSwitches.end(), change.key) &&
                change.after->boolean();
     const bool keepsList =
         screen.screen == "VxmGlobalViewController" || screen.screen == "VxmGlobalImportViewController";

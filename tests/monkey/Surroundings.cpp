@@ -4,6 +4,7 @@
 
 #include <array>
 #include <fstream>
+#include <vector>
 
 #include "store/Schema.h"
 #include "store/plist/PropertyListFile.h"
@@ -254,8 +255,9 @@ std::string Surroundings::record() {
         if (random_.chance(70)) entries += "<key>" + std::string(key) + "</key>" + rules();
     if (random_.chance(70))
         entries += "<key>allowEverything</key><string>" + std::to_string(random_.below(4)) + "</string>";
-    for (const std::string_view key : {store::keys::stillUseRules, store::keys::blockSpecificWiFi, store::keys::enabled,
-                                       std::string_view("planted")})
+    std::vector<std::string_view> flagged(store::keys::appSwitches.begin(), store::keys::appSwitches.end());
+    flagged.insert(flagged.end(), {store::keys::enabled, "planted"});
+    for (const std::string_view key : flagged)
         if (random_.chance(40)) entries += "<key>" + std::string(key) + "</key>" + random_.oneOf(flags);
     return entries + "</dict>";
 }
@@ -273,7 +275,7 @@ std::string Surroundings::contentOf(store::File file) {
     } else if (file == store::File::globalRules) {
         for (const std::string_view key : {store::keys::globalAllow, store::keys::globalDeny})
             if (random_.chance(80)) add(key, rules());
-        for (const std::string_view key : {store::keys::blockNonWiFi, store::keys::respectGlobal, store::keys::log})
+        for (const std::string_view key : store::keys::globalSwitches)
             if (random_.chance(50)) add(key, random_.oneOf(flags));
     } else {
         for (const std::string_view key : {store::keys::showAllowHelp, store::keys::didShowEditAlert})
