@@ -21,7 +21,8 @@ constexpr QStringView still = u"Still Apply Detailed Rules";
 constexpr QStringView wiFi = u"Block If NOT On WiFi";
 
 std::string rulesWith(const std::string& record) {
-    return std::string("<dict><key>") + identifier + "</key><dict>" + record + "</dict></dict>";
+    std::string rules = "<dict><key>";
+    return rules.append(identifier).append("</key><dict>").append(record).append("</dict></dict>");
 }
 
 class AppSettingsTest : public testing::Test {

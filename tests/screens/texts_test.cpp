@@ -85,7 +85,9 @@ TEST(TextsTest, RowsAndTitlesOfScreensWithTables) {
             const platform::IndexPath row = rowNamed(*device.table(), name);
             EXPECT_EQ(device.rowTexts(row.section, row.row).mid(1).join(QString()), below);
         }
-        if (!chapter.isEmpty()) EXPECT_EQ(titlesInSight(device), documents::rowsInHelp(chapter.toString()));
+        if (!chapter.isEmpty()) {
+            EXPECT_EQ(titlesInSight(device), documents::rowsInHelp(chapter.toString()));
+        }
     }
 }
 
