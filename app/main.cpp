@@ -27,6 +27,7 @@ int main(int argc, char** argv) {
     std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
     platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories("/"));
+    applications.readAhead();
     applications.setScale(application.devicePixelRatio());
     QApplication::setApplicationName(QStringLiteral("Vexmor"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.urmeld.Vexmor"));

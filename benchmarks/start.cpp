@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     const bench::FirstFrame firstFrame("views::VxmAppCell", argv[1]);
     platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(argv[2]), argv[2]);
+    applications.readAhead();
     applications.setScale(application.devicePixelRatio());
     platform::SystemNotifyCenter notifyCenter;
     platform::HostNetwork network;

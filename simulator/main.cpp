@@ -59,6 +59,7 @@ int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notif
     QApplication application(argc, argv);
     platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(options.device),
                                                   options.device);
+    applications.readAhead();
     applications.setScale(application.devicePixelRatio());
     const std::unique_ptr<platform::Network> network = makeNetwork(options.network);
     platform::Device device;

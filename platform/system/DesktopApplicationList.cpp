@@ -44,8 +44,7 @@ struct DesktopApplicationList::Private {
     enum class Outcome { kept, known, outdated };
     using IconKey = std::pair<QString, int>;  // identifier, points
 
-    void beginReading();
-    void takeFirstCatalog();
+    std::shared_ptr<const DesktopCatalog> takeCatalogReadAhead();
     std::shared_ptr<const DesktopCatalog> refresh();
     Source readSource(const QString& identifier);
     void forgetStaleIcons();
@@ -60,22 +59,19 @@ struct DesktopApplicationList::Private {
     fs::path root;
     double scale = 1;
 
-    std::once_flag firstUse{};
-    mutable std::mutex lock{};  // guards the members below
-    std::shared_ptr<const DesktopCatalog> catalog{};
+    mutable std::mutex lock{};                        // guards the members below
+    std::shared_ptr<const DesktopCatalog> catalog{};  // none: not read yet
     std::shared_ptr<const IconTheme> theme{};
     QHash<IconKey, Icon> icons{};
 
-    // The first reading of the catalog, started by the constructor to overlap with the start of the app. Changes made
-    // before its first use are detected like later ones. Last member: joined before the others are destroyed.
-    std::shared_ptr<const DesktopCatalog> firstCatalog{};  // written by the thread, read after its end
-    std::jthread firstReading{};
+    // Last members: joined before the others are destroyed.
+    std::mutex readingLock{};
+    std::shared_ptr<const DesktopCatalog> catalogReadAhead{};  // written by the thread, read after its end
+    std::jthread reading{};
 };
 
 DesktopApplicationList::DesktopApplicationList(std::vector<fs::path> dataDirectories, fs::path root)
-    : d_(new Private{.dataDirectories = std::move(dataDirectories), .root = std::move(root)}) {
-    d_->beginReading();
-}
+    : d_(new Private{.dataDirectories = std::move(dataDirectories), .root = std::move(root)}) {}
 
 DesktopApplicationList::~DesktopApplicationList() = default;
 
@@ -143,32 +139,34 @@ QImage DesktopApplicationList::copyIconOfSize(int points, const QString& identif
     }
 }
 
-void DesktopApplicationList::Private::beginReading() {
-    const auto read = [this] {
-        firstCatalog = std::make_shared<const DesktopCatalog>(readDesktopCatalog(dataDirectories, DesktopCatalog()));
-    };
+void DesktopApplicationList::readAhead() {
+    const std::lock_guard guard(d_->readingLock);
     try {
         // Not pinned to a processor: another one reads the fonts, and this one is idle while the app waits for them.
-        firstReading = std::jthread(read);
-    } catch (const std::system_error&) {  // the thread limit is reached
-        read();
+        d_->reading = std::jthread([d = d_.get()] {
+            d->catalogReadAhead =
+                std::make_shared<const DesktopCatalog>(readDesktopCatalog(d->dataDirectories, DesktopCatalog()));
+        });
+    } catch (const std::system_error&) {  // the thread limit is reached; the first query reads
     }
 }
 
-void DesktopApplicationList::Private::takeFirstCatalog() {
-    if (firstReading.joinable()) firstReading.join();
-    const std::lock_guard guard(lock);
-    catalog = std::move(firstCatalog);
+std::shared_ptr<const DesktopCatalog> DesktopApplicationList::Private::takeCatalogReadAhead() {
+    const std::lock_guard guard(readingLock);
+    if (reading.joinable()) reading.join();
+    return std::exchange(catalogReadAhead, nullptr);
 }
 
 std::shared_ptr<const DesktopCatalog> DesktopApplicationList::Private::refresh() {
-    std::call_once(firstUse, [this] { takeFirstCatalog(); });
     std::unique_lock guard(lock);
     const auto knownCatalog = catalog;
     const auto knownTheme = theme;
     guard.unlock();
 
-    auto freshCatalog = std::make_shared<const DesktopCatalog>(readDesktopCatalog(dataDirectories, *knownCatalog));
+    auto freshCatalog = takeCatalogReadAhead();
+    if (!freshCatalog)
+        freshCatalog = std::make_shared<const DesktopCatalog>(
+            readDesktopCatalog(dataDirectories, knownCatalog ? *knownCatalog : DesktopCatalog()));
     const bool themeHasChanged = knownTheme && knownTheme->hasChangedOnDisk();
 
     guard.lock();
@@ -199,13 +197,14 @@ DesktopApplicationList::Private::Source DesktopApplicationList::Private::source(
     return {catalog->value(identifier), theme};
 }
 
-// The current source of the identifier's icon. Reads the icon theme on first use.
+// The current source of the identifier's icon. Reads the catalog and the icon theme on first use.
 DesktopApplicationList::Private::Source DesktopApplicationList::Private::readSource(const QString& identifier) {
-    std::call_once(firstUse, [this] { takeFirstCatalog(); });
     std::unique_lock guard(lock);
+    const bool needsCatalog = !catalog;
     const bool needsTheme = !theme;
     guard.unlock();
 
+    if (needsCatalog) refresh();
     std::shared_ptr<const IconTheme> freshTheme;
     if (needsTheme)
         freshTheme = std::make_shared<const IconTheme>(

@@ -23,10 +23,15 @@ class DesktopApplicationList : public ApplicationList {
     Q_OBJECT
 public:
     // `dataDirectories` in order of precedence. Absolute icon paths of entries and the desktop's settings are resolved
-    // below `root`. Starts reading the entries on a background thread; create it early.
+    // below `root`.
     explicit DesktopApplicationList(std::vector<std::filesystem::path> dataDirectories,
                                     std::filesystem::path root = "/");
     ~DesktopApplicationList() override;
+
+    // Starts reading the entries on a background thread. The next query takes this result, without a second look at the
+    // disk: call it where that query follows within moments, as at start. What changes in between is seen by the query
+    // after. Does nothing when no thread can be started.
+    void readAhead();
 
     // Sets the device pixel ratio of icons (default 1). Call before the first icon is requested.
     void setScale(double scale);
