@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QLabel>
 #include <QWidget>
 #include <algorithm>
 #include <vector>
@@ -17,7 +18,7 @@ bool byKeyboard = false;
 
 bool takesFocus(const QWidget* widget) {
     return widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::ClickFocus) &&
-           !isTextField(widget);
+           !isTextField(widget) && !qobject_cast<const QLabel*>(widget);
 }
 
 QWidget* firstWithin(const QWidget* within) {

@@ -37,7 +37,8 @@ protected:
 };
 
 // Gives the focus to the first visible widget inside `within` with Qt::ClickFocus; to `within` itself when there is
-// none. Text fields are skipped, since focus would start editing.
+// none. Text fields are skipped, since focus would start editing; so are labels whose text can be selected, since it
+// would show their cursor.
 void giveTo(QWidget* within);
 
 }  // namespace platform::Focus
