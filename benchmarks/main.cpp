@@ -3,7 +3,11 @@
 #include <sys/file.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 
@@ -43,6 +47,7 @@ void settleEnvironment() {
 // Two that measure at once would measure each other, in the same folder.
 store::Descriptor waitForTurn(const fs::path& lockFile) {
     store::Descriptor lock(open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644));
+    if (!lock.isOpen()) throw fs::filesystem_error("cannot write", lockFile, {errno, std::generic_category()});
     if (flock(lock.number(), LOCK_EX | LOCK_NB) == 0) return lock;
     std::cerr << "waiting for another measurement to end\n";
     flock(lock.number(), LOCK_EX);
@@ -74,10 +79,7 @@ bench::Rows measureAll(const bench::Options& options, const fs::path& folder) {
     return all;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
+int run(const std::vector<std::string>& arguments) {
     settleEnvironment();
     if (!arguments.empty() && arguments.front() == "--worker")
         return bench::work({arguments.begin() + 1, arguments.end()});
@@ -98,4 +100,15 @@ int main(int argc, char** argv) {
     bench::writeJson(json, rows);
     return std::all_of(rows.begin(), rows.end(), [](const bench::Row& row) { return row.holds(); }) ? EXIT_SUCCESS
                                                                                                     : fellShort;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run({argv + 1, argv + argc});
+    } catch (const std::exception& problem) {
+        std::fprintf(stderr, "vexmor-bench: %s\n", problem.what());
+        return misused;
+    }
 }

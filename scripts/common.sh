@@ -75,6 +75,7 @@ groups_of() {
     case $1 in
         release) echo build ;;
         bench) echo build bench ;;
+        tidy) echo build test bench ;;
         fuzz) echo build fuzz ;;
         arm64) echo build arm64 ;;
         arm64-debug) echo build test assistance arm64 emulator ;;
@@ -82,18 +83,24 @@ groups_of() {
     esac
 }
 
-# build PRESET [TARGET...]: configures and builds; everything when no target is named. Installs what the preset needs.
-build() {
-    local preset=$1 targets=(); shift
-    [ $# -eq 0 ] || targets=(--target "$@")
+# configure PRESET: installs what the preset needs.
+configure() {
+    local preset=$1
     # shellcheck disable=SC2046
     ensure_packages $(groups_of "$preset")
     mkdir -p build 2>/dev/null && [ -w build ] || fail "cannot write to $PWD/build"
     [[ $preset != arm64* ]] || ensure_sysroot arm64
-    say "building $preset"
     local log; log=$(mktemp)
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; rm -f "$log"; fail "configuring $preset failed"; }
     rm -f "$log"
+}
+
+# build PRESET [TARGET...]: configures and builds; everything when no target is named.
+build() {
+    local preset=$1 targets=(); shift
+    [ $# -eq 0 ] || targets=(--target "$@")
+    configure "$preset"
+    say "building $preset"
     NINJA_STATUS=$'\t'"building $preset"$'\t%p\t%f of %t: ' cmake --build --preset "$preset" "${targets[@]}" | progress ||
         fail "building $preset failed"
 }

@@ -154,11 +154,12 @@ Rows measureGrowth(const Conditions& conditions) {
     const std::filesystem::path smallFile = keepUnsorted(small);
     const Figures figures = medianOfRounds(
         {[&] { return measure(large, largeFile, "large "); }, [&] { return measure(small, smallFile, "small "); }});
+    const std::size_t smallSize = conditions.size / times;
     Rows rows;
     for (const std::string name : {"switch", "open", "keystroke1", "keystroke2", "add", "delete", "edit"}) {
-        rows.push_back({name + ", time per rule, " + of(conditions.size), "the same, " + of(conditions.size / times),
-                        Unit::seconds, figures.at("large " + name) / static_cast<double>(conditions.size),
-                        figures.at("small " + name) / static_cast<double>(conditions.size / times), atMost(1.3)});
+        rows.push_back({name + ", time per rule, " + of(conditions.size), "the same, " + of(smallSize), Unit::seconds,
+                        figures.at("large " + name) / static_cast<double>(conditions.size),
+                        figures.at("small " + name) / static_cast<double>(smallSize), atMost(1.3)});
     }
     return rows;
 }

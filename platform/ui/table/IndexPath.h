@@ -1,6 +1,7 @@
 #pragma once
 
 #include <compare>
+#include <tuple>
 
 namespace platform {
 
@@ -9,7 +10,10 @@ struct IndexPath {
     int section = 0;
     int row = 0;
 
-    auto operator<=>(const IndexPath&) const = default;
+    bool operator==(const IndexPath&) const = default;
+    auto operator<=>(const IndexPath& other) const {
+        return std::tie(section, row) <=> std::tie(other.section, other.row);
+    }
 };
 
 }  // namespace platform
