@@ -7,7 +7,6 @@
 #include "app/Termination.h"
 #include "app/VxmAppDelegate.h"
 #include "platform/system/Fonts.h"
-#include "platform/ui/drawing/Images.h"
 #include "resources/Resources.h"
 #include "views/Chrome.h"
 #include "views/Palette.h"
@@ -33,12 +32,6 @@ QPalette appPalette() {
     return colours;
 }
 
-// What the first screen shows and no font is needed for.
-void paintFirstImages(double scale) {
-    for (const char16_t* name : {u"SettingsButton", u"AddButton", u"GlobalAllow", u"GlobalDeny"})
-        platform::Images::named(QString::fromUtf16(name), scale);
-}
-
 }  // namespace
 
 std::jthread prepare() {
@@ -53,14 +46,13 @@ int run(QApplication& application, const platform::Device& device, std::jthread 
     resources::initialize();
     // QT_STYLE_OVERRIDE takes precedence over the style that prepare() has set.
     if (QApplication::style()->name() != styleName()) QApplication::setStyle(styleName());
-    paintFirstImages(application.devicePixelRatio());
     if (fonts.joinable()) fonts.join();
     QApplication::setFont(views::fontWithName(QStringLiteral("Helvetica"), 14));
     quitOnTerminationSignals();
     VxmAppDelegate delegate(device);
     callAtEnd([&delegate] { delegate.applicationWillTerminate(); });
     delegate.didFinishLaunching();
-    return QApplication::exec();
+    return application.exec();
 }
 
 }  // namespace app
