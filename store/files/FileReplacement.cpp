@@ -21,7 +21,6 @@ namespace store {
 namespace {
 
 constexpr int mostLinks = 40;
-constexpr std::size_t largestWrite = std::size_t{8} << 20;
 constexpr mode_t newFileMode = 0644;
 
 std::error_code lastError() {
@@ -63,11 +62,10 @@ public:
 
     void write(std::string_view bytes) override {
         while (!bytes.empty() && !error_) {
-            ssize_t count = ::write(file_, bytes.data(), std::min(bytes.size(), largestWrite));
-            if (count > 0) {
+            ssize_t count = ::write(file_, bytes.data(), bytes.size());
+            if (count > 0)
                 bytes.remove_prefix(static_cast<std::size_t>(count));
-                startWriteback(count);
-            } else if (count == 0)
+            else if (count == 0)
                 error_ = store::error(std::errc::io_error);
             else if (errno != EINTR)
                 error_ = lastError();
@@ -77,17 +75,7 @@ public:
     std::error_code error() const { return error_; }
 
 private:
-    // Starts writing to disk early, so that the final fsync has less to wait for. Errors are reported by fsync.
-    void startWriteback(off_t count) {
-        written_ += count;
-        if (written_ - started_ < off_t{largestWrite}) return;
-        sync_file_range(file_, started_, written_ - started_, SYNC_FILE_RANGE_WRITE);
-        started_ = written_;
-    }
-
     int file_;
-    off_t written_ = 0;
-    off_t started_ = 0;
     std::error_code error_;
 };
 

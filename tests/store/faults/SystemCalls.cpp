@@ -143,9 +143,6 @@ int madvise(void* address, size_t size, int advice) noexcept {
 int fsync(int) {
     return faults::fails(faults::next(), SYS_fsync) ? -1 : 0;
 }
-int sync_file_range(int, off64_t, off64_t, unsigned) {
-    return faults::fails(faults::next(), SYS_sync_file_range) ? -1 : 0;
-}
 int rename(const char* from, const char* to) noexcept {
     return int(call(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
 }
