@@ -15,6 +15,7 @@
 #include "store/files/BufferSink.h"
 #include "store/plist/PropertyList.h"
 #include "store/plist/XmlWriter.h"
+#include "store/text/Ascii.h"
 #include "store/text/Utf.h"
 
 namespace store {
@@ -223,11 +224,10 @@ private:
         }
         std::string_view bytes = bytes_.substr(head.content, head.count * unit);
         std::size_t malformedAt = 0;
-        auto isAscii = [](char c) { return static_cast<signed char>(c) >= 0; };
         std::optional<std::string> text;
         if (unit == 2)
             text = utf8FromUtf16(bytes, ByteOrder::big, malformedAt);
-        else if (std::all_of(bytes.begin(), bytes.end(), isAscii))
+        else if (isAscii(bytes))
             text = std::string(bytes);
         if (!text) fail(ReadFailure::badEncoding, head.content + malformedAt);
         return text;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "store/text/Ascii.h"
+#include "store/text/Search.h"
 
 namespace store {
 
@@ -27,11 +28,9 @@ const char* skipSpace(const char* p) {
 
 // The encodings that a declaration may name. The text itself has been converted to UTF-8 by now.
 bool isReadableEncoding(std::string_view name) {
-    std::string lower(name);
-    std::transform(lower.begin(), lower.end(), lower.begin(), asciiLower);
     static constexpr std::string_view readable[] = {"utf-8",  "utf8",  "us-ascii", "ascii",
                                                     "utf-16", "utf16", "utf-16le", "utf-16be"};
-    return std::find(std::begin(readable), std::end(readable), lower) != std::end(readable);
+    return std::ranges::find(readable, lowercase(name)) != std::end(readable);
 }
 
 }  // namespace

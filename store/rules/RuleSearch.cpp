@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "store/parallel/Parts.h"
-#include "store/rules/PoolMarks.h"
 #include "store/text/Ascii.h"
 #include "store/text/Search.h"
 
@@ -15,49 +14,59 @@ namespace {
 
 constexpr std::size_t worthwhile = 50'000;  // rules for each thread
 
-// Searches texts of a pool, ASCII or lowered, for a lowered substring. Fastest when the texts are asked for in the
-// order of the pool.
+// A byte of a lowered pattern, which an ASCII letter of either case matches.
+struct Letter {
+    explicit Letter(char lowered) : wanted(lowered), caseBit(lowered >= 'a' && lowered <= 'z' ? 0x20 : 0) {}
+    Bytes16 matches(Bytes16 bytes) const { return (bytes | caseBit) == wanted; }
+
+    char wanted;
+    char caseBit;
+};
+
+// Searches texts of a pool, ASCII or lowered, for a lowered, non-empty pattern: sixteen places at a time by its first
+// and last byte, and those that remain by the bytes between.
 class Finder {
 public:
     Finder(std::string_view pool, std::string_view pattern)
-        : pool_(pool), pattern_(pattern), starts_(PoolMarks::ofStarts(pool, pattern)) {}
+        : pool_(pool), pattern_(pattern), first_(pattern.front()), last_(pattern.back()) {}
 
-    bool matches(std::string_view text) {
+    bool matches(std::string_view text) const {
         if (text.size() < pattern_.size()) return false;
-        const auto begin = static_cast<std::size_t>(text.data() - pool_.data());
-        const std::size_t places = text.size() - pattern_.size() + 1;
-        if (pattern_.size() <= PoolMarks::wholeSize) return starts_.any(begin, places);
-        return starts_.any(begin, places, [this](std::size_t at) { return matchesAt(at); });
+        const std::size_t last = pattern_.size() - 1;
+        std::size_t at = static_cast<std::size_t>(text.data() - pool_.data());
+        for (const std::size_t end = at + text.size() - last; at < end; at += sizeof(Bytes16)) {
+            Positions found(first_.matches(loadBytes(pool_, at)) & last_.matches(loadBytes(pool_, at + last)));
+            for (found.removeFrom(end - at); !found.empty(); found.removeFirst())
+                if (matchesBetween(at + found.first())) return true;
+        }
+        return false;
     }
 
 private:
-    bool matchesAt(std::size_t at) const {
-        return std::equal(pattern_.begin(), pattern_.end(), pool_.begin() + static_cast<std::ptrdiff_t>(at),
-                          [](char pattern, char c) { return pattern == asciiLower(c); });
+    bool matchesBetween(std::size_t at) const {
+        for (std::size_t i = 1; i + 1 < pattern_.size(); ++i)
+            if (asciiLower(pool_[at + i]) != pattern_[i]) return false;
+        return true;
     }
 
     std::string_view pool_;
     std::string_view pattern_;
-    PoolMarks starts_;
+    Letter first_;
+    Letter last_;
 };
 
 }  // namespace
 
 RuleSearch::RuleSearch(const RuleStorage& storage) : storage_(&storage) {
-    const std::string_view pool = storage.pool();
     LargeVector<std::uint8_t> isOther(storage.size());
     inParts(isOther.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
-        PoolMarks others = PoolMarks::ofOtherThanAscii(pool);
-        for (std::size_t index = begin; index < end; ++index) {
-            const std::string_view rule = storage.rule(static_cast<RuleStorage::Index>(index));
-            isOther[index] = others.any(static_cast<std::size_t>(rule.data() - pool.data()), rule.size());
-        }
+        for (std::size_t index = begin; index < end; ++index)
+            isOther[index] = !isAscii(storage.rule(static_cast<RuleStorage::Index>(index)));
     });
     for (RuleStorage::Index index = 0; index < storage.size(); ++index) {
         if (!isOther[index]) continue;
-        const std::string_view rule = storage.rule(index);
         others_.push_back(index);
-        appendLoweredForSearch(rule, lowered_);
+        lowered_ += loweredForSearch(storage.rule(index));
         ends_.push_back(lowered_.size());
     }
 }
@@ -88,11 +97,11 @@ private:
     };
 
     void matchRules(std::size_t begin, std::size_t end) {
-        Finder inRules(search_.storage_->pool(), pattern_);
+        const Finder inRules(search_.storage_->pool(), pattern_);
         for (std::size_t index = begin; index < end; ++index)
             matches_[index] = inRules.matches(search_.storage_->rule(static_cast<Index>(index)));
         const auto& others = search_.others_;
-        Finder inLowered(search_.lowered_, pattern_);
+        const Finder inLowered(search_.lowered_, pattern_);
         const auto first = std::lower_bound(others.begin(), others.end(), begin);
         for (auto other = first; other != others.end() && *other < end; ++other)
             matches_[*other] = inLowered.matches(search_.lowered(static_cast<std::size_t>(other - others.begin())));

@@ -4,48 +4,21 @@
 #include <unicode/ustring.h>
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
-#include <vector>
+#include <optional>
 
+#include "store/text/Ascii.h"
 #include "store/text/IcuText.h"
 
 namespace store {
 
 namespace {
 
-constexpr std::size_t wordSize = sizeof(std::uint64_t);
-constexpr std::uint64_t everyByte = 0x0101010101010101;
-constexpr std::uint64_t highBits = 0x80 * everyByte;
-
-// Lowers eight ASCII characters at once, one in each byte of the word. The high bit of a byte's sum says whether the
-// character is at or above a letter; no sum carries into the next byte.
-std::uint64_t loweredWord(std::uint64_t word) {
-    const std::uint64_t fromA = word + (0x80 - 'A') * everyByte;
-    const std::uint64_t behindZ = word + (0x80 - 'Z' - 1) * everyByte;
-    return word | ((fromA & ~behindZ & highBits) >> 2);
-}
-
-// Lowers ASCII letters in place. Returns false when the text is not all ASCII; its bytes are then garbage.
-bool lowerAscii(char* text, std::size_t size) {
-    std::uint64_t all = 0;
-    auto lowerWord = [&all](char* at) {
-        std::uint64_t word;
-        std::memcpy(&word, at, wordSize);
-        all |= word;
-        word = loweredWord(word);
-        std::memcpy(at, &word, wordSize);
-    };
-    if (size >= wordSize) {
-        for (std::size_t at = 0; at + wordSize <= size; at += wordSize) lowerWord(text + at);
-        lowerWord(text + size - wordSize);  // overlaps the word before: lowering is idempotent
-    } else {
-        char word[wordSize] = {};
-        std::copy_n(text, size, word);
-        lowerWord(word);
-        std::copy_n(word, size, text);
-    }
-    return (all & highBits) == 0;
+// Nothing when the text is not all ASCII.
+std::optional<std::string> loweredAscii(std::string_view text) {
+    if (!isAscii(text)) return std::nullopt;
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(), asciiLower);
+    return lower;
 }
 
 std::u16string lowered(const std::u16string& text) {
@@ -72,23 +45,14 @@ bool SearchText::matches(std::string_view field) const {
     return !lowered_.empty() && loweredForSearch(field).find(lowered_) != std::string::npos;
 }
 
-void appendLoweredForSearch(std::string_view text, std::string& block) {
-    const std::size_t begin = block.size();
-    block.append(text);
-    if (lowerAscii(block.data() + begin, text.size())) return;
-    block.resize(begin);
-    block.append(utf8(composed(lowered(utf16(text)))));
-}
-
 std::string loweredForSearch(std::string_view text) {
-    std::string lowered;
-    appendLoweredForSearch(text, lowered);
-    return lowered;
+    std::optional<std::string> ascii = loweredAscii(text);
+    return ascii ? *std::move(ascii) : utf8(composed(lowered(utf16(text))));
 }
 
 std::string lowercase(std::string_view text) {
-    std::string lower(text);
-    return lowerAscii(lower.data(), lower.size()) ? lower : utf8(lowered(utf16(text)));
+    std::optional<std::string> ascii = loweredAscii(text);
+    return ascii ? *std::move(ascii) : utf8(lowered(utf16(text)));
 }
 
 }  // namespace store

@@ -18,7 +18,6 @@ private:
 
 // The lower-cased and normalised form that the search compares. ASCII text takes a fast path without ICU.
 std::string loweredForSearch(std::string_view text);
-void appendLoweredForSearch(std::string_view text, std::string& block);
 
 // Unicode lower-casing without a locale, not normalised.
 std::string lowercase(std::string_view text);

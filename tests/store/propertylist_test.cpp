@@ -286,18 +286,6 @@ TEST(PropertyListReading, NeedsNoTimeForManyAttributesAndEntities) {
     EXPECT_EQ(error.reason, ReadFailure::unknownReference);
 }
 
-// The scanners that take sixteen bytes at a time stop where the simple ones do.
-TEST(PropertyListReading, SkipsTextAsTheSimpleScannersDo) {
-    for (std::size_t length = 0; length < 70; ++length) {
-        for (int byte = 0; byte < 256; ++byte) {
-            Buffer text = Buffer::copyOf(std::string(length, 'x') + static_cast<char>(byte) + "x<");
-            EXPECT_EQ(skipPlainText(text.bytes.get()), skipPlainTextBytewise(text.bytes.get()))
-                << length << " " << byte;
-            EXPECT_EQ(plainTextSize(text.view()), plainTextSizeBytewise(text.view())) << length << " " << byte;
-        }
-    }
-}
-
 std::string outcome(const ReadResult& result) {
     if (auto* found = std::get_if<Dictionary>(&result)) return written(*found);
     return testing::PrintToString(std::get<ReadError>(result));

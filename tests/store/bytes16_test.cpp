@@ -1,0 +1,77 @@
+#include "store/text/Bytes16.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "store/files/Buffer.h"
+#include "store/plist/XmlText.h"
+#include "store/text/Ascii.h"
+
+namespace store {
+namespace {
+
+constexpr std::size_t registerSize = sizeof(Bytes16);
+constexpr std::size_t longest = 2 * registerSize + 1;
+
+bool isOther(char c) {
+    return static_cast<signed char>(c) < ' ' || c == '<' || c == '&';
+}
+
+std::size_t firstOf(std::string_view text, bool (*isWanted)(char)) {
+    return static_cast<std::size_t>(std::ranges::find_if(text, isWanted) - text.begin());
+}
+
+// Around the text stands what is looked for, which must not be found there.
+TEST(Bytes16, FindsTheFirstByteInTextsOfAnyLength) {
+    for (std::size_t size = 0; size <= longest; ++size) {
+        for (std::size_t place = 0; place < std::max<std::size_t>(size, 1); ++place) {
+            for (int byte = 0; byte < 256; ++byte) {
+                std::string text(size, 'x');
+                if (size > 0) text[place] = static_cast<char>(byte);
+                if (size > 3) text[size - 1 - place / 2] = '<';
+                const std::string around = "<\xFF" + text + "\xFF<" + std::string(registerSize, '>');
+                const std::string_view inside = std::string_view(around).substr(2, size);
+                const auto where = [&] { return testing::Message() << size << " bytes, " << byte << " at " << place; };
+                EXPECT_EQ(plainTextSize(inside), firstOf(inside, [](char c) { return isOther(c) || c == '>'; }))
+                    << where();
+                EXPECT_EQ(isAscii(inside), firstOf(inside, [](char c) { return (c & 0x80) != 0; }) == size) << where();
+                const Buffer buffer = Buffer::copyOf(text);
+                EXPECT_EQ(skipPlainText(buffer.bytes.get()) - buffer.bytes.get(), firstOf(text, isOther)) << where();
+            }
+        }
+    }
+}
+
+TEST(Bytes16, LoadsZerosBehindTheEnd) {
+    for (std::size_t size = 0; size <= longest; ++size) {
+        const std::string text(size, 'x');
+        for (std::size_t at = 0; at <= longest; ++at) {
+            const std::size_t left = size > at ? size - at : 0;
+            EXPECT_EQ(Positions(loadBytes(text, at) == 0).first(), std::min(left, registerSize)) << size << " " << at;
+        }
+    }
+}
+
+TEST(Bytes16, ListsThePositions) {
+    for (unsigned set = 0; set < 1U << registerSize; set += 5) {
+        for (const std::size_t end : {0UL, 1UL, 9UL, 15UL, 16UL, 40UL}) {
+            std::string text(registerSize, '.');
+            std::vector<std::size_t> expected, found;
+            for (std::size_t i = 0; i < registerSize; ++i) {
+                if ((set >> i & 1) == 0) continue;
+                text[i] = 'x';
+                if (i < end) expected.push_back(i);
+            }
+            Positions positions(loadBytes(text.data()) == 'x');
+            for (positions.removeFrom(end); !positions.empty(); positions.removeFirst())
+                found.push_back(positions.first());
+            ASSERT_EQ(found, expected) << set << " up to " << end;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace store
