@@ -7,7 +7,6 @@
 
 #include "store/rules/RuleSearch.h"
 #include "store/rules/RuleStorage.h"
-#include "store/sorting/DateSort.h"
 #include "store/sorting/NameSort.h"
 #include "store/sorting/Ordering.h"
 
@@ -40,28 +39,30 @@ struct RuleList::Private {
     }
 
     // The order among equal dates, which have a resolution of a second: entries changed in this list, the last change
-    // first, then those that were read, in stored order.
-    std::vector<Index> latestFirst() const {
+    // first, then those that were read, in stored order. Dates are sorted beside the indices: where they lie, each
+    // comparison would miss the cache.
+    void sortLatestFirst() {
+        struct Dated {
+            std::int64_t date;
+            Index index;
+        };
         std::vector<char> isLeft(storage.size());
         for (const Index index : rows) isLeft[index] = 1;
-        std::vector<Index> sorted;
+        std::vector<Dated> sorted;
         sorted.reserve(rows.size());
         const auto append = [&](Index index) {
-            if (std::exchange(isLeft[index], 0)) sorted.push_back(index);
+            if (std::exchange(isLeft[index], 0)) sorted.push_back({storage.dateOrder(index), index});
         };
         std::for_each(changed.rbegin(), changed.rend(), append);
         for (Index index = 0; index < storage.size(); ++index) append(index);
-        return sorted;
+        std::ranges::stable_sort(sorted, std::greater(), &Dated::date);
+        std::ranges::transform(sorted, rows.begin(), &Dated::index);
     }
 
     void sortRows(RuleOrder by, const NameOrder& names) {
-        if (by == RuleOrder::name) {
-            sortByName(
-                rows, [this](Index index) { return storage.rule(index); }, names);
-        } else {
-            rows = latestFirst();
-            sortByDate(rows, [this](Index index) { return storage.dateOrder(index); });
-        }
+        if (by == RuleOrder::date) return sortLatestFirst();
+        sortByName(
+            rows, [this](Index index) { return storage.rule(index); }, names);
     }
 
     // The insertion point of a new entry in sorted rows.

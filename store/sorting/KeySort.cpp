@@ -4,7 +4,6 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <functional>
 #include <numeric>
 #include <span>
 #include <utility>
@@ -115,10 +114,8 @@ void sortGroup(std::span<Keyed> elements, std::span<Keyed> spare, const char* ke
     }
 }
 
-// Groups the elements by the highest bits of their parts and sorts the groups in parallel. `sortGroup` is given a group
-// and scratch of the same size.
-void sortInGroups(LargeVector<Keyed>& elements,
-                  const std::function<void(std::span<Keyed>, std::span<Keyed>)>& sortGroup) {
+// Groups the elements by the highest bits of their parts and sorts the groups in parallel.
+void sortInGroups(LargeVector<Keyed>& elements, const char* keys) {
     LargeVector<Keyed> spare(elements.size());
     const auto ends = group<groupBits>(elements, spare, bits - groupBits);
     elements.swap(spare);
@@ -127,7 +124,7 @@ void sortInGroups(LargeVector<Keyed>& elements,
         for (const std::size_t last : ends) {
             const std::size_t size = last - first;
             if (size > 1 && first >= begin && first < end)
-                sortGroup(std::span(elements).subspan(first, size), std::span(spare).subspan(first, size));
+                sortGroup(std::span(elements).subspan(first, size), std::span(spare).subspan(first, size), keys);
             first = last;
         }
     });
@@ -159,25 +156,13 @@ LargeVector<Keyed> keyedByIndex(const std::vector<std::uint32_t>& elements) {
     return keyed;
 }
 
-void sortByParts(LargeVector<Keyed>& elements) {
-    std::uint64_t all = 0;
-    for (const Keyed& keyed : elements) all |= keyed.part;
-    // Shifts out leading bits that are 0 in all keys: grouping by the highest bits is to tell elements apart.
-    const int unused = std::countl_zero(all | 1);
-    for (Keyed& keyed : elements) keyed.part <<= unused;
-    sortInGroups(elements, [](std::span<Keyed> some, std::span<Keyed> spare) {
-        sortByPart(some, spare, bits - groupBits - byteBits);
-        forEachRun(some, sortByPlace);
-    });
-}
-
 void sortByKeys(LargeVector<Keyed>& elements, const char* keys) {
     // Stored lists mostly are in the order in which they were shown.
     if (areSorted(elements, keys)) return;
     inParts(elements.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
         loadParts(std::span(elements).subspan(begin, end - begin), keys);
     });
-    sortInGroups(elements, [keys](std::span<Keyed> some, std::span<Keyed> spare) { sortGroup(some, spare, keys); });
+    sortInGroups(elements, keys);
 }
 
 }  // namespace store

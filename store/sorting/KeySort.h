@@ -7,13 +7,15 @@
 
 namespace store {
 
-// Radix sort (most significant digit first) by keys of 8 bytes or by strings. Stable and parallel; linear in the number
-// of bytes that tell the keys apart. Small groups are sorted by comparison.
+// Radix sort (most significant digit first) by strings. Stable and parallel; linear in the number of bytes that tell the
+// keys apart. Small groups are sorted by comparison.
+//
+// Brings 30 % of its row's goal; costs 32 bytes of scratch for each element.
 
 // An element of a sort.
 struct Keyed {
-    std::uint64_t part;    // the key of sortByParts(); scratch of sortByKeys()
-    std::uint32_t offset;  // of the key of sortByKeys(), a string in a block of keys that ends with a 0
+    std::uint64_t part;    // scratch: the eight bytes of the key that are being compared
+    std::uint32_t offset;  // of the key, a string in a block of keys that ends with a 0
     std::uint32_t place;   // position before the sort, which decides between equal keys
 };
 
@@ -25,7 +27,6 @@ inline constexpr std::size_t behindKeys = sizeof Keyed::part;
 // all indices up to the largest.
 LargeVector<Keyed> keyedByIndex(const std::vector<std::uint32_t>& indices);
 
-void sortByParts(LargeVector<Keyed>& elements);
 void sortByKeys(LargeVector<Keyed>& elements, const char* keys);
 
 }  // namespace store

@@ -13,7 +13,6 @@
 #include <utility>
 #include <vector>
 
-#include "store/sorting/DateSort.h"
 #include "store/sorting/NameSort.h"
 
 namespace store {
@@ -126,32 +125,6 @@ TEST(Ordering, KeepsTheOrderOfEqualNames) {
     std::vector<std::string> names;
     for (int i = 0; i < 2000; ++i) names.push_back((i % 2 ? "NAME" : "name") + std::to_string(1000 + i / 2));
     expectSortedLikeTheCollator(names, NameOrder("en_US"));
-}
-
-TEST(Ordering, SortsDatesLikeAPlainSort) {
-    constexpr std::int64_t none = INT64_MIN;
-    constexpr std::int64_t latest = INT64_MAX;
-    std::mt19937_64 random(7);
-    const std::pair<const char*, std::function<std::int64_t()>> kinds[]{
-        {"of a few years", [&] { return 1'700'000'000 + std::int64_t(random() % 100'000'000); }},
-        {"mostly the same", [&] { return random() % 100 ? 1'700'000'000 : std::int64_t(random() % 5); }},
-        {"the same", [] { return 5; }},
-        {"none", [] { return none; }},
-        {"some", [&] { return random() % 3 ? -std::int64_t(random() % 1000) : none; }},
-        {"any", [&] {
-             return std::array{none, none + 1, latest, std::int64_t(random())}[random() % 4];
-         }}};
-    for (const auto& [kind, made] : kinds) {
-        for (const std::size_t count : {0, 1, 30, 500, 120'000}) {
-            std::vector<std::int64_t> dates(count);
-            std::ranges::generate(dates, made);
-            std::vector<std::uint32_t> expected = shuffledNumbers(count);
-            std::vector<std::uint32_t> sorted = expected;
-            std::ranges::stable_sort(expected, std::greater(), [&](std::uint32_t each) { return dates[each]; });
-            sortByDate(sorted, [&](std::uint32_t each) { return dates[each]; });
-            EXPECT_EQ(sorted, expected) << count << " dates: " << kind;
-        }
-    }
 }
 
 }  // namespace
