@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
-#include <initializer_list>
 
 namespace store {
 
@@ -22,25 +21,15 @@ constexpr std::size_t partSize(std::size_t usual) {
     return isFuzzed ? std::max<std::size_t>(usual / 4096, 1) : usual;
 }
 
-// Work on the indices from 0 to `count`. Its ranges are independent of each other: `work` is called by several threads
-// at once, each with a range of its own. Must not throw.
-struct Phase {
-    std::size_t count;
-    std::function<void(std::size_t begin, std::size_t end)> work;
-};
-
 // The number of parts for `count` indices: one for each processor, but no part smaller than `worthwhile`; at least 1.
 std::size_t partsWorthwhile(std::size_t count, std::size_t worthwhile);
-
-// Runs the phases in order, each in `parts` parts in parallel, with a barrier between two phases. All phases share
-// their threads, since starting a thread can take as long as a phase. Parts begin at multiples of 64, so that no two
-// parts write to the same cache line of a byte array. Where no thread can be started, the calling thread does its part.
-void inPhases(std::size_t parts, std::initializer_list<Phase> phases);
 
 // Calls work(0) to work(parts - 1) in parallel, or in sequence where no threads can be started. Must not throw.
 void inAll(std::size_t parts, const std::function<void(std::size_t part)>& work);
 
-// One phase, in partsWorthwhile(count, worthwhile) parts.
+// Splits the indices from 0 to `count` into partsWorthwhile(count, worthwhile) ranges and calls work(begin, end) with
+// each, in parallel. Ranges begin at multiples of 64, so that no two threads write to the same cache line of a byte
+// array. Must not throw.
 void inParts(std::size_t count, std::size_t worthwhile, const std::function<void(std::size_t, std::size_t)>& work);
 
 }  // namespace store

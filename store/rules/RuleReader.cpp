@@ -73,9 +73,8 @@ private:
     bool reserveRun(const char* begin) {
         const RuleEntryRuns::Run* run = runs_.at(begin, end_);
         if (!run) return false;
-        reserved_.push_back({*run, storage_.entries_.size(), storage_.pool_.size()});
+        reserved_.push_back({*run, storage_.entries_.size(), storage_.extend(run->textSize)});
         storage_.entries_.resize(storage_.entries_.size() + run->count);
-        storage_.pool_.resize(storage_.pool_.size() + run->textSize);
         scanner_.moveTo(run->end);
         return true;
     }

@@ -13,8 +13,8 @@ namespace store {
 
 // Searches the rules of a storage, which must not change in the meantime.
 //
-// ASCII rules are searched in place. Rules with other characters, whose lower-cased form may differ in length, are
-// copied and lowered by the constructor.
+// ASCII rules are searched in place, sixteen bytes at a time. Rules with other characters, whose lower-cased form may
+// differ in length, are copied and lowered by the constructor.
 class RuleSearch {
 public:
     explicit RuleSearch(const RuleStorage& storage);
@@ -23,8 +23,8 @@ public:
     LargeVector<std::uint32_t> search(std::string_view text, std::span<const RuleStorage::Index> rows) const;
 
 private:
-    class Pass;
-
+    // By rule: 1 where it matches. Bytes, as storing a bit would take a branch.
+    LargeVector<std::uint8_t> matches(std::string_view pattern) const;
     std::string_view lowered(std::size_t other) const;
 
     const RuleStorage* storage_;

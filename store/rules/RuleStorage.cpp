@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
 #include <new>
 
 #include "store/parallel/Parts.h"
@@ -46,10 +45,14 @@ void RuleStorage::replace(Index index, std::string_view rule, Date date) {
     entries_[index] = plainEntry(rule, date.time_since_epoch().count());
 }
 
+std::size_t RuleStorage::extend(std::size_t size) {
+    pool_.resize(pool_.size() + size);
+    return pool_.size() - size - readable;
+}
+
 RuleStorage::Range RuleStorage::keep(std::string_view text) {
-    Range part{static_cast<std::uint32_t>(pool_.size()), static_cast<std::uint32_t>(text.size())};
-    pool_.resize(pool_.size() + text.size());
-    if (!text.empty()) std::memcpy(pool_.data() + part.offset, text.data(), text.size());
+    const Range part{static_cast<std::uint32_t>(extend(text.size())), static_cast<std::uint32_t>(text.size())};
+    text.copy(pool_.data() + part.offset, text.size());
     return part;
 }
 

@@ -28,8 +28,8 @@ public:
     static RuleStorage read(const Slice& array);
 
     std::size_t size() const { return entries_.size(); }
-    // The pool: the texts of the rules and of elements that are not plain.
-    std::string_view pool() const { return {pool_.data(), pool_.size()}; }
+    // This many bytes behind a rule may be read; their values do not matter.
+    static constexpr std::size_t readable = 32;
     std::string_view rule(Index index) const {
         const Entry& entry = entries_[index];
         return {pool_.data() + entry.offset, entry.size};
@@ -69,6 +69,8 @@ private:
 
     std::string_view at(Range part) const { return {pool_.data() + part.offset, part.size}; }
     bool areEqual(Index a, Index b) const;
+    // Makes room for texts at the end of the pool. Returns its offset.
+    std::size_t extend(std::size_t size);
     Range keep(std::string_view text);
     static Entry plainEntry(Range rule, std::int64_t date);
     Entry plainEntry(std::string_view rule, std::int64_t date);
@@ -81,7 +83,7 @@ private:
     LargeVector<char> duplicates() const;
     void removeDuplicates();
 
-    LargeVector<char> pool_;
+    LargeVector<char> pool_ = LargeVector<char>(readable);  // the texts, then the bytes behind the last one
     LargeVector<Entry> entries_;
     std::vector<Original> originals_;  // the XML of entries that were not plain when read, ascending by index
     std::vector<Range> foreign_;

@@ -14,17 +14,21 @@ namespace store {
 // and |.
 using Bytes16 [[gnu::vector_size(16)]] = signed char;
 
+// Sixteen times the same byte.
+inline Bytes16 sixteen(char byte) {
+    return Bytes16{} + static_cast<signed char>(byte);
+}
+
 inline Bytes16 loadBytes(const char* p) {
     Bytes16 bytes;
     std::memcpy(&bytes, p, sizeof bytes);
     return bytes;
 }
 
-// The sixteen bytes from an offset on; 0 behind the end of the text.
-inline Bytes16 loadBytes(std::string_view text, std::size_t at) {
-    if (text.size() >= at + sizeof(Bytes16)) return loadBytes(text.data() + at);
+// A text of less than sixteen bytes, followed by zeros.
+inline Bytes16 loadShort(std::string_view text) {
     char padded[sizeof(Bytes16)] = {};
-    text.substr(std::min(at, text.size())).copy(padded, sizeof padded);
+    text.copy(padded, sizeof padded);
     return loadBytes(padded);
 }
 
@@ -56,11 +60,11 @@ private:
 };
 
 // The offset of the first byte for which the comparison holds, the text's size when there is none. `compare` is called
-// with sixteen bytes, which may include some twice, or zeros behind a short text.
+// with sixteen bytes each time: some of them twice, or zeros behind a short text.
 template <class Compare>
 std::size_t findByte(std::string_view text, Compare compare) {
     constexpr std::size_t step = sizeof(Bytes16);
-    if (text.size() < step) return std::min(Positions(compare(loadBytes(text, 0))).first(), text.size());
+    if (text.size() < step) return std::min(Positions(compare(loadShort(text))).first(), text.size());
     for (std::size_t at = 0;; at = std::min(at + step, text.size() - step)) {
         if (const Positions found(compare(loadBytes(text.data() + at))); !found.empty()) return at + found.first();
         if (at + step == text.size()) return text.size();

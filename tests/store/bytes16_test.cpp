@@ -45,16 +45,6 @@ TEST(Bytes16, FindsTheFirstByteInTextsOfAnyLength) {
     }
 }
 
-TEST(Bytes16, LoadsZerosBehindTheEnd) {
-    for (std::size_t size = 0; size <= longest; ++size) {
-        const std::string text(size, 'x');
-        for (std::size_t at = 0; at <= longest; ++at) {
-            const std::size_t left = size > at ? size - at : 0;
-            EXPECT_EQ(Positions(loadBytes(text, at) == 0).first(), std::min(left, registerSize)) << size << " " << at;
-        }
-    }
-}
-
 TEST(Bytes16, ListsThePositions) {
     for (unsigned set = 0; set < 1U << registerSize; set += 5) {
         for (const std::size_t end : {0UL, 1UL, 9UL, 15UL, 16UL, 40UL}) {
