@@ -15,6 +15,9 @@ class XmlWriter;
 // Writes many elements in blocks. Several threads format blocks in parallel, each into a buffer of its own, and the
 // blocks reach the sink in order: the thread that completes the next block writes it, and all completed blocks that
 // follow it. A thread waits for another one only when all buffers hold blocks that cannot be written yet.
+//
+// Writing out of turn brings 5.5 % of its row's goal: without it, adding, deleting and editing a rule take 7 to 16 %
+// longer. Costs eight buffers of 64 KB for each thread.
 class XmlBlocks {
 public:
     // Writes a range of elements. Called on any thread, must not throw.

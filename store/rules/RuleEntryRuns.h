@@ -12,6 +12,8 @@ namespace store {
 // Where in a large text rule entries of the written layout (see RuleEntryLayout) follow one another without a break.
 // The text is split into chunks, which several threads search before anything is known of what a chunk is part of: an
 // entry is an entry wherever it stands. The reader skips a run as a whole.
+//
+// Brings 27 % of its row's goal; costs 40 bytes for each run, and its entries are matched again when they are read.
 class RuleEntryRuns : public ElementIndex {
 public:
     struct Run {

@@ -7,8 +7,8 @@
 
 namespace store {
 
-// Radix sort (most significant digit first) by strings. Stable and parallel; linear in the number of bytes that tell the
-// keys apart. Small groups are sorted by comparison.
+// Radix sort (most significant digit first) by strings. Stable and parallel; linear in the number of bytes that tell
+// the keys apart. Small groups are sorted by comparison.
 //
 // Brings 30 % of its row's goal; costs 32 bytes of scratch for each element.
 
