@@ -58,7 +58,7 @@ private:
     // Flags for 32 places before an end and 32 behind it.
     static constexpr auto beforeEnd = [] {
         std::array<char, 4 * step> flags{};
-        std::fill_n(flags.begin(), 2 * step, char{-1});
+        std::fill_n(flags.begin(), 2 * step, '\xFF');
         return flags;
     }();
 
