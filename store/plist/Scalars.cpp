@@ -12,12 +12,6 @@ namespace store {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && isXmlSpace(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isXmlSpace(text.back())) text.remove_suffix(1);
-    return text;
-}
-
 // Removes a leading sign from the text. Returns whether it was a minus.
 bool takeMinus(std::string_view& text) {
     if (text.empty() || (text.front() != '-' && text.front() != '+')) return false;

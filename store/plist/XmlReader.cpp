@@ -1,5 +1,6 @@
 #include "store/plist/XmlReader.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,36 +13,25 @@ namespace store {
 
 namespace {
 
-bool isWellFormed(Tag tag, std::string_view text) {
+// What is wrong with a scalar's text.
+std::optional<ReadFailure> faultOf(Tag tag, std::string_view text) {
+    const auto unless = [](bool isWellFormed, ReadFailure fault) {
+        return isWellFormed ? std::nullopt : std::optional(fault);
+    };
     switch (tag) {
         case Tag::date:
-            return parseDate(text).has_value();
+            return unless(parseDate(text).has_value(), ReadFailure::badDate);
         case Tag::integer:
-            return parseInteger(text).has_value();
+            return unless(parseInteger(text).has_value(), ReadFailure::badInteger);
         case Tag::real:
-            return parseReal(text).has_value();
+            return unless(parseReal(text).has_value(), ReadFailure::badReal);
         case Tag::data:
-            return isData(text);
+            return unless(isData(text), ReadFailure::badData);
         case Tag::yes:
         case Tag::no:
-            return text.find_first_not_of(" \t\n\r") == std::string_view::npos;
+            return unless(trimmed(text).empty(), ReadFailure::misplacedText);
         default:
-            return true;
-    }
-}
-
-ReadFailure malformed(Tag tag) {
-    switch (tag) {
-        case Tag::date:
-            return ReadFailure::badDate;
-        case Tag::integer:
-            return ReadFailure::badInteger;
-        case Tag::real:
-            return ReadFailure::badReal;
-        case Tag::data:
-            return ReadFailure::badData;
-        default:
-            return ReadFailure::misplacedText;
+            return std::nullopt;
     }
 }
 
@@ -76,21 +66,13 @@ private:
         if (event == Event::close || scanner_.tag() != Tag::dict)
             return fail(ReadFailure::noDictionary, scanner_.tagBegin());
         if (event == Event::open && !readDictionary()) return false;
-        return (!isWrapped || readWrapperEnd()) && readEnd();
+        return (!isWrapped || readEnd(Event::close)) && readEnd(Event::end);
     }
 
-    bool readWrapperEnd() {
-        Event event = scanner_.next();
-        if (event == Event::close && scanner_.tag() == Tag::plist) return true;
-        return failBehindDictionary(event);
-    }
-
-    bool readEnd() {
-        Event event = scanner_.next();
-        return event == Event::end || failBehindDictionary(event);
-    }
-
-    bool failBehindDictionary(Event event) {
+    // Behind the dictionary: the wrapper's closing tag, then the end of the text.
+    bool readEnd(Event expected) {
+        const Event event = scanner_.next();
+        if (event == expected && (event == Event::end || scanner_.tag() == Tag::plist)) return true;
         if (event == Event::failed) return false;
         if (event == Event::end) return fail(ReadFailure::unexpectedEnd, end_);
         return fail(event == Event::close ? ReadFailure::mismatchedTag : ReadFailure::secondRoot, scanner_.tagBegin());
@@ -148,8 +130,8 @@ private:
         const char* begin = scanner_.position();
         if (event == Event::open && !scanner_.text(text)) return false;
         if (tag == Tag::string) return true;
-        bool isFine = text.isPlain ? isWellFormed(tag, text.raw) : isWellFormed(tag, text.decoded());
-        return isFine || fail(malformed(tag), begin);
+        const auto fault = text.isPlain ? faultOf(tag, text.raw) : faultOf(tag, text.decoded());
+        return !fault || fail(*fault, begin);
     }
 
     bool closeContainer() {

@@ -36,28 +36,10 @@ bool isReadableEncoding(std::string_view name) {
 }  // namespace
 
 Kind kindOf(Tag tag) {
-    switch (tag) {
-        case Tag::plist:
-        case Tag::dict:
-            return Kind::dictionary;
-        case Tag::array:
-            return Kind::array;
-        case Tag::yes:
-        case Tag::no:
-            return Kind::boolean;
-        case Tag::date:
-            return Kind::date;
-        case Tag::data:
-            return Kind::data;
-        case Tag::integer:
-            return Kind::integer;
-        case Tag::real:
-            return Kind::real;
-        case Tag::key:
-        case Tag::string:
-            break;
-    }
-    return Kind::string;
+    static constexpr Kind kinds[] = {Kind::dictionary, Kind::dictionary, Kind::array,   Kind::string,
+                                     Kind::string,     Kind::boolean,    Kind::boolean, Kind::date,
+                                     Kind::data,       Kind::integer,    Kind::real};
+    return kinds[static_cast<std::size_t>(tag)];
 }
 
 XmlScanner::Event XmlScanner::fail(ReadFailure reason, const char* at) {
@@ -66,8 +48,9 @@ XmlScanner::Event XmlScanner::fail(ReadFailure reason, const char* at) {
     return Event::failed;
 }
 
-XmlScanner::Event XmlScanner::failAtCharacter(const char* at) {
-    return failOutsideText(at, ReadFailure::illegalCharacter);
+std::nullptr_t XmlScanner::refuse(ReadFailure reason, const char* at) {
+    fail(reason, at);
+    return nullptr;
 }
 
 // Fails at a byte that is not allowed here: end of text, malformed UTF-8, a character that XML forbids, otherwise
@@ -115,13 +98,8 @@ std::optional<XmlScanner::Event> XmlScanner::scanOddTag() {
         return std::nullopt;
     }
     if (endsAttributeName(p[1])) return fail(ReadFailure::badMarkup, p);
-    const char* behind = readTagName(p + 1, tag_);
-    if (!behind || !endsName(*behind)) {
-        const char* nameEnd = p + 1;
-        while (nameEnd && !endsAttributeName(*nameEnd)) nameEnd = skipCharacter(nameEnd);
-        return nameEnd ? fail(ReadFailure::unknownTag, p) : Event::failed;
-    }
-    behind = skipAttributes(behind);
+    const char* behind = skipTagName(p + 1, endsName, ReadFailure::unknownTag);
+    if (behind) behind = skipAttributes(behind);
     if (!behind) return Event::failed;
     bool isEmpty = *behind == '/';
     if (isEmpty) ++behind;
@@ -131,30 +109,37 @@ std::optional<XmlScanner::Event> XmlScanner::scanOddTag() {
 }
 
 XmlScanner::Event XmlScanner::scanOddClosingTag() {
-    const char* behind = readTagName(tagBegin_ + 2, tag_);
-    if (!behind || !(isXmlSpace(*behind) || *behind == '>')) {
-        const char* nameEnd = tagBegin_ + 2;
-        while (nameEnd && !endsAttributeName(*nameEnd)) nameEnd = skipCharacter(nameEnd);
-        return nameEnd ? fail(ReadFailure::mismatchedTag, tagBegin_) : Event::failed;
-    }
+    const auto endsClosingName = [](char c) { return isXmlSpace(c) || c == '>'; };
+    const char* behind = skipTagName(tagBegin_ + 2, endsClosingName, ReadFailure::mismatchedTag);
+    if (!behind) return Event::failed;
     behind = skipSpace(behind);
     if (*behind != '>') return failOutsideText(behind, ReadFailure::badMarkup);
     position_ = behind + 1;
     return Event::close;
 }
 
+const char* XmlScanner::skipTagName(const char* p, bool (*ends)(char), ReadFailure unknown) {
+    const char* behind = readTagName(p, tag_);
+    if (behind && ends(*behind)) return behind;
+    return skipAttributeName(p) ? refuse(unknown, tagBegin_) : nullptr;
+}
+
+const char* XmlScanner::skipAttributeName(const char* p) {
+    while (p && !endsAttributeName(*p)) p = skipCharacter(p);
+    return p;
+}
+
 const char* XmlScanner::skipCharacter(const char* p) {
     Utf8Character next = decodeUtf8(p, end_);
     if (next.length > 0 && isXmlCharacter(next.character)) return p + next.length;
-    failAtCharacter(p);
+    failOutsideText(p, ReadFailure::illegalCharacter);
     return nullptr;
 }
 
 const char* XmlScanner::skipReference(const char* p) {
     XmlReference reference = readReference(p, end_);
     if (reference.end && isXmlCharacter(reference.character)) return reference.end;
-    fail(reference.end ? ReadFailure::illegalCharacter : ReadFailure::unknownReference, p);
-    return nullptr;
+    return refuse(reference.end ? ReadFailure::illegalCharacter : ReadFailure::unknownReference, p);
 }
 
 // `p` points at a '<' that does not begin a closing tag.
@@ -162,11 +147,7 @@ const char* XmlScanner::skipInsideScalar(const char* p) {
     if (p[1] == '?') return skipInstruction(p);
     if (startsWith(p, "<![CDATA[")) return skipCharacters(p + 9, "]]>");
     if (p[1] == '!') return skipComment(p);
-    if (p + 1 == end_)
-        fail(ReadFailure::unexpectedEnd, end_);
-    else
-        fail(ReadFailure::misplacedTag, p);
-    return nullptr;
+    return p + 1 == end_ ? refuse(ReadFailure::unexpectedEnd, end_) : refuse(ReadFailure::misplacedTag, p);
 }
 
 const char* XmlScanner::skipCharacters(const char* p, std::string_view terminator) {
@@ -181,8 +162,7 @@ const char* XmlScanner::skipAttributes(const char* p) {
     while (p) {
         const char* name = skipSpace(p);
         if (*name == '>' || *name == '/') return name;
-        const char* nameEnd = name;
-        while (nameEnd && !endsAttributeName(*nameEnd)) nameEnd = skipCharacter(nameEnd);
+        const char* nameEnd = skipAttributeName(name);
         if (!nameEnd) return nullptr;
         const char* equals = skipSpace(nameEnd);
         const char* quote = *equals == '=' ? skipSpace(equals + 1) : equals;
@@ -199,10 +179,7 @@ const char* XmlScanner::skipAttributes(const char* p) {
 const char* XmlScanner::skipAttributeValue(const char* p) {
     char quote = *p++;
     while (p && *p != quote) {
-        if (*p == '<') {
-            fail(ReadFailure::badMarkup, p);
-            return nullptr;
-        }
+        if (*p == '<') return refuse(ReadFailure::badMarkup, p);
         p = *p == '&' ? skipReference(p) : skipCharacter(p);
     }
     return p ? p + 1 : nullptr;
@@ -212,8 +189,7 @@ const char* XmlScanner::skipComment(const char* p) {
     if (startsWith(p, "<!--")) return skipCharacters(p + 4, "-->");
     const char* odd = p + 2;
     while (*odd == '-') ++odd;
-    fail(odd == end_ ? ReadFailure::unexpectedEnd : ReadFailure::badMarkup, odd == end_ ? end_ : p);
-    return nullptr;
+    return odd == end_ ? refuse(ReadFailure::unexpectedEnd, end_) : refuse(ReadFailure::badMarkup, p);
 }
 
 // An XML declaration anywhere but at the beginning is an error, not an instruction.
@@ -221,10 +197,7 @@ const char* XmlScanner::skipInstruction(const char* p) {
     const char* target = p + 2;
     bool isDeclaration = asciiLower(target[0]) == 'x' && asciiLower(target[1]) == 'm' && asciiLower(target[2]) == 'l' &&
                          (isXmlSpace(target[3]) || target[3] == '?');
-    if (isDeclaration || isXmlSpace(*target) || *target == '?') {
-        fail(ReadFailure::badMarkup, p);
-        return nullptr;
-    }
+    if (isDeclaration || isXmlSpace(*target) || *target == '?') return refuse(ReadFailure::badMarkup, p);
     return skipCharacters(target, "?>");
 }
 
@@ -258,13 +231,9 @@ const char* XmlScanner::skipDeclaration(const char* p) {
     const char* quote = skipSpace(p + at + keyword.size());
     if (*quote == '=') quote = skipSpace(quote + 1);
     const char* nameEnd = *quote == '"' || *quote == '\'' ? std::find(quote + 1, behind, *quote) : behind;
-    if (nameEnd == behind) {
-        fail(ReadFailure::badMarkup, quote);
-        return nullptr;
-    }
+    if (nameEnd == behind) return refuse(ReadFailure::badMarkup, quote);
     if (isReadableEncoding({quote + 1, static_cast<std::size_t>(nameEnd - quote - 1)})) return behind;
-    fail(ReadFailure::unsupportedEncoding, quote + 1);
-    return nullptr;
+    return refuse(ReadFailure::unsupportedEncoding, quote + 1);
 }
 
 }  // namespace store

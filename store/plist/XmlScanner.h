@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -53,11 +54,13 @@ public:
 private:
     std::optional<Event> scanOddTag();
     Event scanOddClosingTag();
-    Event failAtCharacter(const char* at);
+    std::nullptr_t refuse(ReadFailure reason, const char* at);
     Event failOutsideText(const char* at, ReadFailure reason);
     bool closeScalar(Tag opened, const char* at);
 
     // Each returns the position behind what it skipped, or nullptr on an error.
+    const char* skipTagName(const char* p, bool (*ends)(char), ReadFailure unknown);
+    const char* skipAttributeName(const char* p);
     const char* skipInsideScalar(const char* p);
     const char* skipReference(const char* p);
     const char* skipCharacter(const char* p);

@@ -13,6 +13,13 @@ inline bool isXmlSpace(char c) {
     return c == ' ' || c == '\n' || c == '\t' || c == '\r';
 }
 
+// Without white space around it.
+inline std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && isXmlSpace(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isXmlSpace(text.back())) text.remove_suffix(1);
+    return text;
+}
+
 // The signed comparison with the space is true for bytes outside ASCII as well: they are negative.
 inline Bytes16 areOtherThanPlainText(Bytes16 bytes) {
     return (bytes < ' ') | (bytes == '<') | (bytes == '&');

@@ -19,11 +19,8 @@ Date now() {
 std::string_view elementsIn(const Slice& array) {
     XmlScanner scanner(array);
     if (scanner.next() != XmlScanner::Event::open) return {};
-    std::string_view inside(scanner.position(), static_cast<std::size_t>(array.end - scanner.position()));
-    inside = inside.substr(0, inside.rfind("</"));
-    while (!inside.empty() && isXmlSpace(inside.front())) inside.remove_prefix(1);
-    while (!inside.empty() && isXmlSpace(inside.back())) inside.remove_suffix(1);
-    return inside;
+    const std::string_view inside(scanner.position(), static_cast<std::size_t>(array.end - scanner.position()));
+    return trimmed(inside.substr(0, inside.rfind("</")));
 }
 
 }  // namespace
