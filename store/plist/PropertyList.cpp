@@ -119,34 +119,31 @@ Kind Value::kind() const {
     return slice ? kindOf(*slice) : kinds[content_.index()];
 }
 
+template <class Scalar, class Parse>
+std::optional<Scalar> Value::scalar(Kind wanted, Parse parse) const {
+    if (kind() != wanted) return std::nullopt;
+    if (auto* built = std::get_if<Scalar>(&content_)) return *built;
+    return parse(std::get<Slice>(content_));
+}
+
 std::optional<std::string> Value::string() const {
-    if (kind() != Kind::string) return std::nullopt;
-    if (auto* text = std::get_if<std::string>(&content_)) return *text;
-    return textOf(std::get<Slice>(content_));
+    return scalar<std::string>(Kind::string, textOf);
 }
 
 std::optional<bool> Value::boolean() const {
-    if (kind() != Kind::boolean) return std::nullopt;
-    if (auto* boolean = std::get_if<bool>(&content_)) return *boolean;
-    return truthOf(std::get<Slice>(content_));
+    return scalar<bool>(Kind::boolean, truthOf);
 }
 
 std::optional<Date> Value::date() const {
-    if (kind() != Kind::date) return std::nullopt;
-    if (auto* date = std::get_if<Date>(&content_)) return *date;
-    return parseDate(textOf(std::get<Slice>(content_)));
+    return scalar<Date>(Kind::date, [](const Slice& slice) { return parseDate(textOf(slice)); });
 }
 
 std::optional<std::int64_t> Value::integer() const {
-    if (kind() != Kind::integer) return std::nullopt;
-    if (auto* integer = std::get_if<std::int64_t>(&content_)) return *integer;
-    return parseInteger(textOf(std::get<Slice>(content_)))->value();
+    return scalar<std::int64_t>(Kind::integer, [](const Slice& slice) { return parseInteger(textOf(slice))->value(); });
 }
 
 std::optional<double> Value::real() const {
-    if (kind() != Kind::real) return std::nullopt;
-    if (auto* real = std::get_if<double>(&content_)) return *real;
-    return parseReal(textOf(std::get<Slice>(content_)));
+    return scalar<double>(Kind::real, [](const Slice& slice) { return parseReal(textOf(slice)); });
 }
 
 std::optional<std::vector<std::byte>> Value::data() const {

@@ -91,6 +91,9 @@ public:
 private:
     friend class XmlWriter;
     friend Slice sliceOf(const Value& value);
+    template <class Scalar, class Parse>
+    std::optional<Scalar> scalar(Kind wanted, Parse parse) const;
+
     std::variant<Slice, std::string, bool, Date, std::int64_t, double, std::shared_ptr<const std::vector<std::byte>>,
                  std::shared_ptr<const Array>, std::shared_ptr<const Dictionary>, std::shared_ptr<const ArraySource>>
         content_;

@@ -73,18 +73,24 @@ void XmlWriter::line(std::string_view text) {
     raw("\n");
 }
 
-void XmlWriter::key(std::string_view text) {
+template <class Content>
+void XmlWriter::element(std::string_view tag, Content content) {
     tabs();
-    raw("<key>");
-    escaped(text);
-    raw("</key>\n");
+    raw("<");
+    raw(tag);
+    raw(">");
+    content();
+    raw("</");
+    raw(tag);
+    raw(">\n");
+}
+
+void XmlWriter::key(std::string_view text) {
+    element("key", [&] { escaped(text); });
 }
 
 void XmlWriter::string(std::string_view text) {
-    tabs();
-    raw("<string>");
-    escaped(text);
-    raw("</string>\n");
+    element("string", [&] { escaped(text); });
 }
 
 void XmlWriter::value(const Value& value) {
@@ -132,16 +138,6 @@ void XmlWriter::complete(std::vector<Container>& open) {
 
 // Writes any value but a built array or dictionary.
 void XmlWriter::scalar(const Value& value) {
-    auto element = [&](std::string_view tag, auto content) {
-        tabs();
-        raw("<");
-        raw(tag);
-        raw(">");
-        content();
-        raw("</");
-        raw(tag);
-        raw(">\n");
-    };
     std::visit(Overloaded{
                    [&](const Slice& slice) {
                        tabs();

@@ -55,6 +55,8 @@ private:
     void begin(const Container& container, std::vector<Container>& open);
     void complete(std::vector<Container>& open);
     void scalar(const Value& value);
+    template <class Content>
+    void element(std::string_view tag, Content content);
     void data(const std::vector<std::byte>& data);
     void character(std::string_view& rest);
     void largeRaw(std::string_view text);

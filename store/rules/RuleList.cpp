@@ -21,8 +21,6 @@ struct RuleList::Private {
     std::optional<RuleOrder> order;        // the known order of the rows
     std::optional<RuleSearch> ruleSearch;  // built lazily, dropped when a text changes
 
-    std::string_view rule(std::size_t row) const { return storage.rule(rows[row]); }
-
     void textChanged(Index index, std::optional<RuleOrder> newOrder) {
         changed.push_back(index);
         order = newOrder;
@@ -31,11 +29,6 @@ struct RuleList::Private {
 
     void prepareSearch() {
         if (!ruleSearch) ruleSearch.emplace(storage);
-    }
-
-    LargeVector<std::uint32_t> search(std::string_view text) {
-        prepareSearch();
-        return ruleSearch->search(text, rows);
     }
 
     // The order among equal dates, which have a resolution of a second: entries changed in this list, the last change
@@ -111,7 +104,7 @@ std::size_t RuleList::size() const {
 }
 
 std::string_view RuleList::rule(std::size_t position) const {
-    return d_->rule(position);
+    return d_->storage.rule(d_->rows[position]);
 }
 
 std::optional<Date> RuleList::date(std::size_t position) const {
@@ -169,7 +162,8 @@ void RuleList::prepareSearch() {
 }
 
 LargeVector<std::uint32_t> RuleList::search(std::string_view text) const {
-    return d_->search(text);
+    d_->prepareSearch();
+    return d_->ruleSearch->search(text, d_->rows);
 }
 
 Value RuleList::value() const {

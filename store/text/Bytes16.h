@@ -48,10 +48,6 @@ public:
     // 16 when empty.
     std::size_t first() const { return static_cast<std::size_t>(std::countr_zero(bits_) / width); }
     void removeFirst() { bits_ &= ~(std::uint64_t{0xF} << std::countr_zero(bits_)); }
-    // Removes the positions from `end` on.
-    void removeFrom(std::size_t end) {
-        if (end < sizeof(Bytes16)) bits_ &= (std::uint64_t{1} << end * width) - 1;
-    }
 
 private:
     static constexpr int width = 4;
