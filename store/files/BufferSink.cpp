@@ -8,10 +8,6 @@
 
 namespace store {
 
-void BufferSink::Release::operator()(char* bytes) const {
-    std::free(bytes);
-}
-
 void BufferSink::write(std::string_view bytes) {
     if (bytes.empty()) return;
     reserve(size_ + bytes.size() + Buffer::padding);

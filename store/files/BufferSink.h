@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdlib>
 #include <memory>
 
 #include "store/files/Buffer.h"
@@ -19,7 +20,7 @@ public:
 
 private:
     struct Release {
-        void operator()(char* bytes) const;
+        void operator()(char* bytes) const { std::free(bytes); }
     };
 
     void reserve(std::size_t capacity);

@@ -15,22 +15,11 @@ namespace store {
 
 namespace {
 
-// Owns a memory mapping.
-class Mapping {
-public:
-    Mapping(char* bytes, std::size_t size) : bytes_(bytes), size_(size) {}
-    Mapping(Mapping&& other) noexcept : bytes_(std::exchange(other.bytes_, nullptr)), size_(other.size_) {}
-    Mapping& operator=(Mapping&&) = delete;
-    ~Mapping() {
-        if (bytes_) munmap(bytes_, size_);
-    }
-
-    char* bytes() const { return bytes_; }
-
-private:
-    char* bytes_;
-    std::size_t size_;
+struct Unmap {
+    std::size_t size;
+    void operator()(char* bytes) const { munmap(bytes, size); }
 };
+using Mapping = std::unique_ptr<char, Unmap>;
 
 // Members are destroyed in reverse order: the mapping, then the descriptor and with it the lease.
 struct Lease {
@@ -71,12 +60,12 @@ std::optional<Mapping> map(const Descriptor& file, std::size_t size) {
     const std::size_t all = size + Buffer::padding;
     void* memory = mmap(nullptr, all, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED) return std::nullopt;
-    Mapping mapping(static_cast<char*>(memory), all);
+    Mapping mapping(static_cast<char*>(memory), Unmap{all});
     if (mmap(memory, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_FIXED, file.number(), 0) == MAP_FAILED)
         return std::nullopt;
     // Loads all pages now: a read error is an error here, and a SIGBUS later.
     if (madvise(memory, size, MADV_POPULATE_READ) != 0) return std::nullopt;
-    std::memset(mapping.bytes() + size, 0, Buffer::padding);
+    std::memset(mapping.get() + size, 0, Buffer::padding);
     return mapping;
 }
 
@@ -90,7 +79,7 @@ std::optional<Buffer> leaseFile(Descriptor& file, std::size_t size) {
         return std::nullopt;
     }
     const std::shared_ptr<Lease> lease(new Lease{std::move(file), *std::move(mapping)}, releaseInBackground);
-    return Buffer{std::shared_ptr<const char[]>(lease, lease->mapping.bytes()), size};
+    return Buffer{std::shared_ptr<const char[]>(lease, lease->mapping.get()), size};
 }
 
 }  // namespace store
