@@ -12,13 +12,17 @@
 #include "platform/system/IconImage.h"
 #include "platform_system/DataDirectory.h"
 
+namespace {
+
+using namespace Qt::StringLiterals;
 using platform::DesktopApplicationList;
+using platform::readIcon;
 using testing_support::DataDirectory;
 namespace fs = std::filesystem;
 
-namespace {
-
 constexpr int points = 29;
+const QColor green(Qt::green);
+const QString app = u"app"_s;
 
 QColor middle(const QImage& icon) {
     return icon.isNull() ? QColor() : icon.pixelColor(icon.width() / 2, icon.height() / 2);
@@ -36,34 +40,39 @@ std::string repeated(const std::string& text, int times) {
 
 std::string gzip(const std::string& bytes) {
     QProcess program;
-    program.start(QStringLiteral("gzip"), {QStringLiteral("-1nc")});
+    program.start(u"gzip"_s, {u"-1nc"_s});
     program.write(bytes.data(), static_cast<qint64>(bytes.size()));
     program.closeWriteChannel();
     program.waitForFinished();
     return program.readAllStandardOutput().toStdString();
 }
 
-// Counts announcements, from whatever thread.
-class Announcements {
-public:
-    explicit Announcements(const DesktopApplicationList& list) {
-        QObject::connect(&list, &DesktopApplicationList::iconLoaded, [this] { ++count_; });
+class IconsTest : public testing::Test {
+protected:
+    // Counts announcements, from whatever thread.
+    void count(const DesktopApplicationList& list) {
+        QObject::connect(&list, &DesktopApplicationList::iconLoaded, [this] { ++announced; });
     }
-    int count() const { return count_; }
+    void writeEntryWithIcon(const std::string& icon) const {
+        directory.writeEntry("app.desktop", "Name=App\nIcon=" + icon + "\n");
+    }
+    QImage iconNamed(const std::string& icon, double scale = 1) const {
+        writeEntryWithIcon(icon);
+        DesktopApplicationList list({directory.path(), other.path()});
+        list.setScale(scale);
+        return list.iconOfSize(points, app);
+    }
 
-private:
-    std::atomic<int> count_ = 0;
+    const DataDirectory directory, other;
+    std::atomic<int> announced = 0;
 };
 
-}  // namespace
-
-TEST(Icons, AreFoundByNameSizeAndScale) {
-    DataDirectory directory, other;
+TEST_F(IconsTest, AreFoundByNameSizeAndScale) {
     directory.writeTheme();
     directory.writePng("icons/hicolor/16/apps/sized.png", 16, Qt::red);
     directory.writePng("icons/hicolor/32/apps/sized.png", 32, Qt::green);
-    directory.writePng("icons/hicolor/16@2/apps/scaled.png", 32, Qt::red);
-    directory.writePng("icons/hicolor/16/apps/scaled.png", 16, Qt::green);
+    directory.writePng("icons/hicolor/absent/apps/double.png", 29, Qt::red);
+    directory.writePng("icons/hicolor/32/apps/double.png", 32, Qt::green);
     directory.writePng("icons/hicolor/32/apps/drawn.png", 32, Qt::red);
     directory.writeSvg("icons/hicolor/vectors/apps/drawn.svg", "lime");
     directory.writePng("pixmaps/old.png", 48, Qt::green);
@@ -74,110 +83,75 @@ TEST(Icons, AreFoundByNameSizeAndScale) {
     directory.write("icons/Parent/index.theme", "[Icon Theme]\nInherits=Adwaita\nDirectories=any\n[any]\nSize=96\n");
     directory.writePng("icons/Parent/any/inherited.png", 96, Qt::green);
     directory.writePng("icons/hicolor/32/apps/inherited.png", 32, Qt::red);
-    const auto absolute = directory.writePng("anywhere/absolute.png", 200, Qt::green);
-    struct Case {
-        std::string icon;
-        double scale;
-        bool found;
-    };
-    const Case cases[] = {
-        {"sized", 1, true},
-        {"sized", 2, true},
-        {"drawn", 1, true},
-        {"drawn", 1.5, true},
-        {"drawn", 3, true},
-        {"drawn.svg", 1, true},
-        {"sized.png", 1, true},
-        {"old", 1, true},
-        {"elsewhere", 1, true},
-        {"inherited", 1, true},
-        {absolute.string(), 2, true},
-        {"absent", 1, false},
-        {"", 1, false},
-        {"../../pixmaps/old", 1, false},
-        {"/absent.png", 1, false},
-    };
-    for (const Case& item : cases) {
-        SCOPED_TRACE(item.icon + " at " + std::to_string(item.scale));
-        directory.writeEntry("app.desktop", "Name=App\nIcon=" + item.icon + "\n");
-        DesktopApplicationList list({directory.path(), other.path()});
-        list.setScale(item.scale);
-        const QImage icon = list.iconOfSize(points, QStringLiteral("app"));
-        EXPECT_EQ(icon.isNull(), !item.found);
-        if (!item.found) continue;
-        EXPECT_EQ(middle(icon), QColor(0, 255, 0));
-        EXPECT_EQ(icon.devicePixelRatio(), item.scale);
-        EXPECT_EQ(icon.size(), QSize(1, 1) * std::ceil(points * item.scale));
+    const auto absolute = directory.writePng("anywhere/absolute.png", 200, Qt::green).string();
+    const std::pair<std::string, double> found[] = {
+        {"sized", 1},     {"sized", 2},     {"double", 2}, {"drawn", 1},     {"drawn", 1.5},   {"drawn", 3},
+        {"drawn.svg", 1}, {"sized.png", 1}, {"old", 1},    {"elsewhere", 1}, {"inherited", 1}, {absolute, 2}};
+    for (const auto& [name, scale] : found) {
+        SCOPED_TRACE(name + " at " + std::to_string(scale));
+        const QImage icon = iconNamed(name, scale);
+        EXPECT_EQ(middle(icon), green);
+        EXPECT_EQ(icon.devicePixelRatio(), scale);
+        EXPECT_EQ(icon.size(), QSize(1, 1) * std::ceil(points * scale));
     }
+    for (const char* name : {"absent", "", "../../pixmaps/old", "/absent.png"})
+        EXPECT_TRUE(iconNamed(name).isNull()) << name;
 }
 
-TEST(Icons, AreFoundInHicolorWithoutAnIndex) {
-    DataDirectory directory;
+TEST_F(IconsTest, AreFoundInHicolorWithoutAnIndex) {
     directory.writePng("icons/hicolor/24x24/apps/sized.png", 24, Qt::red);
     directory.writePng("icons/hicolor/32x32/apps/sized.png", 32, Qt::green);
     directory.writePng("icons/hicolor/48x48@2/apps/scaled.png", 96, Qt::green);
     directory.writeSvg("icons/hicolor/scalable/apps/drawn.svg", "lime");
     directory.writePng("icons/hicolor/48x48/apps/drawn.png", 48, Qt::red);
-    for (const char* icon : {"sized", "scaled", "drawn"}) {
-        directory.writeEntry("app.desktop", "Name=App\nIcon=" + std::string(icon) + "\n");
-        DesktopApplicationList list({directory.path()});
-        EXPECT_EQ(middle(list.iconOfSize(points, QStringLiteral("app"))), QColor(0, 255, 0)) << icon;
-    }
+    for (const char* name : {"sized", "scaled", "drawn"}) EXPECT_EQ(middle(iconNamed(name)), green) << name;
 }
 
-TEST(Icons, AbsolutePathsLieBelowTheRoot) {
-    DataDirectory device, host;
-    const auto outside = host.writePng("outside.png", 29, Qt::red);
-    const auto inside = device.writePng("opt/app/inside.png", 29, Qt::green);
+TEST_F(IconsTest, AbsolutePathsLieBelowTheRoot) {
+    const auto outside = other.writePng("outside.png", 29, Qt::red);
+    const auto inside = directory.writePng("opt/app/inside.png", 29, Qt::green);
     const std::pair<std::string, bool> cases[] = {{"/opt/app/inside.png", true},
                                                   {"/../../opt/app/inside.png", true},
                                                   {inside.string(), true},
                                                   {outside.string(), false}};
     for (const auto& [icon, found] : cases) {
-        device.writeEntry("app.desktop", "Name=App\nIcon=" + icon + "\n");
-        DesktopApplicationList list({device.path()}, device.path());
-        EXPECT_EQ(list.iconOfSize(points, QStringLiteral("app")).isNull(), !found) << icon;
+        writeEntryWithIcon(icon);
+        DesktopApplicationList list({directory.path()}, directory.path());
+        EXPECT_EQ(list.iconOfSize(points, app).isNull(), !found) << icon;
     }
 }
 
-TEST(Icons, KeepTheirShape) {
-    DataDirectory directory;
+TEST_F(IconsTest, KeepTheirShape) {
     QImage wide(60, 20, QImage::Format_RGB32);
     wide.fill(Qt::green);
     const auto file = directory.write("wide.png", "");
     wide.save(QString::fromStdString(file.string()), "PNG");
-    directory.writeEntry("wide.desktop", "Name=Wide\nIcon=" + file.string() + "\n");
-    const QImage icon = DesktopApplicationList({directory.path()}).iconOfSize(points, QStringLiteral("wide"));
+    const QImage icon = iconNamed(file.string());
     ASSERT_EQ(icon.size(), QSize(points, points));
-    EXPECT_EQ(middle(icon), QColor(0, 255, 0));
-    EXPECT_EQ(icon.pixelColor(0, points / 2), QColor(0, 255, 0));
+    EXPECT_EQ(middle(icon), green);
+    EXPECT_EQ(icon.pixelColor(0, points / 2), green);
     EXPECT_EQ(icon.pixelColor(points / 2, 2).alpha(), 0);
 }
 
 // Each green in the middle and transparent in the corner, once what it needs has been drawn.
-TEST(Icons, AreDrawnWithMasksClipsAndFilters) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"mask",
-         "<mask id='m'><circle cx='4' cy='4' r='4' fill='white'/></mask>"
-         "<rect width='8' height='8' fill='lime' mask='url(#m)'/>"},
-        {"clip",
-         "<clipPath id='c'><circle cx='4' cy='4' r='4'/></clipPath>"
-         "<rect width='8' height='8' fill='lime' clip-path='url(#c)'/>"},
-        {"filter",
-         "<filter id='f' x='0' y='0' width='1' height='1'><feFlood flood-color='lime' x='2' y='2' width='4' "
-         "height='4'/></filter><rect width='8' height='8' fill='red' filter='url(#f)'/>"},
-    };
-    DataDirectory directory;
-    for (const auto& [what, elements] : cases) {
-        const QImage icon = platform::readIcon(directory.write("icon.svg", svg(elements)), points, 1.5);
-        EXPECT_EQ(middle(icon), QColor(0, 255, 0)) << what;
-        EXPECT_EQ(icon.isNull() ? -1 : icon.pixelColor(0, 0).alpha(), 0) << what;
+TEST_F(IconsTest, AreDrawnWithMasksClipsAndFilters) {
+    const char* const circle = "<circle cx='4' cy='4' r='4' fill='white'/>";
+    const char* const flood = "<feFlood flood-color='lime' x='2' y='2' width='4' height='4'/>";
+    const std::tuple<const char*, const char*, const char*> cases[] = {{"mask", circle, "fill='lime' mask"},
+                                                                       {"clipPath", circle, "fill='lime' clip-path"},
+                                                                       {"filter", flood, "fill='red' filter"}};
+    for (const auto& [element, content, use] : cases) {
+        const auto definition =
+            std::string("<") + element + " id='i' x='0' y='0' width='1' height='1'>" + content + "</" + element + ">";
+        const auto square = std::string("<rect width='8' height='8' ") + use + "='url(#i)'/>";
+        const QImage icon = readIcon(directory.write("icon.svg", svg(definition + square)), points, 1.5);
+        EXPECT_EQ(middle(icon), green) << element;
+        EXPECT_EQ(icon.isNull() ? -1 : icon.pixelColor(0, 0).alpha(), 0) << element;
     }
 }
 
 // A hostile picture ends its own drawing and nothing else: the next one is drawn.
-TEST(Icons, BadVectorsAreHarmless) {
-    DataDirectory directory;
+TEST_F(IconsTest, BadVectorsAreHarmless) {
     const std::string square = "<rect width='8' height='8' fill='lime'/>";
     const std::string link = "file://" + directory.writePng("linked.png", 8, Qt::red).string();
     const auto filtered = [&](const std::string& filter) {
@@ -220,141 +194,115 @@ TEST(Icons, BadVectorsAreHarmless) {
     const auto good = directory.writeSvg("good.svg", "lime");
     for (const Case& item : cases) {
         SCOPED_TRACE(item.what);
-        const QImage icon = platform::readIcon(directory.write(item.file, item.bytes), points, 2);
-        EXPECT_EQ(middle(icon), item.drawn ? QColor(0, 255, 0) : QColor());
-        EXPECT_EQ(middle(platform::readIcon(good, points, 2)), QColor(0, 255, 0)) << "the next one";
+        const QImage icon = readIcon(directory.write(item.file, item.bytes), points, 2);
+        EXPECT_EQ(middle(icon), item.drawn ? green : QColor());
+        EXPECT_EQ(middle(readIcon(good, points, 2)), green) << "the next one";
     }
 }
 
-TEST(Icons, WhatCannotBeLoadedIsRememberedUntilItChanges) {
-    DataDirectory directory;
+TEST_F(IconsTest, WhatCannotBeLoadedIsRememberedUntilItChanges) {
     directory.writeTheme();
-    const auto picture = directory.path() / "picture";
-    const auto write = [&](const std::string& name, const std::string& bytes) { directory.write(name, bytes); };
-    const std::string png = [&] {
+    const std::string png = [this] {
         std::ifstream file(directory.writePng("good.png", 29, Qt::green), std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(file), {});
     }();
-    struct Case {
+    const std::string vectors = svg("<rect width='8' height='8' fill='lime'/>");
+    const std::string picture = directory.path() / "picture";
+    const std::string good =
+        "[Desktop Entry]\nType=Application\nName=App\nIcon=" + (directory.path() / "good.png").string();
+    const std::string absent = "absent", pipe = "pipe";
+    const struct {
         const char* what;
         std::string icon;
-        std::function<void()> spoil, repair;
+        std::string file;
+        std::string before;
+        std::string after;
+    } cases[] = {
+        {"truncated picture", "cut", "icons/hicolor/32/apps/cut.png", png.substr(0, png.size() / 2), png},
+        {"broken vectors", "broken", "icons/hicolor/vectors/apps/broken.svg", "<svg><g></svg", vectors},
+        {"endless vectors", "nested", "icons/hicolor/vectors/apps/nested.svg", repeated("<svg>", 100'000), vectors},
+        {"empty file", "empty", "icons/hicolor/32/apps/empty.png", "", png},
+        {"folder of the theme made later", "later", "icons/hicolor/absent/apps/later.png", absent, png},
+        {"innermost folder made later", "later", "icons/hicolor/absent/apps/later.png", absent, png},
+        {"icon added beside the themes", "beside", "pixmaps/beside.png", absent, png},
+        {"absolute path to nothing", picture, "picture", absent, png},
+        {"absolute path to a pipe", picture, "picture", pipe, png},
+        {"entry that names another icon", "nothing", "applications/app.desktop", absent, good},
     };
-    const auto inTheme = [](const std::string& name) { return "icons/hicolor/32/apps/" + name; };
-    const Case cases[] = {
-        {"truncated picture", "cut", [&] { write(inTheme("cut.png"), png.substr(0, png.size() / 2)); },
-         [&] { write(inTheme("cut.png"), png); }},
-        {"broken vectors", "vectors", [&] { write("icons/hicolor/vectors/apps/vectors.svg", "<svg><g></svg"); },
-         [&] { directory.writeSvg("icons/hicolor/vectors/apps/vectors.svg", "lime"); }},
-        {"vectors nested without end", "nested",
-         [&] {
-             std::string svg = "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 1 1'>";
-             for (int depth = 0; depth < 100'000; ++depth) svg += "<g>";
-             write("icons/hicolor/vectors/apps/nested.svg", svg);
-         },
-         [&] { directory.writeSvg("icons/hicolor/vectors/apps/nested.svg", "lime"); }},
-        {"empty file", "empty", [&] { write(inTheme("empty.png"), ""); }, [&] { write(inTheme("empty.png"), png); }},
-        {"folder of the theme made later", "later", [] {}, [&] { write("icons/hicolor/absent/apps/later.png", png); }},
-        {"icon added beside the themes", "beside", [] {}, [&] { write("pixmaps/beside.png", png); }},
-        {"absolute path to nothing", picture, [] {}, [&] { write("picture", png); }},
-        {"absolute path to a pipe", picture,
-         [&] {
-             fs::remove(picture);
-             mkfifo(picture.c_str(), 0600);
-         },
-         [&] {
-             fs::remove(picture);
-             write("picture", png);
-         }},
-        {"entry that names another icon", "nothing", [] {},
-         [&] { directory.writeEntry("app.desktop", "Name=App\nIcon=" + (directory.path() / "good.png").string()); }},
-    };
-    for (const Case& item : cases) {
-        SCOPED_TRACE(item.what);
-        const auto app = QStringLiteral("app");
-        item.spoil();
-        directory.writeEntry("app.desktop", "Name=App\nIcon=" + item.icon + "\n");
+    for (const auto& [what, icon, file, before, after] : cases) {
+        SCOPED_TRACE(what);
+        announced = 0;
+        fs::remove(directory.path() / file);
+        fs::remove_all(directory.path() / "icons/hicolor/absent/apps");
+        if (before == pipe) mkfifo((directory.path() / file).c_str(), 0600);
+        if (before != absent && before != pipe) directory.write(file, before);
+        writeEntryWithIcon(icon);
         DesktopApplicationList list({directory.path()});
-        const Announcements announcements(list);
+        count(list);
         list.applicationsFilteredUsingPredicate({});
         EXPECT_FALSE(list.iconFailed(points, app)) << "not tried yet";
         EXPECT_TRUE(list.copyIconOfSize(points, app).isNull());
         list.applicationsFilteredUsingPredicate({});
         EXPECT_TRUE(list.iconFailed(points, app));
         EXPECT_FALSE(list.hasCachedIconOfSize(points, app));
-        EXPECT_EQ(announcements.count(), 0);
+        EXPECT_EQ(announced, 0);
 
-        item.repair();
+        if (before == pipe) fs::remove(directory.path() / file);
+        directory.write(file, after);
         list.applicationsFilteredUsingPredicate({});
         EXPECT_FALSE(list.iconFailed(points, app));
-        EXPECT_EQ(middle(list.copyIconOfSize(points, app)), QColor(0, 255, 0));
+        EXPECT_EQ(middle(list.copyIconOfSize(points, app)), green);
         EXPECT_TRUE(list.hasCachedIconOfSize(points, app));
-        EXPECT_EQ(announcements.count(), 1);
+        EXPECT_EQ(announced, 1);
     }
 }
 
-TEST(Icons, AReplacedPictureIsLoadedAgain) {
-    DataDirectory directory;
-    directory.writeTheme();
-    directory.writePng("icons/hicolor/32/apps/app.png", 32, Qt::red);
-    directory.writeEntry("app.desktop", "Name=App\nIcon=app\n");
-    DesktopApplicationList list({directory.path()});
-    const auto app = QStringLiteral("app");
-    EXPECT_EQ(middle(list.iconOfSize(points, app)), QColor(255, 0, 0));
-    directory.writePng("icons/hicolor/32/apps/app.png", 31, Qt::green);
-    EXPECT_TRUE(list.hasCachedIconOfSize(points, app)) << "nobody has looked yet";
-    list.applicationsFilteredUsingPredicate({});
-    EXPECT_FALSE(list.hasCachedIconOfSize(points, app));
-    EXPECT_EQ(middle(list.iconOfSize(points, app)), QColor(0, 255, 0));
-}
-
-TEST(Icons, OnlyTheGenericIconNeedsNoApplication) {
-    DataDirectory directory;
+TEST_F(IconsTest, OnlyTheGenericIconNeedsNoApplication) {
     DesktopApplicationList list({directory.path()});
     list.setScale(2);
-    const QImage generic = list.iconOfSize(points, QStringLiteral("com.apple.WebSheet"));
+    const QImage generic = list.iconOfSize(points, u"com.apple.WebSheet"_s);
     EXPECT_EQ(generic.size(), QSize(58, 58));
     EXPECT_EQ(generic.devicePixelRatio(), 2);
-    EXPECT_TRUE(list.iconOfSize(points, QStringLiteral("com.apple.gamed")).isNull());
-    EXPECT_TRUE(list.iconFailed(points, QStringLiteral("com.apple.gamed")));
+    EXPECT_TRUE(list.iconOfSize(points, u"com.apple.gamed"_s).isNull());
+    EXPECT_TRUE(list.iconFailed(points, u"com.apple.gamed"_s));
 }
 
 // Four threads load the same icons while the main thread lists and entries change under them: each load of an icon is
 // announced, each icon is whole, and at the end all are those of the entries as they are.
-TEST(Icons, AreLoadedOnSeveralThreads) {
+TEST_F(IconsTest, AreLoadedOnSeveralThreads) {
     constexpr int apps = 24;
-    DataDirectory directory;
-    const auto writeApps = [&](const char* colour) {
-        for (int app = 0; app < apps; ++app) {
-            const std::string name = std::string(colour) + std::to_string(app);
-            const auto icon = directory.writeSvg(name + ".svg", colour);
-            directory.writeEntry("app" + std::to_string(app) + ".desktop", "Name=App\nIcon=" + icon.string() + "\n");
+    const auto writeApps = [this](const std::string& colour) {
+        for (int each = 0; each < apps; ++each) {
+            const std::string number = std::to_string(each);
+            const auto icon = directory.writeSvg(colour + number + ".svg", colour);
+            directory.writeEntry("app" + number + ".desktop", "Name=App\nIcon=" + icon.string() + "\n");
         }
     };
-    const auto identifier = [](int app) { return QStringLiteral("app%1").arg(app); };
     writeApps("red");
     DesktopApplicationList list({directory.path()});
-    const Announcements announcements(list);
-    const auto loadAllOnFourThreads = [&] {
+    count(list);
+    const auto icon = [&list](int each) { return list.copyIconOfSize(points, u"app%1"_s.arg(each)); };
+    const auto loadAllOnFourThreads = [&icon] {
         const auto start = std::make_shared<std::latch>(4);  // the threads outlive this function
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
         for (int thread = 0; thread < 4; ++thread) {
-            threads.emplace_back([&, start] {
+            threads.emplace_back([&icon, start] {
                 start->arrive_and_wait();
-                for (int app = 0; app < apps; ++app)
-                    EXPECT_FALSE(list.copyIconOfSize(points, identifier(app)).isNull());
+                for (int each = 0; each < apps; ++each) EXPECT_FALSE(icon(each).isNull());
             });
         }
         return threads;
     };
-    for (std::thread& thread : loadAllOnFourThreads()) thread.join();
-    EXPECT_EQ(announcements.count(), apps) << "once, however many asked";
+    loadAllOnFourThreads().clear();
+    EXPECT_EQ(announced, apps) << "once, however many asked";
 
     list.applicationsFilteredUsingPredicate({});
     auto threads = loadAllOnFourThreads();
     writeApps("lime");
     for (int round = 0; round < 20; ++round) list.applicationsFilteredUsingPredicate({});
-    for (std::thread& thread : threads) thread.join();
+    threads.clear();
     list.applicationsFilteredUsingPredicate({});
-    for (int app = 0; app < apps; ++app) EXPECT_EQ(middle(list.iconOfSize(points, identifier(app))), QColor(0, 255, 0));
+    for (int each = 0; each < apps; ++each) EXPECT_EQ(middle(icon(each)), green);
 }
+
+}  // namespace

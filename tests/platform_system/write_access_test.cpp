@@ -13,22 +13,17 @@
 #include "store/Child.h"
 
 using platform::WriteAccess;
-using platform::writeAccessTo;
 using Kind = platform::WriteAccess::Kind;
 
-namespace platform {
-
-static bool operator==(const WriteAccess& one, const WriteAccess& other) {
-    return one.kind == other.kind && one.user == other.user && one.group == other.group;
-}
-
-static void PrintTo(const WriteAccess& access, std::ostream* out) {
-    *out << "kind " << int(access.kind) << ", " << qPrintable(access.user) << " in " << qPrintable(access.group);
-}
-
-}  // namespace platform
-
 namespace {
+
+// Kind, user and group.
+using Fields = std::tuple<Kind, std::string, std::string>;
+
+Fields accessTo(const std::filesystem::path& folder) {
+    const WriteAccess access = platform::writeAccessTo(folder);
+    return {access.kind, access.user.toStdString(), access.group.toStdString()};
+}
 
 // Takes somebody else's rights until it is destroyed; the process really remains root's.
 class SomebodyElse {
@@ -44,10 +39,10 @@ private:
 TEST(WriteAccess, KnowsAFolderOfOnesOwnAndOneThatIsMissing) {
     const QTemporaryDir folder;
     const std::filesystem::path path = folder.path().toStdString();
-    EXPECT_EQ(writeAccessTo(path), (WriteAccess{Kind::granted, {}, {}}));
-    EXPECT_EQ(writeAccessTo(path / "missing"), (WriteAccess{Kind::missing, {}, {}}));
+    EXPECT_EQ(accessTo(path), Fields(Kind::granted, "", ""));
+    EXPECT_EQ(accessTo(path / "missing"), Fields(Kind::missing, "", ""));
     chmod(path.c_str(), 0570);
-    EXPECT_EQ(writeAccessTo(path).kind, geteuid() == 0 ? Kind::granted : Kind::refused);
+    EXPECT_EQ(accessTo(path), Fields(geteuid() == 0 ? Kind::granted : Kind::refused, "", ""));
     chmod(path.c_str(), 0700);
 }
 
@@ -61,8 +56,7 @@ TEST(WriteAccess, TellsWhatHelpsWhom) {
     const gid_t daemon = other->gr_gid;
     constexpr uid_t nameless = 54321;
 
-    const QString name = QStringLiteral("games");
-    const WriteAccess refused{Kind::refused, {}, {}};
+    const Fields refused(Kind::refused, "", "");
     const struct {
         const char* what;
         uid_t user;
@@ -70,11 +64,11 @@ TEST(WriteAccess, TellsWhatHelpsWhom) {
         uid_t owner;
         gid_t folder;
         mode_t mode;
-        WriteAccess access;
+        Fields access;
     } table[] = {
-        {"a member", games, own, 0, own, 02775, {Kind::granted, {}, {}}},
-        {"a member from the next login on", games, daemon, 0, own, 02775, {Kind::fromNextLogin, name, name}},
-        {"no member", games, own, 0, daemon, 02775, {Kind::forMembers, name, QStringLiteral("daemon")}},
+        {"a member", games, own, 0, own, 02775, {Kind::granted, "", ""}},
+        {"a member from the next login on", games, daemon, 0, own, 02775, {Kind::fromNextLogin, "games", "games"}},
+        {"no member", games, own, 0, daemon, 02775, {Kind::forMembers, "games", "daemon"}},
         {"a group that may not write", games, own, 0, daemon, 02755, refused},
         {"a group without a name", games, own, 0, nameless, 02775, refused},
         {"an owner who may not write", games, own, games, daemon, 02575, refused},
@@ -89,7 +83,7 @@ TEST(WriteAccess, TellsWhatHelpsWhom) {
         ASSERT_EQ(chown(folder.c_str(), row.owner, row.folder) + chmod(folder.c_str(), row.mode), 0);
         const SomebodyElse rights(row.user, row.login);
         ASSERT_TRUE(rights.isReady());
-        EXPECT_EQ(writeAccessTo(folder), row.access);
+        EXPECT_EQ(accessTo(folder), row.access);
     }
 }
 
@@ -101,7 +95,7 @@ TEST(WriteAccess, TellsAReadOnlyFileSystem) {
         if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
             mount("none", path, "tmpfs", MS_RDONLY, nullptr) != 0)
             return noMount;
-        return int(writeAccessTo(path.toStdString()).kind);
+        return int(platform::writeAccessTo(path.toStdString()).kind);
     });
     if (kind == noMount) GTEST_SKIP() << "this process may not mount anything";
     EXPECT_EQ(kind, int(Kind::readOnly));

@@ -4,11 +4,14 @@
 #include <sys/stat.h>
 
 #include <QSet>
+#include <QUrl>
 
+#include "platform/system/DesktopAddress.h"
 #include "platform_system/DataDirectory.h"
 
 using platform::DesktopApplicationList;
 using testing_support::DataDirectory;
+using namespace Qt::StringLiterals;
 namespace fs = std::filesystem;
 
 namespace {
@@ -32,50 +35,43 @@ private:
 }  // namespace
 
 TEST(DesktopApplicationList, ListsWhatIsAnApplicationToShow) {
-    struct Case {
-        const char* file;
-        std::string content;
-        const char* identifier;  // none: left out
-        const char* name = nullptr;
-    };
     const std::string head = "[Desktop Entry]\nType=Application\n";
-    const Case cases[] = {
-        {"plain.desktop", head + "Name=Plain\n", "plain", "Plain"},
-        {"org.example.App.desktop", head + "Name=Dotted\n", "org.example.App", "Dotted"},
-        {"sub/deep/er.desktop", head + "Name=Deep\n", "sub-deep-er", "Deep"},
-        {"crlf.desktop", "[Desktop Entry]\r\nType=Application\r\nName=Lines\r\n", "crlf", "Lines"},
-        {"commented.desktop", "# first\n\n" + head + "Name=Commented\n[Desktop Action x]\nName=No\n", "commented",
-         "Commented"},
-        {"umlaut.desktop", head + "Name=Größe 日本\n", "umlaut", "Größe 日本"},
-        {"lines.desktop", head + "Name=  Two\\nLines \n", "lines", "Two Lines"},
-        {"shown.desktop", head + "Name=Shown\nNoDisplay=false\nHidden=false\n", "shown", "Shown"},
-        {"odd.desktop", head + "Name=Odd\nNoDisplay=perhaps\n", "odd", "Odd"},
-        {"hidden.desktop", head + "Name=Hidden\nHidden=true\n", nullptr},
-        {"nodisplay.desktop", head + "Name=NoDisplay\nNoDisplay=true\n", nullptr},
-        {"link.desktop", "[Desktop Entry]\nType=Link\nName=Link\nURL=file:///\n", nullptr},
-        {"untyped.desktop", "[Desktop Entry]\nName=Untyped\n", nullptr},
-        {"nameless.desktop", head + "Icon=x\n", nullptr},
-        {"blank.desktop", head + "Name=  \n", nullptr},
-        {"latin1.desktop",
-         head + "Name=Gr\xF6\xDF"
-                "e\n",
-         nullptr},
-        {"legacy.desktop", head + "Encoding=Legacy-Mixed\nName=Legacy\n", nullptr},
-        {"empty.desktop", "", nullptr},
-        {"binary.desktop", std::string("\0\1\2\xFF", 4), nullptr},
-        {"groupless.desktop", "Name=Groupless\n", nullptr},
-        {"broken.desktop", head + "Name=Broken\nthis is no key\n", nullptr},
-        {"giant.desktop", head + "Name=Giant\nComment=" + std::string(2 << 20, 'x') + "\n", nullptr},
-        {".desktop", head + "Name=No identifier\n", nullptr},
-        {"backup.desktop~", head + "Name=Backup\n", nullptr},
-        {"bad\xFFname.desktop", head + "Name=Bad file name\n", nullptr},
+    const std::tuple<const char*, std::string, QString> listed[] = {
+        {"plain", head + "Name=Plain\n", u"Plain"_s},
+        {"org.example.App", head + "Name=Dotted\n", u"Dotted"_s},
+        {"sub/deep/er", head + "Name=Deep\n", u"Deep"_s},
+        {"crlf", "[Desktop Entry]\r\nType=Application\r\nName=Lines\r\n", u"Lines"_s},
+        {"commented", "# first\n\n" + head + "Name=Commented\n[Desktop Action x]\nName=No\n", u"Commented"_s},
+        {"umlaut", head + "Name=Größe 日本\n", u"Größe 日本"_s},
+        {"lines", head + "Name=  Two\\nLines \n", u"Two Lines"_s},
+        {"shown", head + "Name=Shown\nNoDisplay=false\nHidden=false\n", u"Shown"_s},
+        {"odd", head + "Name=Odd\nNoDisplay=perhaps\n", u"Odd"_s},
+    };
+    const std::string leftOut[] = {
+        head + "Name=Hidden\nHidden=true\n",
+        head + "Name=NoDisplay\nNoDisplay=true\n",
+        "[Desktop Entry]\nType=Link\nName=Link\nURL=file:///\n",
+        "[Desktop Entry]\nName=Untyped\n",
+        head + "Icon=x\n",
+        head + "Name=  \n",
+        head + "Name=Gr\xF6\xDF\n",
+        head + "Encoding=Legacy-Mixed\nName=Legacy\n",
+        "",
+        std::string("\0\1\2\xFF", 4),
+        "Name=Groupless\n",
+        head + "Name=Broken\nthis is no key\n",
+        head + "Name=Giant\nComment=" + std::string(2 << 20, 'x') + "\n",
     };
     DataDirectory directory;
     QHash<QString, QString> expected;
-    for (const Case& item : cases) {
-        directory.write("applications/" + std::string(item.file), item.content);
-        if (item.identifier) expected.insert(QString::fromUtf8(item.identifier), QString::fromUtf8(item.name));
+    for (const auto& [file, content, name] : listed) {
+        directory.write(std::string("applications/") + file + ".desktop", content);
+        expected.insert(QString::fromUtf8(file).replace(u'/', u'-'), name);
     }
+    for (const std::string& content : leftOut)
+        directory.write("applications/" + std::to_string(&content - leftOut) + ".desktop", content);
+    for (const char* file : {".desktop", "backup.desktop~", "bad\xFFname.desktop"})
+        directory.write(std::string("applications/") + file, head + "Name=Bad file name\n");
     // What only looks like an entry, and folders that lead back to themselves.
     const auto folder = directory.path() / "applications";
     ASSERT_EQ(mkfifo((folder / "pipe.desktop").c_str(), 0600), 0);
@@ -83,7 +79,7 @@ TEST(DesktopApplicationList, ListsWhatIsAnApplicationToShow) {
     fs::create_symlink("nowhere", folder / "dangling.desktop");
     fs::create_directory_symlink("..", folder / "sub/circle");
     fs::create_symlink("../plain.desktop", folder / "sub/linked.desktop");
-    expected.insert(QStringLiteral("sub-linked"), QStringLiteral("Plain"));
+    expected.insert(u"sub-linked"_s, u"Plain"_s);
 
     EXPECT_EQ(listOf({directory.path(), directory.path() / "absent"}), expected);
 }
@@ -91,14 +87,14 @@ TEST(DesktopApplicationList, ListsWhatIsAnApplicationToShow) {
 TEST(DesktopApplicationList, NamesFollowTheLocale) {
     DataDirectory directory;
     directory.writeEntry("a.desktop", "Name=Clock\nName[de]=Uhr\nName[de_AT]=Zeitmesser\nName[sr@latin]=Sat\n");
-    const std::pair<const char*, const char*> cases[] = {{"de_DE.UTF-8", "Uhr"},
-                                                         {"de_AT.UTF-8", "Zeitmesser"},
-                                                         {"fr_FR.UTF-8", "Clock"},
-                                                         {"sr_RS.UTF-8@latin", "Sat"},
-                                                         {"C", "Clock"}};
+    const std::pair<const char*, QString> cases[] = {{"de_DE.UTF-8", u"Uhr"_s},
+                                                     {"de_AT.UTF-8", u"Zeitmesser"_s},
+                                                     {"fr_FR.UTF-8", u"Clock"_s},
+                                                     {"sr_RS.UTF-8@latin", u"Sat"_s},
+                                                     {"C", u"Clock"_s}};
     for (const auto& [locale, name] : cases) {
         const Environment environment("LC_ALL", locale);
-        EXPECT_EQ(listOf({directory.path()}).value(QStringLiteral("a")), QString::fromUtf8(name)) << locale;
+        EXPECT_EQ(listOf({directory.path()}).value(u"a"_s), name) << locale;
     }
 }
 
@@ -108,9 +104,8 @@ TEST(DesktopApplicationList, AnEarlierDirectoryHidesALaterOne) {
     own.writeEntry("removed.desktop", "Name=Removed\nHidden=true\n");
     for (const char* id : {"renamed", "removed", "kept"})
         system.writeEntry(std::string(id) + ".desktop", "Name=Theirs\n");
-    const auto names = listOf({own.path(), system.path()});
-    EXPECT_EQ(names, (QHash<QString, QString>{{QStringLiteral("renamed"), QStringLiteral("Mine")},
-                                              {QStringLiteral("kept"), QStringLiteral("Theirs")}}));
+    EXPECT_EQ(listOf({own.path(), system.path()}),
+              (QHash<QString, QString>{{u"renamed"_s, u"Mine"_s}, {u"kept"_s, u"Theirs"_s}}));
 }
 
 TEST(DesktopApplicationList, AQuerySeesWhatIsInstalledNow) {
@@ -124,8 +119,7 @@ TEST(DesktopApplicationList, AQuerySeesWhatIsInstalledNow) {
     fs::remove(removed);
     directory.writeEntry("added.desktop", "Name=Added\n");
     EXPECT_EQ(list.applicationsFilteredUsingPredicate({}),
-              (QHash<QString, QString>{{QStringLiteral("changed"), QStringLiteral("Afterwards")},
-                                       {QStringLiteral("added"), QStringLiteral("Added")}}));
+              (QHash<QString, QString>{{u"changed"_s, u"Afterwards"_s}, {u"added"_s, u"Added"_s}}));
 
     QSet<QString> asked;
     const auto none = list.applicationsFilteredUsingPredicate([&](const QString& identifier) {
@@ -146,4 +140,16 @@ TEST(DesktopApplicationList, DataDirectoriesOfTheEnvironmentAndOfARoot) {
     const std::vector<fs::path> ofADevice = DesktopApplicationList::dataDirectories("/device/");
     EXPECT_EQ(ofADevice.front(), "/device/usr/local/share");
     for (const fs::path& path : ofADevice) EXPECT_TRUE(path.string().starts_with("/device/")) << path;
+}
+
+TEST(DesktopAddress, IsWrittenAsTheDesktopReadsIt) {
+    const std::pair<QString, const char*> cases[] = {
+        {u"mailto://support@vexmor.example?subject=Vexmor%20Help&body=A:%3Cbr%3EB!"_s,
+         "mailto:support@vexmor.example?subject=Vexmor%20Help&body=A:%3Cbr%3EB!"},
+        {u"mailto://a%20b@vexmor.example"_s, "mailto:a%20b@vexmor.example"},
+        {u"mailto:support@vexmor.example?subject=x"_s, "mailto:support@vexmor.example?subject=x"},
+        {u"https://someone@vexmor.example/page?q=1"_s, "https://someone@vexmor.example/page?q=1"},
+    };
+    for (const auto& [phone, desktop] : cases)
+        EXPECT_EQ(platform::desktopAddress(QUrl(phone, QUrl::StrictMode)).toEncoded().toStdString(), desktop);
 }
