@@ -1,55 +1,44 @@
 #include "platform/ui/navigation/NavigationController.h"
 
-#include <gtest/gtest.h>
-
+#include <QAccessible>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
-#include <QTest>
-#include <functional>
+#include <tuple>
 
+#include "platform/ui/accessibility/Accessibility.h"
 #include "platform/ui/alert/AlertView.h"
+#include "platform/ui/controls/ImageButton.h"
 #include "platform/ui/navigation/ViewController.h"
-#include "platform_ui/InstantClock.h"
+#include "platform_ui/WindowTest.h"
 
 namespace {
 
-using platform::NavigationController;
-using platform::ViewController;
-
-QString named(const char* text) {
-    return QString::fromLatin1(text);
-}
+using namespace Qt::StringLiterals;
+using namespace platform;
 
 // Writes down what it hears, and has something to type in, something to press and something that takes the keyboard.
 class Screen : public ViewController {
 public:
-    Screen(const char* name, QStringList& log) : name_(named(name)), log_(log) {}
+    Screen(const QString& name, QStringList& log) : name_(name), log_(log) {}
 
     QLineEdit* field = nullptr;
-    QPushButton* button = nullptr;
+    ImageButton* button = nullptr;
     QWidget* list = nullptr;
-    std::function<void(QWidget*)> appearing;
 
 protected:
     void loadView() override {
-        auto* view = new QWidget;
-        field = new QLineEdit(view);
-        field->setGeometry(0, 0, 200, 30);
+        setView(new QWidget);
+        field = new QLineEdit(view());
         connect(field, &QLineEdit::editingFinished, this, [this] { note("edited"); });
-        button = new QPushButton(view);
-        button->setFocusPolicy(Qt::TabFocus);
+        button = new ImageButton(view());
         button->setGeometry(0, 50, 200, 40);
-        connect(button, &QPushButton::clicked, this, [this] { note("pressed"); });
-        list = new QWidget(view);
+        connect(button, &ImageButton::clicked, this, [this] { note("pressed"); });
+        list = new QWidget(view());
         list->setFocusPolicy(Qt::StrongFocus);
-        list->setGeometry(0, 100, 200, 200);
-        setView(view);
     }
     void viewDidLoad() override { note("loaded"); }
-    void viewWillAppear(bool) override {
-        note("will appear");
-        if (appearing) appearing(view());
-    }
+    void viewWillAppear(bool) override { note("will appear"); }
     void viewDidAppear(bool) override { note("did appear"); }
     void viewWillDisappear(bool) override {
         note("will disappear");
@@ -57,277 +46,223 @@ protected:
     }
 
 private:
-    void note(const char* what) { log_.append(name_ + QLatin1Char(' ') + named(what)); }
+    void note(const char* what) { log_.append(name_ + u' ' + QLatin1String(what)); }
 
     QString name_;
     QStringList& log_;
 };
 
-class NavigationControllerTest : public testing::Test {
+class NavigationControllerTest : public WindowTest {
 protected:
-    NavigationControllerTest() : navigation(adopted("root")) {
-        root = current;
+    NavigationControllerTest() : navigation(adopted(u"root"_s)), root(current) {
+        installAccessibility();
         navigation.resize(320, 460);
+        bringToFront(navigation);
     }
 
-    std::unique_ptr<Screen> adopted(const char* name) {
+    std::unique_ptr<Screen> adopted(const QString& name = u"next"_s) {
         auto screen = std::make_unique<Screen>(name, log);
         current = screen.get();
+        made.append(current);
         return screen;
     }
-
-    void show() {
-        navigation.show();
-        navigation.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&navigation));
-    }
-
-    Screen* push(const char* name, bool animated = true) {
-        navigation.pushViewController(adopted(name), animated);
+    // Some of push, present, pop, dismiss; back is the key, alert one over the window.
+    Screen* run(const QString& acts) {
+        for (const QString& act : acts.split(u' ')) {
+            ViewController& seen = *navigation.visibleViewController();
+            if (act == u"push") navigation.pushViewController(adopted(), true);
+            if (act == u"present") seen.presentViewController(adopted(), true);
+            if (act == u"pop") navigation.popViewController(true);
+            if (act == u"dismiss") seen.dismissViewController(true);
+            if (act == u"back") keys(u"Back"_s);
+            if (act == u"alert") ask(&navigation);
+        }
         return current;
     }
-
-    Screen* present(const char* name) {
-        navigation.visibleViewController()->presentViewController(adopted(name), true);
-        return current;
+    static AlertView* ask(QWidget* where) {
+        auto* alert = new AlertView(u"Sure?"_s, QString(), nullptr, u"OK"_s);
+        alert->show(where);
+        return alert;
     }
-
-    void dismiss() { navigation.visibleViewController()->dismissViewController(true); }
-
-    QStringList takeLog() { return std::exchange(log, {}); }
-
+    // What the screens have heard since the last call.
+    std::string heard() { return std::exchange(log, {}).join(u", ").toStdString(); }
     bool fillsTheWindow(ViewController* screen) const {
         return screen->view()->isVisible() && screen->view()->mapTo(&navigation, QPoint()) == QPoint() &&
                screen->view()->size() == navigation.size();
     }
 
+    const QPoint onButton{100, 70};
     QStringList log;
+    QList<QPointer<Screen>> made;
     Screen* current = nullptr;
-    Screen* root = nullptr;
     NavigationController navigation;
+    Screen* root;
 };
 
 TEST_F(NavigationControllerTest, TellsScreensInOrderWhatHappensToThem) {
-    const InstantClock instant;
-    show();
-    EXPECT_EQ(takeLog(), QStringList({named("root loaded"), named("root will appear"), named("root did appear")}));
+    EXPECT_EQ(heard(), "root loaded, root will appear, root did appear");
     navigation.hide();
-    navigation.show();
-    EXPECT_EQ(takeLog(), QStringList()) << "only the first appearance of the window is one of the screen";
-
-    const QStringList coming{named("root will disappear"), named("next will appear"), named("next did appear")};
-    const QStringList going{named("next will disappear"), named("root will appear"), named("root did appear")};
-    push("next");
-    EXPECT_EQ(takeLog(), QStringList(named("next loaded")) + coming);
-    navigation.popViewController(true);
-    EXPECT_EQ(takeLog(), going);
-    present("next");
-    EXPECT_EQ(takeLog(), QStringList(named("next loaded")) + coming);
-    dismiss();
-    EXPECT_EQ(takeLog(), going);
-    navigation.popViewController(true);
-    EXPECT_EQ(takeLog(), QStringList()) << "the root stays";
+    bringToFront(navigation);
+    EXPECT_EQ(heard(), "") << "only the first appearance of the window is one of the screen";
+    for (const auto& [come, go] : {std::pair(u"push"_s, u"pop"_s), std::pair(u"present"_s, u"dismiss"_s)}) {
+        run(come);
+        EXPECT_EQ(heard(), "next loaded, root will disappear, next will appear, next did appear");
+        run(go);
+        EXPECT_EQ(heard(), "next will disappear, root will appear, root did appear");
+        run(u"pop"_s);
+        EXPECT_EQ(heard(), "") << "the root stays";
+    }
+    root->presentViewController(adopted(), true);
+    heard();
+    root->presentViewController(adopted(), true);
+    EXPECT_EQ(heard(), "") << "what is covered presents nothing";
+    run(u"dismiss"_s);
+    Screen* next = run(u"push"_s);
+    next->field->setFocus();
+    QTest::keyClicks(next->field, u"typed"_s);
+    heard();
+    run(u"pop"_s);
+    EXPECT_EQ(heard(), "next edited, next will disappear, root will appear, root did appear");
 }
 
 TEST_F(NavigationControllerTest, TakesNoInputWhileScreensMove) {
-    show();
-    Screen* next = push("next");
-    takeLog();
-    QTest::mouseClick(navigation.windowHandle(), Qt::LeftButton, {}, {100, 70});
-    QTest::keyClick(navigation.windowHandle(), Qt::Key_Escape);
-    EXPECT_EQ(takeLog(), QStringList());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return log.contains(named("next did appear")); }));
+    AnimationClock::setInstant(false);
+    Screen* next = run(u"push"_s);
+    heard();
+    const auto pressByAssistance = [&] {
+        for (const Screen* screen : {root, next}) {
+            auto* actions = QAccessible::queryAccessibleInterface(screen->button)->actionInterface();
+            actions->doAction(QAccessibleActionInterface::pressAction());
+        }
+    };
+    tap(onButton);
+    keys(u"Esc"_s);
+    pressByAssistance();
+    EXPECT_EQ(heard(), "");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return log.contains(u"next did appear"_s); }));
     EXPECT_TRUE(fillsTheWindow(next));
     EXPECT_FALSE(root->view()->isVisible());
-    QTest::mouseClick(navigation.windowHandle(), Qt::LeftButton, {}, {100, 70});
-    EXPECT_EQ(log.last(), named("next pressed"));
+    tap(onButton);
+    EXPECT_EQ(heard(), "next did appear, next pressed");
+    pressByAssistance();
+    EXPECT_EQ(heard(), "next pressed");
 }
 
 TEST_F(NavigationControllerTest, WhatIsHeldWhenAScreenGoesOrIsCoveredIsNotPressed) {
-    const std::pair<const char*, std::function<void()>> cases[] = {
-        {"push", [&] { push("next"); }},
-        {"present", [&] { present("next"); }},
-        {"pop", [&] { QTest::keyClick(navigation.windowHandle(), Qt::Key_Back); }},
-        {"alert",
-         [&] { (new platform::AlertView(named("Sure?"), QString(), nullptr, named("OK")))->show(&navigation); }},
-    };
-    const QPoint onButton(100, 70);
-    show();
-    for (const auto& [name, act] : cases) {
-        SCOPED_TRACE(name);
-        const QPointer<QPushButton> held = push("held", false)->button;
-        QTest::mousePress(navigation.windowHandle(), Qt::LeftButton, {}, onButton);
+    for (const QString& act : {u"push"_s, u"present"_s, u"back"_s, u"alert"_s}) {
+        SCOPED_TRACE(act.toStdString());
+        const QPointer<ImageButton> held = run(u"push"_s)->button;
+        press(onButton);
         ASSERT_TRUE(held->isDown());
-        act();
+        AnimationClock::setInstant(false);
+        run(act);
         EXPECT_FALSE(held->isDown());
-        QTest::mouseMove(navigation.windowHandle(), onButton + QPoint(1, 1));
+        moveTo(onButton + QPoint(1, 1));
         QTest::qWait(400);  // until whatever moves has come to rest
-        QTest::mouseMove(navigation.windowHandle(), onButton);
+        moveTo(onButton);
         EXPECT_FALSE(held && held->isDown());
-        QTest::mouseRelease(navigation.windowHandle(), Qt::LeftButton, {}, onButton);
-        EXPECT_EQ(log.filter(named("pressed")), QStringList());
-        {
-            const InstantClock instant;
-            for (auto* alert : platform::AlertView::shownIn(&navigation)) alert->dismissWithClickedButtonIndex(0);
-            while (navigation.visibleViewController() != root) navigation.popViewController(false);
-        }
-        QTest::mouseClick(navigation.windowHandle(), Qt::LeftButton, {}, onButton);
-        EXPECT_EQ(log.filter(named("pressed")), QStringList(named("root pressed"))) << "the next press is one again";
-        takeLog();
+        release(onButton);
+        AnimationClock::setInstant(true);
+        for (auto* alert : AlertView::shownIn(&navigation)) alert->dismissWithClickedButtonIndex(0);
+        while (navigation.visibleViewController() != root) run(u"pop"_s);
+        tap(onButton);
+        EXPECT_EQ(log.filter(u"pressed"_s), QStringList(u"root pressed"_s)) << "the next press is one again";
+        heard();
     }
 }
 
 TEST_F(NavigationControllerTest, AlertWaitsForTheScreenThatAskedForItToComeToRest) {
-    show();
-    auto next = adopted("next");
-    platform::AlertView* alert = nullptr;
-    next->appearing = [&](QWidget* view) {
-        alert = new platform::AlertView(named("Sure?"), QString(), nullptr, named("OK"));
-        alert->show(view);
-    };
-    Screen* screen = current;
+    AnimationClock::setInstant(false);
+    auto next = adopted();
+    const AlertView* alert = ask(next->view());
     navigation.pushViewController(std::move(next), true);
     QApplication::processEvents();
-    EXPECT_TRUE(platform::AlertView::shownIn(&navigation).isEmpty());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !platform::AlertView::shownIn(&navigation).isEmpty(); }));
-    EXPECT_TRUE(fillsTheWindow(screen));
+    EXPECT_TRUE(AlertView::shownIn(&navigation).isEmpty());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !AlertView::shownIn(&navigation).isEmpty(); }));
+    EXPECT_TRUE(fillsTheWindow(current));
     EXPECT_TRUE(alert->button(0)->hasFocus());
-    alert->dismissWithClickedButtonIndex(0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return screen->list->hasFocus(); })) << "the keyboard goes to the new screen";
+    keys(u"Return"_s);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return current->list->hasFocus(); })) << "the keyboard goes to the new screen";
 }
 
 TEST_F(NavigationControllerTest, EndsARunningMotionWhenTheNextOneBegins) {
-    struct Case {
-        const char* name;
-        std::function<void()> act;
-        int count;
-        std::size_t destroyed;  // of the screens "a" and "b"
+    AnimationClock::setInstant(false);
+    const std::tuple<QString, int, int> cases[] = {
+        {u"push push"_s, 3, 0},        {u"push pop"_s, 1, 1},        {u"push push pop pop"_s, 1, 2},
+        {u"push pop push"_s, 2, 1},    {u"present dismiss"_s, 1, 1}, {u"present dismiss push"_s, 2, 1},
+        {u"push present pop"_s, 1, 2},
     };
-    std::vector<QPointer<Screen>> made;
-    const auto pushed = [&](const char* name) { made.emplace_back(push(name)); };
-    const Case cases[] = {
-        {"push, push", [&] { pushed("a"), pushed("b"); }, 3, 0},
-        {"push, pop", [&] { pushed("a"), navigation.popViewController(true); }, 1, 1},
-        {"pop, pop",
-         [&] { pushed("a"), pushed("b"), navigation.popViewController(true), navigation.popViewController(true); }, 1,
-         2},
-        {"pop, push", [&] { pushed("a"), navigation.popViewController(true), pushed("b"); }, 2, 1},
-        {"present, dismiss", [&] { made.emplace_back(present("a")), dismiss(); }, 1, 1},
-        {"dismiss, push", [&] { made.emplace_back(present("a")), dismiss(), pushed("b"); }, 2, 1},
-        {"pop under what is presented",
-         [&] { pushed("a"), made.emplace_back(present("b")), navigation.popViewController(true); }, 1, 2},
-    };
-    show();
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.name);
+    for (const auto& [acts, count, destroyed] : cases) {
+        SCOPED_TRACE(acts.toStdString());
         made.clear();
-        takeLog();
-        each.act();
-        const auto destroyed = [&] {
-            return std::size_t(std::count_if(made.begin(), made.end(), [](const auto& screen) { return !screen; }));
-        };
-        EXPECT_TRUE(QTest::qWaitFor([&] {
-            return destroyed() == each.destroyed && fillsTheWindow(navigation.topViewController()) &&
-                   log.last().endsWith(named("did appear"));
+        heard();
+        run(acts);
+        EXPECT_TRUE(QTest::qWaitFor([this, gone = destroyed] {
+            return made.count(nullptr) == gone && fillsTheWindow(navigation.topViewController()) &&
+                   log.last().endsWith(u"did appear"_s);
         }));
-        EXPECT_EQ(navigation.count(), each.count);
-        EXPECT_EQ(log.filter(named("will appear")).size(), log.filter(named("did appear")).size());
+        EXPECT_EQ(navigation.count(), count);
+        EXPECT_EQ(log.filter(u"will appear"_s).size(), log.filter(u"did appear"_s).size());
         while (navigation.count() > 1) navigation.popViewController(false);
         QCoreApplication::processEvents();
     }
 }
 
-TEST_F(NavigationControllerTest, PresentsOnlyOverTheScreenThatIsSeen) {
-    const InstantClock instant;
-    show();
-    Screen* over = present("over");
-    root->presentViewController(adopted("again"), true);
-    EXPECT_EQ(navigation.visibleViewController(), over);
-    EXPECT_EQ(root->presentedViewController(), over);
-}
-
 TEST_F(NavigationControllerTest, GoesBackByKey) {
-    const InstantClock instant;
-    show();
-    const std::pair<Qt::Key, Qt::KeyboardModifiers> keys[] = {
-        {Qt::Key_Escape, {}}, {Qt::Key_Back, {}}, {Qt::Key_Left, Qt::AltModifier}};
-    for (const auto& [key, modifiers] : keys) {
-        push("next");
-        present("over");
-        QTest::keyClick(navigation.windowHandle(), key, modifiers);
-        EXPECT_EQ(navigation.visibleViewController(), navigation.topViewController());
-        EXPECT_EQ(navigation.count(), 2);
-        QTest::keyClick(navigation.windowHandle(), key, modifiers);
-        EXPECT_EQ(navigation.count(), 1);
-        QTest::keyClick(navigation.windowHandle(), key, modifiers);
-        EXPECT_EQ(navigation.visibleViewController(), root);
+    for (const QString& back : {u"Esc"_s, u"Back"_s, u"Alt+Left"_s}) {
+        Screen* next = run(u"push"_s);
+        run(u"present"_s);
+        keys(u"Left"_s);
+        EXPECT_EQ(navigation.visibleViewController(), current) << "a plain arrow is no way back";
+        for (const Screen* screen : {next, root, root}) {
+            keys(back);
+            EXPECT_EQ(navigation.visibleViewController(), screen);
+        }
     }
-    push("next");
-    QTest::keyClick(navigation.windowHandle(), Qt::Key_Left);
-    EXPECT_EQ(navigation.count(), 2) << "a plain arrow is no way back";
-}
-
-TEST_F(NavigationControllerTest, EndsEditingBeforeAScreenGoes) {
-    const InstantClock instant;
-    show();
-    Screen* next = push("next");
-    next->field->setFocus();
-    QTest::keyClicks(next->field, named("typed"));
-    takeLog();
-    navigation.popViewController(true);
-    EXPECT_EQ(log.mid(0, 2), QStringList({named("next edited"), named("next will disappear")}));
 }
 
 TEST_F(NavigationControllerTest, HandsTheKeyboardOn) {
-    const InstantClock instant;
-    show();
     EXPECT_TRUE(root->list->hasFocus()) << "not the field: the person did not ask to type";
     root->button->setFocus();
-    Screen* next = push("next");
-    EXPECT_TRUE(next->list->hasFocus());
-    navigation.popViewController(true);
+    EXPECT_TRUE(run(u"push"_s)->list->hasFocus());
+    run(u"pop"_s);
     EXPECT_TRUE(root->button->hasFocus()) << "back where it was";
     root->field->setFocus();
-    present("over");
-    dismiss();
+    run(u"present dismiss"_s);
     EXPECT_TRUE(root->list->hasFocus()) << "a field does not begin to be edited again";
 }
 
 TEST_F(NavigationControllerTest, OutlivesAScreenThatGoesByItsOwnButton) {
-    const InstantClock instant;
-    show();
-    const QPointer<Screen> next = push("next");
+    const QPointer<Screen> next = run(u"push"_s);
     bool stillThere = false;
-    QObject::connect(next->button, &QPushButton::clicked, &navigation, [&] {
-        navigation.popViewController(true);
-        stillThere = next && next->button;
-        EXPECT_EQ(next->navigationController(), nullptr);
+    QObject::connect(next->button, &ImageButton::clicked, &navigation, [&] {
+        run(u"pop"_s);
+        stillThere = next && next->button && !next->navigationController();
     });
-    QTest::mouseClick(next->button, Qt::LeftButton);
+    tap(onButton);
     EXPECT_TRUE(stillThere);
     QCoreApplication::processEvents();
     EXPECT_FALSE(next);
 }
 
 TEST_F(NavigationControllerTest, KeepsUpWithTheWindow) {
-    show();
-    Screen* next = push("next");
+    AnimationClock::setInstant(false);
+    Screen* next = run(u"push"_s);
     navigation.resize(480, 640);
     EXPECT_TRUE(QTest::qWaitFor([&] { return fillsTheWindow(next) && !root->view()->isVisible(); }));
     navigation.resize(320, 548);
     QCoreApplication::processEvents();
     EXPECT_TRUE(fillsTheWindow(next));
-    const InstantClock instant;
-    navigation.popViewController(true);
+    navigation.popViewController(false);
     EXPECT_TRUE(fillsTheWindow(root));
 }
 
 TEST(NavigationController, CanGoInTheMiddleOfAMotion) {
     QStringList log;
-    auto navigation = std::make_unique<NavigationController>(std::make_unique<Screen>("root", log));
-    navigation->pushViewController(std::make_unique<Screen>("next", log), true);
+    auto navigation = std::make_unique<NavigationController>(std::make_unique<Screen>(u"root"_s, log));
+    navigation->pushViewController(std::make_unique<Screen>(u"next"_s, log), true);
     navigation->show();
-    EXPECT_EQ(log.filter(named("root")), QStringList()) << "what is covered from the start never appears";
+    EXPECT_EQ(log.filter(u"root"_s), QStringList()) << "what is covered from the start never appears";
     const QPointer<ViewController> top = navigation->topViewController();
     navigation->popViewController(true);
     QCoreApplication::processEvents();

@@ -1,187 +1,145 @@
 // Searching by keyboard and mouse.
 #include "platform/ui/search/SearchDisplayController.h"
 
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
-#include <QLineEdit>
+#include <QAccessible>
 #include <QScrollBar>
-#include <QtTest/QTest>
+#include <functional>
 
-#include "platform/ui/motion/AnimationClock.h"
-#include "platform/ui/table/TableView.h"
-#include "platform/ui/table/TableViewCell.h"
+#include "platform/ui/accessibility/Accessibility.h"
+#include "platform_ui/TableTest.h"
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using namespace platform;
 
-class Words : public TableViewDataSource, public TableViewDelegate, public SearchDisplayDelegate {
-public:
-    int numberOfRowsInSection(TableView& table, int) override {
-        return static_cast<int>(&table == contents ? all.size() : found.size());
+// Over a hundred numbered rows, of which those are found whose number contains what was typed.
+class SearchTest : public TableTest, public SearchDisplayDelegate {
+protected:
+    void SetUp() override {
+        installAccessibility();
+        show(100);
+        table->setGeometry(0, 40, 320, 460);
+        auto* header = new QWidget;
+        header->resize(320, 82);
+        bar = new SearchBar(header);
+        bar->resize(320, bar->height());
+        table->setHeaderView(header);
+        search = std::make_unique<SearchDisplayController>(bar, table.get());
+        search->setDelegate(this);
+        search->setSearchResultsDataSource(&found);
+        search->setSearchResultsDelegate(&found);
     }
-    TableViewCell* cellForRowAtIndexPath(TableView& table, IndexPath path) override {
-        if (path.row >= numberOfRowsInSection(table, path.section)) ++badRows;
-        TableViewCell* cell = table.dequeueReusableCell(QStringLiteral("Cell"));
-        return cell ? cell : new TableViewCell(QStringLiteral("Cell"));
+    void TearDown() override {
+        search.reset();
+        close();
+        EXPECT_EQ(found.badIndexes, 0);
     }
-    void didSelectRowAtIndexPath(TableView& table, IndexPath path) override {
-        table.deselectRow(path, false);
-        if (&table != contents) chosen.append(found.value(path.row));
-    }
+
     bool shouldReloadTableForSearchString(SearchDisplayController&, const QString& text) override {
-        found = all.filter(text);
+        found.count = 0;
+        for (int row = 0; row < rows->count; ++row) found.count += QString::number(row).contains(text) ? 1 : 0;
         return true;
     }
     void willBeginSearch(SearchDisplayController&) override { calls += u'b'; }
     void willShowSearchResultsTableView(SearchDisplayController&, TableView&) override { calls += u'+'; }
     void willUnloadSearchResultsTableView(SearchDisplayController&, TableView&) override { calls += u'-'; }
 
-    TableView* contents = nullptr;
-    QStringList all;
-    QStringList found;
-    QStringList chosen;
-    QString calls;
-    int badRows = 0;
-};
-
-// Counts the Escapes that nobody took: those would leave the screen.
-class Window : public QWidget {
-public:
-    int escapes = 0;
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override {
-        if (event->key() == Qt::Key_Escape) ++escapes;
-    }
-};
-
-class SearchTest : public testing::Test {
-protected:
-    void SetUp() override {
-        AnimationClock::setInstant(true);
-        for (int word = 0; word < 100; ++word) words.all.append(QStringLiteral("word%1").arg(word));
-        window.resize(320, 500);
-        table = new TableView(&window);
-        table->setGeometry(0, 40, 320, 460);
-        words.contents = table;
-        bar = new SearchBar;
-        table->setHeaderView(bar);
-        table->setDataSource(&words);
-        table->setDelegate(&words);
-        search = std::make_unique<SearchDisplayController>(bar, table);
-        search->setDelegate(&words);
-        search->setSearchResultsDataSource(&words);
-        search->setSearchResultsDelegate(&words);
-        window.show();
-        QApplication::setActiveWindow(&window);
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
-
-    void type(const char* text) {
+    void type(const QString& text) {
         bar->field()->setFocus();
-        QTest::keyClicks(bar->field(), QString::fromLatin1(text));
+        QTest::keyClicks(bar->field(), text);
     }
+    static QAccessibleInterface* read(QObject* object) { return QAccessible::queryAccessibleInterface(object); }
     TableView* results() const { return search->searchResultsTableView(); }
     void expectEnded() const {
         EXPECT_FALSE(search->isActive());
         EXPECT_FALSE(results()->isVisible());
+        EXPECT_EQ(read(table.get())->childCount(), 2);
         EXPECT_TRUE(bar->text().isEmpty());
         EXPECT_FALSE(bar->field()->hasFocus());
-        EXPECT_EQ(words.calls, QStringLiteral("b+-"));
+        EXPECT_EQ(calls, u"b+-"_s);
+        EXPECT_EQ(window->escapes, 0);
     }
 
-    Words words;
-    Window window;
-    TableView* table = nullptr;
+    Rows found{0};
+    QString calls;
     SearchBar* bar = nullptr;
     std::unique_ptr<SearchDisplayController> search;
 };
 
 TEST_F(SearchTest, ResultsLieBelowTheBarWhileThereIsText) {
     table->setContentOffset(10);
-    type("word7");
+    type(u"7"_s);
     EXPECT_TRUE(search->isActive());
     ASSERT_TRUE(results()->isVisible());
+    EXPECT_EQ(read(table.get())->childCount(), 1);
+    EXPECT_EQ(read(table.get())->child(0), read(bar)) << "what lies below the results is not read";
     EXPECT_EQ(table->contentOffset(), 0);
     EXPECT_EQ(results()->geometry(), QRect(0, 40 + bar->height(), 320, 460 - bar->height()));
-    EXPECT_EQ(results()->contentHeight(), 11 * 50);
+    EXPECT_EQ(results()->contentHeight(), Rows::heightOf(19));
     table->setContentOffset(300);
     EXPECT_EQ(table->contentOffset(), 0) << "the bar stays over its results";
-    QTest::keyClick(bar->field(), Qt::Key_Backspace);
-    EXPECT_EQ(results()->contentHeight(), 100 * 50);
+    type(u"3"_s);
+    EXPECT_EQ(results()->contentHeight(), Rows::heightOf(1));
     bar->setText(QString());
     EXPECT_FALSE(results()->isVisible());
     EXPECT_TRUE(search->isActive());
-    type("x");
-    EXPECT_EQ(words.calls, QStringLiteral("b+-+"));
-    EXPECT_EQ(results()->contentHeight(), 0);
+    type(u"x"_s);
+    EXPECT_EQ(calls, u"b+-+"_s);
+    EXPECT_EQ(results()->contentHeight(), Rows::heightOf(0));
 }
 
 TEST_F(SearchTest, ResultsThatStillMoveWhenTheyGoAskForNoMoreRows) {
-    type("word");
+    for (int row = 0; row < 900; ++row) rows->restore();
+    type(u"1"_s);
     results()->setContentOffset(2000);
-    words.all.clear();
+    rows->count = 0;
     bar->setText(QString());
     for (const int offset : {2400, 4000, 0}) results()->verticalScrollBar()->setValue(offset);  // as a fling does
-    EXPECT_EQ(words.badRows, 0);
+    EXPECT_EQ(found.badIndexes, 0);
 }
 
 TEST_F(SearchTest, EndsByEveryWayOut) {
     const std::pair<const char*, std::function<void()>> ways[] = {
-        {"escape in the field", [this] { QTest::keyClick(bar->field(), Qt::Key_Escape); }},
-        {"escape in the results",
-         [this] {
-             QTest::keyClick(bar->field(), Qt::Key_Down);
-             ASSERT_TRUE(results()->hasFocus());
-             QTest::keyClick(results(), Qt::Key_Escape);
-         }},
-        {"cancel",
-         [this] {
-             for (auto* button : bar->findChildren<QAbstractButton*>())
-                 if (button->accessibleName() == QStringLiteral("Cancel"))
-                     QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
-                                       button->mapTo(&window, button->rect().center()));
-         }},
+        {"escape in the field", [this] { keys(u"Esc"_s); }},
+        {"escape in the results", [this] { keys(u"Down Esc"_s); }},
+        {"cancel", [this] { tap(table->pos() + QPoint(300, 19)); }},
         {"the screen", [this] { search->setActive(false, false); }},
     };
     for (const auto& [what, leave] : ways) {
         SCOPED_TRACE(what);
-        words.calls.clear();
-        type("word");
+        calls.clear();
+        type(u"4"_s);
         ASSERT_TRUE(results()->isVisible());
         leave();
         expectEnded();
-        EXPECT_EQ(window.escapes, 0);
     }
 }
 
 TEST_F(SearchTest, KeysGoFromTheFieldToTheResultsAndChoose) {
-    type("word42");
-    QTest::keyClick(bar->field(), Qt::Key_Down);
-    QTest::keyClick(window.focusWidget(), Qt::Key_Return);
-    EXPECT_EQ(words.chosen, QStringList{QStringLiteral("word42")});
+    type(u"42"_s);
+    keys(u"Down"_s);
+    EXPECT_TRUE(results()->hasFocus());
+    keys(u"Return"_s);
+    EXPECT_EQ(found.told, QStringList{u"selected fixed 0"_s});
+    EXPECT_TRUE(rows->told.isEmpty());
     EXPECT_TRUE(search->isActive());
 }
 
 TEST_F(SearchTest, TabGoesRoundInReadingOrderAndNotBelowTheResults) {
     auto* belowTheBar = new QLineEdit;
     table->cellForRow({0, 0})->setAccessoryView(belowTheBar);
-    type("word42");
+    type(u"42"_s);
     QStringList reached;
     for (int step = 0; step < 4; ++step) {
-        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
-        const QWidget* at = window.focusWidget();
-        reached += at == results() ? QStringLiteral("results")
-                   : at == table   ? QStringLiteral("covered")
-                                   : at->accessibleName();
+        keys(u"Tab"_s);
+        reached += window->focusWidget()->accessibleName();
     }
-    EXPECT_EQ(reached.join(u' '), QStringLiteral("Cancel results Search Cancel"));
-    QTest::keyClick(window.focusWidget(), Qt::Key_Escape);  // on "Cancel"
+    EXPECT_EQ(reached.join(u", "), u"Cancel, Search results, Search, Cancel"_s);
+    keys(u"Esc"_s);  // on "Cancel"
     expectEnded();
     EXPECT_TRUE(table->hasFocus());
-    QTest::keyClick(table, Qt::Key_Tab);
+    keys(u"Tab"_s);
     EXPECT_TRUE(belowTheBar->hasFocus()) << "nothing lies over the rows any more";
 }
 
