@@ -21,12 +21,15 @@ constexpr int patience = 10'000;  // milliseconds
 class BusTest : public testing::Test {
 protected:
     void SetUp() override {
-        for (const char* variable : {"DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"})
-            qputenv(variable, address_.toLocal8Bit());
+        announceBus(address_.toLocal8Bit());
         startBus();
     }
     void TearDown() override { killBus(); }
 
+    static void announceBus(const QByteArray& address) {
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", address);
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+    }
     void startBus() {
         bus_.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s, u"--address="_s + address_});
         ASSERT_TRUE(bus_.waitForReadyRead(patience)) << bus_.readAllStandardError().toStdString();
@@ -91,17 +94,6 @@ TEST_F(BusTest, ANotificationOfAProcessThatQuitsAndDiesIsHeard) {
     }
 }
 
-TEST_F(BusTest, TheBusIsFoundAnewForEachNotification) {
-    post("before");
-    EXPECT_TRUE(hears(u"member=before"_s));
-    killBus();
-    post("between");
-    startBus();
-    post("after");
-    EXPECT_TRUE(hears(u"member=after"_s));
-    EXPECT_EQ(notifications(), u"after"_s);
-}
-
 // A bus that takes connections and answers nothing: the posts do not wait for it (the test's time limit would tell),
 // and it has them when it goes on.
 TEST_F(BusTest, AStalledBusHasTheNotificationsWhenItGoesOn) {
@@ -112,6 +104,17 @@ TEST_F(BusTest, AStalledBusHasTheNotificationsWhenItGoesOn) {
     post("third");
     ASSERT_TRUE(hears(u"member=third"_s));
     EXPECT_EQ(notifications(), u"first second third"_s);
+}
+
+TEST_F(BusTest, TheBusIsFoundAnewForEachNotification) {
+    post("before");
+    EXPECT_TRUE(hears(u"member=before"_s));
+    killBus();
+    post("between");
+    startBus();
+    post("after");
+    ASSERT_TRUE(hears(u"member=after"_s));
+    EXPECT_EQ(notifications(), u"after"_s);
 }
 
 TEST_F(BusTest, MessagesReachTheDesktopOfTheSession) {
@@ -139,8 +142,7 @@ TEST_F(BusTest, WithoutABusNothingHappens) {
     stallBus(true);
     for (const QByteArray& address : {QByteArray("unix:path=/nonexistent/bus"), QByteArray("nonsense"),
                                       QByteArray("unix:path=/dev/null"), address_.toLocal8Bit()}) {
-        qputenv("DBUS_SYSTEM_BUS_ADDRESS", address);
-        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        announceBus(address);
         testing::internal::CaptureStderr();
         {
             DesktopNotification notification;

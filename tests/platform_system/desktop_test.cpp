@@ -5,6 +5,7 @@
 
 #include <QSet>
 #include <QUrl>
+#include <tuple>
 
 #include "platform/system/DesktopAddress.h"
 #include "platform_system/DataDirectory.h"

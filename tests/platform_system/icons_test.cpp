@@ -133,21 +133,17 @@ TEST_F(IconsTest, KeepTheirShape) {
     EXPECT_EQ(icon.pixelColor(points / 2, 2).alpha(), 0);
 }
 
-// Each green in the middle and transparent in the corner, once what it needs has been drawn.
+// The clip cuts the left of a red square, the mask its right; the filter makes it green.
 TEST_F(IconsTest, AreDrawnWithMasksClipsAndFilters) {
-    const char* const circle = "<circle cx='4' cy='4' r='4' fill='white'/>";
-    const char* const flood = "<feFlood flood-color='lime' x='2' y='2' width='4' height='4'/>";
-    const std::tuple<const char*, const char*, const char*> cases[] = {{"mask", circle, "fill='lime' mask"},
-                                                                       {"clipPath", circle, "fill='lime' clip-path"},
-                                                                       {"filter", flood, "fill='red' filter"}};
-    for (const auto& [element, content, use] : cases) {
-        const auto definition =
-            std::string("<") + element + " id='i' x='0' y='0' width='1' height='1'>" + content + "</" + element + ">";
-        const auto square = std::string("<rect width='8' height='8' ") + use + "='url(#i)'/>";
-        const QImage icon = readIcon(directory.write("icon.svg", svg(definition + square)), points, 1.5);
-        EXPECT_EQ(middle(icon), green) << element;
-        EXPECT_EQ(icon.isNull() ? -1 : icon.pixelColor(0, 0).alpha(), 0) << element;
-    }
+    const std::string elements =
+        "<clipPath id='c'><rect x='2' width='6' height='8'/></clipPath>"
+        "<mask id='m'><rect width='6' height='8' fill='white'/></mask>"
+        "<filter id='f' x='0' y='0' width='1' height='1'><feFlood flood-color='lime'/></filter>"
+        "<g clip-path='url(#c)' mask='url(#m)'><rect width='8' height='8' fill='red' filter='url(#f)'/></g>";
+    const QImage icon = readIcon(directory.write("icon.svg", svg(elements)), points, 1.5);
+    ASSERT_EQ(middle(icon), green);
+    EXPECT_EQ(icon.pixelColor(0, icon.height() / 2).alpha(), 0);
+    EXPECT_EQ(icon.pixelColor(icon.width() - 1, icon.height() / 2).alpha(), 0);
 }
 
 // A hostile picture ends its own drawing and nothing else: the next one is drawn.
@@ -165,13 +161,12 @@ TEST_F(IconsTest, BadVectorsAreHarmless) {
         copies += "<g id='" + name + "'>" + repeated("<use href='#" + below + "'/>", 10) + "</g>";
     }
     const std::string elements = repeated("<g/>", 5'000'000);
-    struct Case {
+    const struct {
         const char* what;
         std::string bytes;
-        bool drawn = false;
+        bool isDrawn = false;
         const char* file = "icon.svg";
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"empty", ""},
         {"truncated", svg(square).substr(0, 60)},
         {"100 MB", svg(square + std::string(100 << 20, ' '))},
@@ -192,10 +187,9 @@ TEST_F(IconsTest, BadVectorsAreHarmless) {
         {"endless turbulence", filtered("<feTurbulence numOctaves='2000000000' baseFrequency='.01'/>")},
     };
     const auto good = directory.writeSvg("good.svg", "lime");
-    for (const Case& item : cases) {
-        SCOPED_TRACE(item.what);
-        const QImage icon = readIcon(directory.write(item.file, item.bytes), points, 2);
-        EXPECT_EQ(middle(icon), item.drawn ? green : QColor());
+    for (const auto& [what, bytes, isDrawn, file] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(middle(readIcon(directory.write(file, bytes), points, 2)), isDrawn ? green : QColor());
         EXPECT_EQ(middle(readIcon(good, points, 2)), green) << "the next one";
     }
 }
@@ -223,7 +217,7 @@ TEST_F(IconsTest, WhatCannotBeLoadedIsRememberedUntilItChanges) {
         {"endless vectors", "nested", "icons/hicolor/vectors/apps/nested.svg", repeated("<svg>", 100'000), vectors},
         {"empty file", "empty", "icons/hicolor/32/apps/empty.png", "", png},
         {"folder of the theme made later", "later", "icons/hicolor/absent/apps/later.png", absent, png},
-        {"innermost folder made later", "later", "icons/hicolor/absent/apps/later.png", absent, png},
+        {"only its innermost folder made later", "later", "icons/hicolor/absent/apps/later.png", absent, png},
         {"icon added beside the themes", "beside", "pixmaps/beside.png", absent, png},
         {"absolute path to nothing", picture, "picture", absent, png},
         {"absolute path to a pipe", picture, "picture", pipe, png},
@@ -233,7 +227,7 @@ TEST_F(IconsTest, WhatCannotBeLoadedIsRememberedUntilItChanges) {
         SCOPED_TRACE(what);
         announced = 0;
         fs::remove(directory.path() / file);
-        fs::remove_all(directory.path() / "icons/hicolor/absent/apps");
+        fs::remove_all(directory.path() / "icons/hicolor/absent/apps");  // and not "absent", once it is there
         if (before == pipe) mkfifo((directory.path() / file).c_str(), 0600);
         if (before != absent && before != pipe) directory.write(file, before);
         writeEntryWithIcon(icon);

@@ -2,6 +2,8 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <memory>
+#include <tuple>
 
 #include "platform/system/HostNetwork.h"
 #include "platform_system/NetworkNamespace.h"
@@ -42,11 +44,8 @@ std::string withFlags(HostNetwork& network, const QString& text) {
 TEST_F(HostNetworkTest, FlagsFollowTheRoutes) {
     const QString wifi = u"addr add 192.0.2.2/24 dev wifi0\n"_s;
     const QString wwan = u"addr add 203.0.113.2/32 dev wwan0\n"_s;
-    const struct {
-        const char* what;
-        QString commands;  // which make the links they name
-        QString flags;     // 0.0.0.0 stands for the internet, 169.254.0.0 for the local link
-    } cases[] = {
+    // The links named are made. 0.0.0.0 stands for the internet, 169.254.0.0 for the local link.
+    const std::tuple<const char*, QString, QString> cases[] = {
         {"no link", {}, u"0.0.0.0 , 198.51.100.7 , 169.254.0.0 , 2001:db8::1 , 127.0.0.1 RD"_s},
         {"link-local only", u"addr add 169.254.7.1/16 dev wifi0"_s,
          u"0.0.0.0 , 198.51.100.7 , 169.254.0.0 RD, 169.254.9.9 RD"_s},
@@ -114,12 +113,15 @@ TEST_F(HostNetworkTest, ResolvesNamesLater) {
     std::optional<QList<platform::HostAddress>> found, missing;
     network.resolveHostName(u"localhost"_s, receiver, [&](const auto& addresses) { found = addresses; });
     network.resolveHostName(u"nobody.invalid"_s, receiver, [&](const auto& addresses) { missing = addresses; });
+    auto inUse = std::make_shared<bool>();
+    const std::weak_ptr<bool> untilHandled = inUse;
     {
         QObject gone;
-        network.resolveHostName(u"localhost"_s, gone, [](const auto&) { FAIL() << "nobody to tell"; });
+        network.resolveHostName(u"localhost"_s, gone, [inUse](const auto&) { FAIL() << "nobody to tell"; });
     }
+    inUse.reset();
     EXPECT_FALSE(found || missing);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return found && missing; }, 60'000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return found && missing && untilHandled.expired(); }, 60'000));
     ASSERT_FALSE(found->isEmpty());
     for (const platform::HostAddress& address : *found)
         EXPECT_TRUE(address == platform::HostAddress(u"127.0.0.1"_s) || address == platform::HostAddress(u"::1"_s));

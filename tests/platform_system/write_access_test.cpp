@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <QTemporaryDir>
+#include <tuple>
 
 #include "store/Child.h"
 
