@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QSet>
 #include <QTest>
 #include <QThread>
-#include <chrono>
 #include <mutex>
 #include <optional>
 #include <semaphore>
@@ -18,7 +16,6 @@
 using catalog::IconQueue;
 using catalog::iconSize;
 using catalog::IconThreads;
-using testing_support::DataDirectory;
 
 namespace {
 
@@ -57,21 +54,21 @@ private:
 class IconQueueTest : public testing::Test {
 protected:
     IconQueueTest() {
-        for (int app = 0; app < apps; ++app) {
-            const auto icon = directory_.writeSvg(std::to_string(app) + ".svg", "lime");
-            directory_.writeEntry("app" + std::to_string(app) + ".desktop", "Name=App\nIcon=" + icon.string() + "\n");
-        }
+        const std::string icon = directory_.writeSvg("icon.svg", "lime");
+        for (const QString& app : apps_) directory_.writeEntry(app.toStdString() + ".desktop", "Name=A\nIcon=" + icon);
         list_.applicationsFilteredUsingPredicate({});
         queue_.emplace(list_, *threads_);
     }
 
-    static QString identifier(int app) { return QStringLiteral("app%1").arg(app); }
+    void request(const QStringList& apps) {
+        for (const QString& app : apps) queue_->request(app);
+    }
     void awaitEnd() {
         ASSERT_TRUE(QTest::qWaitFor([this] { return !queue_->isLoading(); }, 60'000));
     }
 
-    static constexpr int apps = 20;
-    DataDirectory directory_;
+    testing_support::DataDirectory directory_;
+    const QStringList apps_{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")};
     GatedList list_{{directory_.path()}};
     std::optional<IconThreads> threads_{std::in_place};
     std::optional<IconQueue> queue_;
@@ -80,18 +77,15 @@ protected:
 }  // namespace
 
 TEST_F(IconQueueTest, TheNewestRequestIsLoadedFirst) {
-    QStringList expected{identifier(0)};
-    queue_->request(identifier(0));
+    request({apps_[0]});
     list_.awaitLoad();
-    for (int app = 1; app < apps; ++app) queue_->request(identifier(app));
-    queue_->request(identifier(1));  // shown again while still queued
-    expected << identifier(1);
-    for (int app = apps - 1; app > 0; --app) expected << identifier(app);
+    request(apps_.mid(1));
+    request({apps_[1]});  // shown again while still queued
     EXPECT_TRUE(queue_->isLoading());
-    list_.letThrough(apps + 1);
+    list_.letThrough(5);
     awaitEnd();
-    EXPECT_EQ(list_.loads(), expected);
-    for (int app = 0; app < apps; ++app) EXPECT_TRUE(list_.hasCachedIconOfSize(iconSize, identifier(app)));
+    EXPECT_EQ(list_.loads(), (QStringList{apps_[0], apps_[1], apps_[3], apps_[2], apps_[1]}));
+    for (const QString& app : apps_) EXPECT_TRUE(list_.hasCachedIconOfSize(iconSize, app));
 }
 
 // Requests that come while the thread finds its queue empty: none is lost, and no thread is left behind.
@@ -99,7 +93,7 @@ TEST_F(IconQueueTest, EachRequestIsServedWhenItMeetsTheEndOfTheThread) {
     constexpr int rounds = 2000;
     list_.letThrough(rounds);
     for (int round = 0; round < rounds; ++round) {
-        queue_->request(identifier(round % apps));
+        request({apps_[round % apps_.size()]});
         QCoreApplication::processEvents();
     }
     awaitEnd();
@@ -108,46 +102,42 @@ TEST_F(IconQueueTest, EachRequestIsServedWhenItMeetsTheEndOfTheThread) {
 
 // Were it waited for, this would not end: the load goes on after that only.
 TEST_F(IconQueueTest, DestroyingItDropsWhatIsQueuedAndWaitsForNothing) {
-    queue_->request(identifier(0));
+    request({apps_[0]});
     list_.awaitLoad();
-    for (int app = 1; app < apps; ++app) queue_->request(identifier(app));
+    request(apps_.mid(1));
     queue_.reset();
     list_.letThrough(1);
     threads_.reset();
-    EXPECT_EQ(list_.loads(), QStringList{identifier(0)});
-    EXPECT_TRUE(list_.hasCachedIconOfSize(iconSize, identifier(0))) << "the end of the app waits for it";
+    EXPECT_EQ(list_.loads(), apps_.mid(0, 1));
+    EXPECT_TRUE(list_.hasCachedIconOfSize(iconSize, apps_[0])) << "the end of the app waits for it";
 }
 
 TEST_F(IconQueueTest, AnIconThatFailsIsNotAskedForAgain) {
     const auto unknown = QStringLiteral("com.apple.gamed");
     list_.letThrough(3);
-    queue_->request(unknown);
+    request({unknown});
     awaitEnd();
-    queue_->request(unknown);
+    request({unknown});
     EXPECT_FALSE(queue_->isLoading());
-    queue_->request(identifier(0));
+    request({apps_[0]});
     awaitEnd();
-    EXPECT_EQ(list_.loads(), (QStringList{unknown, identifier(0)}));
+    EXPECT_EQ(list_.loads(), (QStringList{unknown, apps_[0]}));
 }
 
 TEST_F(IconQueueTest, TwoScreensLoadAtOnceAndHearOnTheMainThread) {
     QObject screen;
     QStringList announced;
-    QSet<Qt::HANDLE> threads;
     QObject::connect(&list_, &platform::ApplicationList::iconLoaded, &screen, [&](const QString& id, int points) {
         announced << id;
-        threads.insert(QThread::currentThreadId());
-        EXPECT_EQ(points, iconSize);
+        EXPECT_TRUE(QThread::currentThread() == screen.thread() && points == iconSize);
         EXPECT_TRUE(list_.hasCachedIconOfSize(points, id));
     });
     IconQueue other(list_, *threads_);
-    list_.letThrough(2 * apps);
-    for (int app = 0; app < apps; ++app) {
-        queue_->request(identifier(app));
-        other.request(identifier(app));
-    }
+    list_.letThrough(2 * int(apps_.size()));
+    request(apps_);
+    for (const QString& app : apps_) other.request(app);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !queue_->isLoading() && !other.isLoading(); }, 60'000));
     QCoreApplication::processEvents();
-    EXPECT_EQ(announced.size(), apps) << "an icon is announced once, whoever asked for it";
-    EXPECT_EQ(threads, QSet<Qt::HANDLE>{QThread::currentThreadId()});
+    announced.sort();
+    EXPECT_EQ(announced, apps_) << "an icon is announced once, whoever asked for it";
 }

@@ -5,47 +5,38 @@
 #include "platform/system/DesktopApplicationList.h"
 #include "platform_system/DataDirectory.h"
 
-using testing_support::DataDirectory;
-
-namespace {
-
-struct Case {
-    QStringList identifiers;
-    QStringList with;     // the installed identifiers that the list with them answers, sorted
-    QStringList without;  // and the one without them
-};
-
-QStringList sorted(QStringList list) {
-    list.sort();
-    return list;
-}
-
-}  // namespace
+using namespace Qt::StringLiterals;
 
 TEST(VxmAppList, AnswersWithAndWithoutIdentifiers) {
-    DataDirectory directory;
-    for (const char* id : {"com.apple.stocks", "org.example.Mixed", "org.example.I", "plain"})
-        directory.writeEntry(std::string(id) + ".desktop", "Name=Name of " + std::string(id) + "\n");
+    const QStringList installed{u"com.apple.stocks"_s, u"org.example.I"_s, u"org.example.Mixed"_s, u"plain"_s};
+    testing_support::DataDirectory directory;
+    for (const QString& id : installed)
+        directory.writeEntry(id.toStdString() + ".desktop", "Name=Name of " + id.toStdString() + "\n");
     platform::DesktopApplicationList list({directory.path()});
 
-    const QString stocks = QStringLiteral("com.apple.stocks"), mixed = QStringLiteral("org.example.Mixed"),
-                  i = QStringLiteral("org.example.I"), plain = QStringLiteral("plain");
-    const Case cases[] = {
-        {{}, {stocks}, {stocks, i, mixed, plain}},
-        {{plain}, {stocks, plain}, {stocks, i, mixed}},
-        {{QStringLiteral("ORG.EXAMPLE.mixed"), QStringLiteral("PLAIN")}, {stocks, mixed, plain}, {stocks, i}},
-        {{QStringLiteral("org.example.i")}, {stocks, i}, {stocks, mixed, plain}},
-        {{QStringLiteral("org.example.ı")}, {stocks}, {stocks, i, mixed, plain}},
-        {{stocks}, {stocks}, {i, mixed, plain}},
-        {{QStringLiteral("150"), QStringLiteral("com.apple.gamed"), QString()}, {stocks}, {stocks, i, mixed, plain}},
-        {{QStringLiteral("pla*"), QStringLiteral("org.example.Mix")}, {stocks}, {stocks, i, mixed, plain}},
+    const struct {
+        QStringList identifiers;
+        QList<int> found;  // of the installed ones
+        QList<int> with;   // the same, and the one that is always there
+    } cases[] = {
+        {{}, {}, {0}},
+        {{u"plain"_s}, {3}, {0, 3}},
+        {{u"ORG.EXAMPLE.mixed"_s, u"PLAIN"_s}, {2, 3}, {0, 2, 3}},
+        {{u"org.example.i"_s}, {1}, {0, 1}},
+        {{u"org.example.ı"_s}, {}, {0}},
+        {{u"com.apple.stocks"_s}, {0}, {0}},
+        {{u"150"_s, u"com.apple.gamed"_s, u""_s}, {}, {0}},
+        {{u"pla*"_s, u"org.example.Mix"_s}, {}, {0}},
     };
-    for (const Case& item : cases) {
-        const auto with = catalog::VxmAppList::applicationsWithBundleIdentifiers(list, item.identifiers);
-        EXPECT_EQ(sorted(with.keys()), item.with) << item.identifiers.join(u' ').toStdString();
-        const auto without = catalog::VxmAppList::applicationsWithoutBundleIdentifiers(list, item.identifiers);
-        EXPECT_EQ(sorted(without.keys()), item.without) << item.identifiers.join(u' ').toStdString();
-        for (auto app = without.cbegin(); app != without.cend(); ++app)
-            EXPECT_EQ(app.value(), QStringLiteral("Name of ") + app.key());
+    for (const auto& [identifiers, found, with] : cases) {
+        SCOPED_TRACE(identifiers.join(u' ').toStdString());
+        const auto answered = catalog::VxmAppList::applicationsWithBundleIdentifiers(list, identifiers);
+        const auto others = catalog::VxmAppList::applicationsWithoutBundleIdentifiers(list, identifiers);
+        for (int i = 0; i < installed.size(); ++i) {
+            const QString name = u"Name of "_s + installed[i];
+            EXPECT_EQ(answered.value(installed[i]), with.contains(i) ? name : QString()) << i;
+            EXPECT_EQ(others.value(installed[i]), found.contains(i) ? QString() : name) << i;
+        }
+        EXPECT_EQ(answered.size() + others.size(), with.size() + installed.size() - found.size());
     }
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
 #include <vector>
@@ -18,20 +19,22 @@ std::variant<SimulatorOptions, Misuse, Help> parsed(const QString& line) {
 }
 
 TEST(SimulatorOptions, TakesEveryOption) {
-    const auto plain = std::get<SimulatorOptions>(parsed(u"--device /tmp/phone"_s));
-    EXPECT_EQ(plain.device, "/tmp/phone");
-    EXPECT_EQ(plain.model, u"iPhone"_s);
-    EXPECT_EQ(plain.screen, QSize(320, 568));
-    EXPECT_EQ(plain.network, Network::host);
-    EXPECT_TRUE(plain.documentationHost.isEmpty());
-
-    const auto full = std::get<SimulatorOptions>(
-        parsed(u"--network wwan --screen 320x480 --device=phone --model iPad --documentation-host 127.0.0.1:8000"_s));
-    EXPECT_EQ(full.device, "phone");
-    EXPECT_EQ(full.model, u"iPad"_s);
-    EXPECT_EQ(full.screen, QSize(320, 480));
-    EXPECT_EQ(full.network, Network::wwan);
-    EXPECT_EQ(full.documentationHost, u"127.0.0.1:8000"_s);
+    const struct {
+        QString line;
+        SimulatorOptions taken;
+    } cases[] = {
+        {u"--device /tmp/phone"_s, {"/tmp/phone", u"iPhone"_s, {320, 568}, Network::host, u""_s}},
+        {u"--network wwan --screen 320x480 --device=phone --model iPad --documentation-host 127.0.0.1:8000"_s,
+         {"phone", u"iPad"_s, {320, 480}, Network::wwan, u"127.0.0.1:8000"_s}},
+    };
+    for (const auto& [line, taken] : cases) {
+        const auto options = std::get<SimulatorOptions>(parsed(line));
+        EXPECT_EQ(options.device, taken.device);
+        EXPECT_EQ(options.model, taken.model);
+        EXPECT_EQ(options.screen, taken.screen);
+        EXPECT_EQ(options.network, taken.network);
+        EXPECT_EQ(options.documentationHost, taken.documentationHost);
+    }
 }
 
 TEST(SimulatorOptions, SaysInOneLineWhatItDoesNotTake) {
@@ -60,44 +63,28 @@ TEST(SimulatorOptions, SaysInOneLineWhatItDoesNotTake) {
     EXPECT_TRUE(std::holds_alternative<Help>(parsed(u"--help"_s)));
 }
 
-class DeviceDirectory : public testing::Test {
-protected:
-    DeviceDirectory() {
-        std::string name = testing::TempDir() + "device-XXXXXX";
-        directory_ = mkdtemp(name.data());
-    }
-    ~DeviceDirectory() override { std::filesystem::remove_all(directory_); }
-
-    std::filesystem::path directory_;
-};
-
-TEST_F(DeviceDirectory, GetsTheFoldersThatAreMissing) {
-    const auto kept = directory_ / "a/file";
-    std::filesystem::create_directory(directory_ / "a");
-    std::ofstream(kept) << "kept";
-    EXPECT_EQ(prepareDeviceDirectory(directory_, {directory_ / "a", directory_ / "b/c"}), std::nullopt);
-    EXPECT_TRUE(std::filesystem::is_directory(directory_ / "b/c"));
-    EXPECT_EQ(std::filesystem::file_size(kept), 4);
-}
-
-TEST_F(DeviceDirectory, IsRefusedWithItsNameWhenItCannotBeUsed) {
-    const auto file = directory_ / "file";
-    std::ofstream(file) << "in the way";
+TEST(DeviceDirectory, GetsTheFoldersThatAreMissingOrIsRefusedByTheNameOfWhatIsInTheWay) {
+    const QTemporaryDir folder;
+    const std::filesystem::path directory = folder.path().toStdString(), file = directory / "file";
+    std::ofstream(file) << "kept";
     const struct {
         std::filesystem::path directory;
         std::vector<std::filesystem::path> folders;
-        std::filesystem::path named;
+        std::string inTheWay;
     } cases[] = {
-        {directory_ / "missing", {}, directory_ / "missing"},
+        {directory, {directory, directory / "b/c"}, ""},
+        {directory / "missing", {}, directory / "missing"},
         {file, {}, file},
-        {directory_, {file / "below"}, file / "below"},
+        {directory, {file / "below"}, file / "below"},
     };
-    for (const auto& [directory, folders, named] : cases) {
-        const auto problem = prepareDeviceDirectory(directory, folders);
-        ASSERT_TRUE(problem) << directory;
-        EXPECT_EQ(problem->rfind(named.string(), 0), 0) << *problem;
+    for (const auto& [given, folders, inTheWay] : cases) {
+        const auto problem = prepareDeviceDirectory(given, folders);
+        EXPECT_EQ(problem.value_or("").substr(0, inTheWay.size()), inTheWay);
+        EXPECT_EQ(problem.has_value(), !inTheWay.empty()) << given;
     }
-    EXPECT_FALSE(std::filesystem::exists(directory_ / "missing"));
+    EXPECT_TRUE(std::filesystem::is_directory(directory / "b/c"));
+    EXPECT_EQ(std::filesystem::file_size(file), 4);
+    EXPECT_FALSE(std::filesystem::exists(directory / "missing"));
 }
 
 TEST(PrintingNotifyCenter, PostsAndPrintsALineEach) {
