@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QPixmap>
+#include <algorithm>
 #include <cmath>
 
 #include "platform/ui/drawing/Images.h"
@@ -16,18 +17,16 @@ using namespace platform::palette;
 
 const QColor white(Qt::white);
 
-double linear(float channel) {
-    return channel <= 0.04045F ? double(channel) / 12.92 : std::pow((double(channel) + 0.055) / 1.055, 2.4);
-}
-
 // Relative luminance and contrast as WCAG 2 defines them.
 double luminance(const QColor& color) {
+    const auto linear = [](double channel) {
+        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
 double contrast(const QColor& a, const QColor& b) {
-    const double brighter = std::max(luminance(a), luminance(b));
-    const double darker = std::min(luminance(a), luminance(b));
+    const auto [darker, brighter] = std::minmax({luminance(a), luminance(b)});
     return (brighter + 0.05) / (darker + 0.05);
 }
 
