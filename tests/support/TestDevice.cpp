@@ -3,13 +3,12 @@
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMultiMap>
 #include <QPushButton>
 #include <QTest>
-#include <algorithm>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
-#include "platform/system/DesktopApplicationList.h"
 #include "platform/ui/alert/AlertView.h"
 #include "platform/ui/motion/AnimationClock.h"
 #include "platform/ui/navigation/NavigationController.h"
@@ -21,18 +20,12 @@
 
 namespace fs = std::filesystem;
 
-TestDevice::TestDevice(const QString& model, QSize screen)
-    : store_((fs::create_directories(fs::path(directory_.path().toStdString()) / "var/mobile/Library/Preferences/Vxm"),
-              directory_.path().toStdString()),
-             recorder_) {
-    const fs::path root = directory_.path().toStdString();
-    fs::create_directories(root / "usr/share/applications");
-    fs::create_directories(store_.listDirectory());
-    applications_ =
-        std::make_unique<platform::DesktopApplicationList>(platform::DesktopApplicationList::dataDirectories(root));
-    device_.root = root;
+TestDevice::TestDevice(const QString& model, QSize screen) {
+    for (const fs::path& folder : {applicationFolder_, store_.exportDirectory(), store_.listDirectory()})
+        fs::create_directories(folder);
+    device_.root = root_;
     device_.notifyCenter = &recorder_;
-    device_.applicationList = applications_.get();
+    device_.applicationList = &applications_;
     device_.network = &network_;
     device_.openURL = [](const QUrl&) {};
     device_.model = model;
@@ -52,12 +45,8 @@ void TestDevice::Recorder::post(std::string_view name) {
 }
 
 void TestDevice::install(const std::string& identifier, const std::string& name) {
-    putBytes(device_.root / "usr/share/applications" / (identifier + ".desktop"),
+    putBytes(applicationFolder_ / (identifier + ".desktop"),
              "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\nIcon=" + identifier + "\n");
-}
-
-void TestDevice::uninstall(const std::string& identifier) {
-    fs::remove(device_.root / "usr/share/applications" / (identifier + ".desktop"));
 }
 
 void TestDevice::put(store::File file, const std::string& xmlContent) {
@@ -69,9 +58,8 @@ void TestDevice::putBytes(const fs::path& file, const std::string& bytes) {
 }
 
 std::string TestDevice::bytes(store::File file) const {
-    std::ostringstream content;
-    content << std::ifstream(path(file), std::ios::binary).rdbuf();
-    return content.str();
+    std::ifstream content(path(file), std::ios::binary);
+    return {std::istreambuf_iterator<char>(content), {}};
 }
 
 void TestDevice::launch() {
@@ -96,44 +84,43 @@ platform::ViewController* TestDevice::screen() const {
 
 platform::TableView* TestDevice::table() const {
     platform::TableView* top = nullptr;
-    for (auto* table : screen()->view()->findChildren<platform::TableView*>()) {
+    for (auto* table : screen()->view()->findChildren<platform::TableView*>())
         if (table->isVisible()) top = table;
-    }
     return top;
 }
 
-QWidget* TestDevice::targetAt(QPoint& point) const {
+// The widget at a point of the window, with the point in its own coordinates.
+std::pair<QWidget*, QPoint> TestDevice::targetAt(QPoint point) const {
     QWidget* child = window()->childAt(point);
     QWidget* target = child ? child : window();
-    point = target->mapFrom(window(), point);
-    return target;
+    return {target, target->mapFrom(window(), point)};
 }
 
 void TestDevice::tap(int x, int y) {
-    QPoint point(x, y);
-    QWidget* target = targetAt(point);
+    const auto [target, point] = targetAt({x, y});
     QTest::mouseClick(target, Qt::LeftButton, {}, point);
     QApplication::processEvents();
 }
 
 void TestDevice::drag(int x1, int y1, int x2, int y2) {
     constexpr int steps = 10;
-    QPoint start(x1, y1);
-    QWidget* target = targetAt(start);
+    const QPoint way(x2 - x1, y2 - y1);
+    const auto [target, start] = targetAt({x1, y1});
     QTest::mousePress(target, Qt::LeftButton, {}, start);
-    for (int step = 1; step <= steps; ++step) {
-        const QPoint moved = start + QPoint((x2 - x1) * step / steps, (y2 - y1) * step / steps);
-        QTest::mouseMove(target, moved);
-    }
-    QTest::mouseRelease(target, Qt::LeftButton, {}, start + QPoint(x2 - x1, y2 - y1));
+    for (int step = 1; step <= steps; ++step) QTest::mouseMove(target, start + way * step / steps);
+    QTest::mouseRelease(target, Qt::LeftButton, {}, start + way);
     QApplication::processEvents();
 }
 
-void TestDevice::tapRow(int section, int row, int x) {
+// Scrolls to it.
+int TestDevice::middleOfRow(platform::IndexPath row) const {
     platform::TableView* shown = table();
-    shown->scrollToRow({section, row});
-    const QPoint middle = shown->viewport()->mapTo(window(), shown->rectForRow({section, row}).center());
-    tap(x, middle.y());
+    shown->scrollToRow(row);
+    return shown->viewport()->mapTo(window(), shown->rectForRow(row).center()).y();
+}
+
+void TestDevice::tapRow(int section, int row, int x) {
+    tap(x, middleOfRow({section, row}));
 }
 
 void TestDevice::tapRow(QStringView name, int x) {
@@ -142,20 +129,22 @@ void TestDevice::tapRow(QStringView name, int x) {
 }
 
 void TestDevice::swipeToDelete(int section, int row) {
-    platform::TableView* shown = table();
-    shown->scrollToRow({section, row});
-    const int y = shown->viewport()->mapTo(window(), shown->rectForRow({section, row}).center()).y();
+    const int y = middleOfRow({section, row});
     drag(280, y, 100, y);
     tap(295, y);
 }
 
+QWidget* TestDevice::focus() const {
+    return QApplication::focusWidget() ? QApplication::focusWidget() : window();
+}
+
 void TestDevice::type(const QString& text) {
-    QTest::keyClicks(QApplication::focusWidget() ? QApplication::focusWidget() : window(), text);
+    QTest::keyClicks(focus(), text);
     QApplication::processEvents();
 }
 
 void TestDevice::key(int key) {
-    QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : window(), Qt::Key(key));
+    QTest::keyClick(focus(), Qt::Key(key));
     QApplication::processEvents();
 }
 
@@ -165,15 +154,11 @@ QStringList TestDevice::rowTexts(int section, int row) const {
     QApplication::processEvents();
     auto* cell = shown->cellForRow({section, row});
     if (!cell) return {};
-    std::vector<std::pair<int, QString>> texts;
-    for (auto* label : cell->findChildren<QLabel*>()) {
-        if (!label->isHidden() && !label->text().isEmpty()) texts.emplace_back(label->y(), label->text());
-    }
-    for (auto* field : cell->findChildren<QLineEdit*>()) texts.emplace_back(field->y(), field->text());
-    std::sort(texts.begin(), texts.end());
-    QStringList lines;
-    for (const auto& [y, text] : texts) lines.append(text);
-    return lines;
+    QMultiMap<int, QString> texts;  // by their height
+    for (auto* label : cell->findChildren<QLabel*>())
+        if (!label->isHidden() && !label->text().isEmpty()) texts.insert(label->y(), label->text());
+    for (auto* field : cell->findChildren<QLineEdit*>()) texts.insert(field->y(), field->text());
+    return texts.values();
 }
 
 int TestDevice::rows(int section) const {

@@ -4,11 +4,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/VxmAppDelegate.h"
+#include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
 #include "platform/system/FixedNetwork.h"
+#include "platform/ui/table/IndexPath.h"
 #include "store/NotifyCenter.h"
 #include "store/Writers.h"
 #include "store/plist/PropertyList.h"
@@ -17,7 +20,6 @@ class QWidget;
 
 namespace platform {
 class AlertView;
-class DesktopApplicationList;
 class TableView;
 class ViewController;
 }  // namespace platform
@@ -38,7 +40,9 @@ public:
     ~TestDevice();
 
     void install(const std::string& identifier, const std::string& name);
-    void uninstall(const std::string& identifier);
+    void uninstall(const std::string& identifier) {
+        std::filesystem::remove(applicationFolder_ / (identifier + ".desktop"));
+    }
     std::filesystem::path path(store::File file) const { return store_.path(file); }
     const store::ConfigurationStore& files() const { return store_; }
     void put(store::File file, const std::string& xmlContent);
@@ -49,7 +53,7 @@ public:
 
     // What the app is given when it is launched.
     platform::Device& device() { return device_; }
-    platform::DesktopApplicationList& applications() { return *applications_; }
+    platform::DesktopApplicationList& applications() { return applications_; }
     void launch();
     void terminate();
 
@@ -87,12 +91,16 @@ private:
         const TestDevice& device_;
     };
 
-    QWidget* targetAt(QPoint& point) const;
+    std::pair<QWidget*, QPoint> targetAt(QPoint point) const;
+    int middleOfRow(platform::IndexPath row) const;
+    QWidget* focus() const;
 
     QTemporaryDir directory_;
+    const std::filesystem::path root_ = directory_.path().toStdString();
+    const std::filesystem::path applicationFolder_ = root_ / "usr/share/applications";
     Recorder recorder_{*this};
-    store::ConfigurationStore store_;
-    std::unique_ptr<platform::DesktopApplicationList> applications_;
+    store::ConfigurationStore store_{root_, recorder_};
+    platform::DesktopApplicationList applications_{platform::DesktopApplicationList::dataDirectories(root_)};
     platform::FixedNetwork network_{platform::FixedNetwork::Kind::wifi};
     platform::Device device_;
     std::unique_ptr<app::VxmAppDelegate> app_;
