@@ -5,8 +5,7 @@
 // the machine's time.
 namespace monkey::Clock {
 
-// From now on; called on the main thread.
-void stop();
+// From its first call on; called on the main thread.
 void advance(int milliseconds);
 
 }  // namespace monkey::Clock

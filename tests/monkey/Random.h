@@ -5,6 +5,13 @@
 
 namespace monkey {
 
+// A row of a table of what can happen.
+template <class Act>
+struct Weighted {
+    int weight;
+    Act act;
+};
+
 // The dice. One seed gives one sequence, on every machine.
 class Random {
 public:
@@ -16,6 +23,20 @@ public:
     template <class Container>
     const auto& oneOf(const Container& container) {
         return *std::next(std::begin(container), below(int(std::size(container))));
+    }
+    template <class T>
+    T oneOf(std::initializer_list<T> items) {
+        return *std::next(items.begin(), below(int(items.size())));
+    }
+    // What one of the rows does, each as often as its weight says.
+    template <class Table>
+    auto weighted(const Table& table) {
+        int sum = 0;
+        for (const auto& row : table) sum += row.weight;
+        int drawn = below(sum);
+        auto row = std::begin(table);
+        while (drawn >= row->weight) drawn -= (row++)->weight;
+        return row->act;
     }
 
 private:
