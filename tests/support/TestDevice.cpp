@@ -1,20 +1,16 @@
 #include "support/TestDevice.h"
 
-#include <QApplication>
+#include <QAbstractButton>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMultiMap>
 #include <QPushButton>
 #include <QTest>
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
-#include "platform/ui/alert/AlertView.h"
 #include "platform/ui/motion/AnimationClock.h"
-#include "platform/ui/navigation/NavigationController.h"
-#include "platform/ui/navigation/ViewController.h"
-#include "platform/ui/table/TableView.h"
-#include "platform/ui/table/TableViewCell.h"
 #include "resources/Resources.h"
 #include "support/RowNamed.h"
 
@@ -37,11 +33,13 @@ TestDevice::TestDevice(const QString& model, QSize screen) {
 TestDevice::~TestDevice() {
     app_.reset();
     platform::AnimationClock::setInstant(false);
+    // QTemporaryDir leaves behind what has no name in Unicode.
+    fs::remove_all(device_.root);
 }
 
 void TestDevice::Recorder::post(std::string_view name) {
     posts.push_back({std::string(name), device_.plist(store::File::appRules), device_.plist(store::File::globalRules),
-                     device_.files().isDisabled()});
+                     device_.files().isDisabled(), device_.app_ && device_.alert()});
 }
 
 void TestDevice::install(const std::string& identifier, const std::string& name) {
@@ -57,8 +55,8 @@ void TestDevice::putBytes(const fs::path& file, const std::string& bytes) {
     std::ofstream(file, std::ios::binary) << bytes;
 }
 
-std::string TestDevice::bytes(store::File file) const {
-    std::ifstream content(path(file), std::ios::binary);
+std::string TestDevice::bytes(const fs::path& file) {
+    std::ifstream content(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(content), {}};
 }
 
@@ -128,6 +126,19 @@ void TestDevice::tapRow(QStringView name, int x) {
     tapRow(named.section, named.row, x);
 }
 
+void TestDevice::tapSetting(QStringView name, int x) {
+    tap(26, 20);
+    tapRow(name, x);
+}
+
+void TestDevice::tapButton(QStringView name) {
+    for (const auto* button : screen()->view()->findChildren<QAbstractButton*>()) {
+        if (!button->isVisible() || (button->accessibleName() != name && button->text() != name)) continue;
+        const QPoint middle = button->mapTo(window(), button->rect().center());
+        return tap(middle.x(), middle.y());
+    }
+}
+
 void TestDevice::swipeToDelete(int section, int row) {
     const int y = middleOfRow({section, row});
     drag(280, y, 100, y);
@@ -146,6 +157,13 @@ void TestDevice::type(const QString& text) {
 void TestDevice::key(int key) {
     QTest::keyClick(focus(), Qt::Key(key));
     QApplication::processEvents();
+}
+
+platform::TableViewCell* TestDevice::cell(QStringView name) const {
+    const platform::IndexPath row = rowNamed(*table(), name);
+    table()->scrollToRow(row);
+    QApplication::processEvents();
+    return table()->cellForRow(row);
 }
 
 QStringList TestDevice::rowTexts(int section, int row) const {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QApplication>
 #include <QTemporaryDir>
+#include <QTest>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,18 +13,15 @@
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
 #include "platform/system/FixedNetwork.h"
+#include "platform/ui/alert/AlertView.h"
+#include "platform/ui/navigation/NavigationController.h"
+#include "platform/ui/navigation/ViewController.h"
 #include "platform/ui/table/IndexPath.h"
+#include "platform/ui/table/TableView.h"
+#include "platform/ui/table/TableViewCell.h"
 #include "store/NotifyCenter.h"
 #include "store/Writers.h"
 #include "store/plist/PropertyList.h"
-
-class QWidget;
-
-namespace platform {
-class AlertView;
-class TableView;
-class ViewController;
-}  // namespace platform
 
 // A device in a temporary directory with the whole app running on it, in a real window, driven by real events in the
 // window's points. Animations are instant.
@@ -34,6 +33,7 @@ public:
         std::optional<store::Dictionary> appRules;
         std::optional<store::Dictionary> globalRules;
         bool isDisabled = false;
+        bool isAlertShown = false;
     };
 
     explicit TestDevice(const QString& model = QStringLiteral("iPhone"), QSize screen = {320, 568});
@@ -47,7 +47,8 @@ public:
     const store::ConfigurationStore& files() const { return store_; }
     void put(store::File file, const std::string& xmlContent);
     void putBytes(const std::filesystem::path& file, const std::string& bytes);
-    std::string bytes(store::File file) const;
+    std::string bytes(store::File file) const { return bytes(path(file)); }
+    static std::string bytes(const std::filesystem::path& file);
     std::optional<store::Dictionary> plist(store::File file) const { return store_.read(file); }
     const std::vector<Post>& posts() const { return recorder_.posts; }
 
@@ -67,11 +68,17 @@ public:
     // Taps the middle of a row of the table in sight, by its place or by what it says.
     void tapRow(int section, int row, int x = 120);
     void tapRow(QStringView name, int x = 120);
+    // Opens the settings and taps a row there.
+    void tapSetting(QStringView name, int x = 120);
+    // Taps the middle of a button of the screen, by its name or its text.
+    void tapButton(QStringView name);
     void drag(int x1, int y1, int x2, int y2);
     // Swipes a row to the left and taps "Delete".
     void swipeToDelete(int section, int row);
     void type(const QString& text);
     void key(int key);
+    // The row of the table that says this, scrolled into sight.
+    platform::TableViewCell* cell(QStringView name) const;
     // Texts of the row's labels and fields, top to bottom.
     QStringList rowTexts(int section, int row) const;
     int rows(int section) const;
