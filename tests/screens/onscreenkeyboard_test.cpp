@@ -3,15 +3,11 @@
 #include <qpa/qplatforminputcontext.h>
 
 #include <QtGui/private/qinputmethod_p.h>
-#include <QApplication>
-#include <QTest>
 #include <QWindow>
 #include <functional>
 
-#include "platform/ui/alert/AlertView.h"
 #include "platform/ui/controls/TextField.h"
-#include "platform/ui/navigation/ViewController.h"
-#include "platform/ui/table/TableView.h"
+#include "support/Rules.h"
 #include "support/TestDevice.h"
 
 namespace {
@@ -54,11 +50,9 @@ protected:
     static constexpr int lastRule = 29;
 
     void SetUp() override {
-        std::string rules;
-        for (int rule = 10; rule <= 10 + lastRule; ++rule) {
-            rules += "<dict><key>rule</key><string>host" + std::to_string(rule) + ".example</string></dict>";
-        }
-        device.put(File::globalRules, "<dict><key>globalAllow</key><array>" + rules + "</array></dict>");
+        std::string entries;
+        for (int rule = 10; rule <= 10 + lastRule; ++rule) entries += entry("host" + std::to_string(rule) + ".example");
+        device.put(File::globalRules, rulesFile("globalAllow", entries));
         device.put(File::guiSettings, "<dict><key>didShowEditAlert</key><true/></dict>");
         device.launch();
         device.tapRow(0, 0);
@@ -79,11 +73,7 @@ protected:
 
     QRect shownView() { return device.screen()->view()->geometry(); }
 
-    std::string rule(int row) {
-        const auto file = device.plist(File::globalRules);
-        const auto rules = file->find("globalAllow")->array();
-        return rules->at(std::size_t(row)).dictionary()->find("rule")->string().value_or("?");
-    }
+    QString rule(int row) { return rulesIn(*device.plist(File::globalRules), "globalAllow").value(row); }
 
     TestDevice device;
     Keyboard keyboard;
@@ -95,58 +85,47 @@ TEST_F(OnScreenKeyboardTest, ScreensEndWhereItBegins) {
         QRectF keyboard;
         int height;
     } cases[] = {
-        {"lower part", {0, 332, width, 216}, 332},
         {"half a point", {0, 350.5, width, 197.5}, 350},
         {"larger than its part of the window", {0, 400, width, 300}, 400},
         {"floats", {40, 100, 240, 150}, height},
         {"below the window", {0, 600, width, 216}, height},
         {"all of the window", {0, -10, width, 600}, height},
         {"no width", {0, 332, 0, 0}, height},
-        {"hidden", {}, height},
+        {"lower part", {0, 332, width, 216}, 332},
     };
     for (const auto& each : cases) {
         keyboard.showAt(each.keyboard);
         EXPECT_EQ(shownView(), QRect(0, 0, width, each.height)) << each.what;
     }
-    keyboard.showAt({0, 332, width, 216});
     device.tap(20, 20);
     EXPECT_EQ(shownView(), QRect(0, 0, width, 332)) << "the screen below as well";
 }
 
 TEST_F(OnScreenKeyboardTest, TheRuleThatIsEditedStaysInSight) {
-    const struct {
-        const char* what;
-        std::function<void()> covers;
-        std::function<void()> uncovers;
-    } cases[] = {
-        {"a keyboard",
-         [this] {
-             keyboard.showAt({0, 332, width, 216});
-         },
-         [this] { keyboard.showAt({}); }},
-        {"a smaller window", [this] { device.window()->resize(width, 332); },
-         [this] { device.window()->resize(width, height); }},
-        {"a turned screen", [this] { device.window()->resize(height, 332); },
-         [this] { device.window()->resize(width, height); }},
+    const auto resize = [this](int to, int high) { device.window()->resize(to, high); };
+    const std::pair<const char*, std::function<void(bool covers)>> cases[] = {
+        {"a keyboard", [&](bool covers) { keyboard.showAt(covers ? QRectF(0, 332, width, 216) : QRectF()); }},
+        {"a smaller window", [&](bool covers) { resize(width, covers ? 332 : height); }},
+        {"a turned screen", [&](bool covers) { covers ? resize(height, 332) : resize(width, height); }},
     };
     for (const int row : {0, 5, lastRule}) {
-        for (const auto& each : cases) {
-            SCOPED_TRACE(testing::Message() << each.what << " over row " << row);
-            const std::string before = rule(row);
+        for (const auto& [what, cover] : cases) {
+            SCOPED_TRACE(testing::Message() << what << " over row " << row);
+            const QString before = rule(row);
             editRule(row);
             ASSERT_FALSE(editedField().isEmpty());
             EXPECT_TRUE(keyboard.wanted);
-            each.covers();
+            cover(true);
             QApplication::processEvents();
             EXPECT_GE(editedField().top(), bar);
             EXPECT_LT(editedField().bottom(), 332);
             device.type(QStringLiteral("y"));
-            each.uncovers();
+            cover(false);
             QApplication::processEvents();
             EXPECT_FALSE(editedField().isEmpty());
             device.key(Qt::Key_Return);
             EXPECT_FALSE(keyboard.wanted);
-            EXPECT_EQ(rule(row).size(), before.size() + 2) << rule(row);
+            EXPECT_EQ(rule(row).size(), before.size() + 2) << rule(row).toStdString();
             EXPECT_EQ(shownView().size(), QSize(width, height));
             device.tap(width - 28, 20);
         }
@@ -176,7 +155,7 @@ TEST_F(OnScreenKeyboardTest, AnAlertMovesUpAndBack) {
     EXPECT_EQ(device.alert()->geometry(), before);
     device.answer(1);
     EXPECT_FALSE(keyboard.wanted);
-    EXPECT_EQ(rule(lastRule + 1), "new.example");
+    EXPECT_EQ(rule(lastRule + 1), u"new.example");
 }
 
 }  // namespace
