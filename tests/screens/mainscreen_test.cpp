@@ -1,17 +1,11 @@
 // The main screen and the add-app chooser, used as a person uses them, on a device with real files.
 #include <gtest/gtest.h>
 
-#include <QTest>
-
 #include "platform/system/DesktopApplicationList.h"
-#include "platform/ui/alert/AlertView.h"
 #include "platform/ui/controls/ImageButton.h"
-#include "platform/ui/navigation/NavigationController.h"
-#include "platform/ui/table/TableView.h"
-#include "platform/ui/table/TableViewCell.h"
-#include "screens/apps/VxmAppChooserControllerViewController.h"
 #include "screens/apps/VxmMainViewController.h"
 #include "store/Schema.h"
+#include "support/Rules.h"
 #include "support/TestDevice.h"
 
 namespace fs = std::filesystem;
@@ -19,265 +13,177 @@ namespace fs = std::filesystem;
 namespace {
 
 using store::File;
+using Keys = std::vector<std::string>;
 
-constexpr const char* mailRecord =
-    "<dict><key>150</key><true/><key>org.example.Mail</key><dict><key>custom</key><string>kept</string></dict></dict>";
-
-std::vector<std::string> keysOf(const std::optional<store::Dictionary>& dictionary) {
-    std::vector<std::string> keys;
-    if (dictionary) {
-        for (const auto& [key, value] : *dictionary) keys.push_back(key);
-    }
+Keys keysOf(const std::optional<store::Dictionary>& dictionary) {
+    Keys keys;
+    if (!dictionary) return keys;
+    for (const auto& [key, value] : *dictionary) keys.push_back(key);
     return keys;
 }
 
-using Keys = std::vector<std::string>;
+class MainScreenTest : public testing::Test {
+protected:
+    // A device with these apps of org.example, and with a record for each of these identifiers.
+    void launch(const Keys& apps, const Keys& records) {
+        for (const std::string& app : apps) device.install("org.example." + app, app);
+        put(records);
+        device.launch();
+    }
+    void put(const Keys& records) {
+        std::string entries;
+        for (const std::string& each : records)
+            entries += "<key>" + each + "</key><dict><key>custom</key><string>kept</string></dict>";
+        device.put(File::appRules, "<dict>" + entries + "</dict>");
+    }
+    Keys records() const { return keysOf(device.plist(File::appRules)); }
+    // Records go when the list without them has been painted.
+    bool recordsBecome(const Keys& keys) {
+        return QTest::qWaitFor([&] { return records() == keys; }, 2000);
+    }
+    QStringList titles(int section) const {
+        QStringList result;
+        for (int row = 0; row < device.rows(section); ++row) result.append(device.rowTexts(section, row).value(0));
+        return result;
+    }
+    void tapRightButton() { device.tap(292, 20); }  // "Add", or "Done" in the chooser
+    void search(const char* text) {
+        device.tap(120, 59);
+        device.type(QString::fromUtf8(text));
+    }
+    screens::VxmMainViewController* main() const {
+        return qobject_cast<screens::VxmMainViewController*>(device.screen());
+    }
 
-QStringList titles(TestDevice& device, int section) {
-    QStringList result;
-    for (int row = 0; row < device.rows(section); ++row) result.append(device.rowTexts(section, row).value(0));
-    return result;
-}
-
-void openChooser(TestDevice& device) {
-    device.tap(292, 20);
-}
-
-TEST(MainScreenTest, FirstLaunchCreatesTheAppRulesFile) {
     TestDevice device;
+};
+
+TEST_F(MainScreenTest, FirstLaunchCreatesTheAppRulesFile) {
     device.launch();
-    EXPECT_EQ(keysOf(device.plist(File::appRules)), Keys{"150"});
-    EXPECT_EQ(device.plist(File::appRules)->find("150")->boolean(), true);
-    EXPECT_EQ(titles(device, 0), QStringList({QStringLiteral("Global Allow"), QStringLiteral("Global Deny")}));
+    EXPECT_EQ(records(), Keys{"150"});
     EXPECT_EQ(device.rows(1), 0);
-    EXPECT_FALSE(fs::exists(device.path(File::globalRules)));
-    EXPECT_FALSE(fs::exists(device.path(File::guiSettings)));
+    for (const File other : {File::globalRules, File::guiSettings}) EXPECT_FALSE(fs::exists(device.path(other)));
     EXPECT_EQ(device.alert(), nullptr);
     device.terminate();
     ASSERT_EQ(device.posts().size(), 1U);
     EXPECT_EQ(device.posts()[0].name, store::reloadBoth);
 }
 
-TEST(MainScreenTest, OpensAScreenOnceHoweverOftenItIsAsked) {
-    TestDevice device;
+TEST_F(MainScreenTest, OpensAScreenOnceHoweverOftenItIsAsked) {
     device.launch();
-    auto& main = *qobject_cast<screens::VxmMainViewController*>(device.screen());
+    auto& screen = *main();
     platform::ImageButton sender;
-    main.presentSettings(sender);
-    main.presentSettings(sender);
-    main.add(sender);
+    for (int each = 0; each < 2; ++each) screen.presentSettings(sender);
+    screen.add(sender);
     EXPECT_EQ(device.navigation()->count(), 2);
-    EXPECT_EQ(main.presentedViewController(), nullptr);
+    EXPECT_EQ(screen.presentedViewController(), nullptr);
 }
 
-TEST(MainScreenTest, UnreadableFileIsLeftAloneAndListsNothing) {
-    const std::string contents[] = {"", "no property list", "<plist><array/></plist>", std::string("\0\1\2", 3)};
-    for (const std::string& content : contents) {
-        TestDevice device;
-        device.install("org.example.Mail", "Mail");
-        device.putBytes(device.path(File::appRules), content);
-        device.launch();
-        EXPECT_EQ(device.rows(1), 0);
-        openChooser(device);
-        device.tapRow(0, 0);
-        EXPECT_EQ(device.bytes(File::appRules), content);
-        EXPECT_EQ(device.rows(1), 0);
-    }
-}
-
-// Records go when the list without them has been painted.
-bool recordsBecome(TestDevice& device, const Keys& keys) {
-    return QTest::qWaitFor([&] { return keysOf(device.plist(File::appRules)) == keys; }, 2000);
-}
-
-TEST(MainScreenTest, ListsInstalledAppsByNameAndPrunesTheOthers) {
-    TestDevice device;
-    device.install("org.example.Mail", "Mail");
-    device.install("org.example.Maps", "maps");
-    device.put(File::appRules,
-               "<dict><key>org.example.Maps</key><dict/><key>org.example.Mail</key><dict/>"
-               "<key>org.example.Gone</key><dict/><key>ORG.EXAMPLE.MAIL</key><dict/>"
-               "<key>com.apple.gamed</key><dict/></dict>");
-    device.launch();
-    EXPECT_EQ(titles(device, 1),
-              QStringList({QStringLiteral("GameCenterDaemon"), QStringLiteral("Mail"), QStringLiteral("maps")}));
-    EXPECT_EQ(device.rowTexts(1, 1).value(1), QStringLiteral("org.example.Mail"));
-    EXPECT_TRUE(recordsBecome(device, {"150", "com.apple.gamed", "org.example.Mail", "org.example.Maps"}));
+TEST_F(MainScreenTest, ListsInstalledAppsByNameAndPrunesTheOthers) {
+    launch({"Mail", "maps"},
+           {"org.example.maps", "org.example.Mail", "org.example.Gone", "ORG.EXAMPLE.MAIL", "com.apple.gamed"});
+    EXPECT_EQ(titles(1), list({"GameCenterDaemon", "Mail", "maps"}));
+    EXPECT_TRUE(recordsBecome({"150", "com.apple.gamed", "org.example.Mail", "org.example.maps"}));
+    device.uninstall("org.example.Mail");
+    for (int each = 0; each < 2; ++each) tapRightButton();
+    EXPECT_EQ(titles(1), list({"GameCenterDaemon", "maps"})) << "at the next appearance";
+    EXPECT_TRUE(recordsBecome({"150", "com.apple.gamed", "org.example.maps"}));
     EXPECT_TRUE(device.posts().empty());
 }
 
-TEST(MainScreenTest, UninstalledAppLosesItsRecordAtTheNextAppearance) {
-    TestDevice device;
+TEST_F(MainScreenTest, AppInstalledBeforeTheRecordsGoKeepsItsOwn) {
+    launch({}, {"org.example.Gone", "org.example.Mail"});
+    ASSERT_EQ(records(), (Keys{"org.example.Gone", "org.example.Mail"}));
     device.install("org.example.Mail", "Mail");
-    device.put(File::appRules, mailRecord);
-    device.launch();
-    ASSERT_EQ(device.rows(1), 1);
-    device.uninstall("org.example.Mail");
-    openChooser(device);
-    device.tap(292, 20);
-    EXPECT_EQ(device.rows(1), 0);
-    EXPECT_TRUE(recordsBecome(device, {"150"}));
-}
-
-TEST(MainScreenTest, AppInstalledBeforeTheRecordsGoKeepsItsOwn) {
-    TestDevice device;
-    device.put(File::appRules, "<dict><key>org.example.Gone</key><dict/><key>org.example.Mail</key><dict/></dict>");
-    device.launch();
-    ASSERT_EQ(keysOf(device.plist(File::appRules)), (Keys{"org.example.Gone", "org.example.Mail"}));
-    device.install("org.example.Mail", "Mail");
-    EXPECT_TRUE(recordsBecome(device, {"150", "org.example.Mail"}));
+    EXPECT_TRUE(recordsBecome({"150", "org.example.Mail"}));
 }
 
 // At some scales an icon of 29 points is a part of a point wider: whole pixels.
-TEST(MainScreenTest, RowsWithoutAnIconStandInLineAtEveryScale) {
+TEST_F(MainScreenTest, RowsWithoutAnIconStandInLineAtEveryScale) {
     for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 2.625, 3.0}) {
-        TestDevice device;
         device.applications().setScale(scale);
-        device.install("org.example.Mail", "Mail");
-        device.put(File::appRules, mailRecord);
-        device.launch();
+        launch({"Mail"}, {"org.example.Mail"});
         ASSERT_EQ(device.rows(1), 1);
         const platform::TableViewCell* row = device.table()->cellForRow({1, 0});
         EXPECT_EQ(row->indentationLevel() * row->indentationWidth(), 0) << "at " << scale;
     }
 }
 
-TEST(MainScreenTest, LoadsItsListASecondTimeAfterAppearing) {
-    TestDevice device;
-    device.install("org.example.Mail", "Mail");
-    device.launch();
-    device.put(File::appRules, mailRecord);
+TEST_F(MainScreenTest, LoadsItsListASecondTimeAfterAppearing) {
+    launch({"Mail"}, {});
+    put({"org.example.Mail"});
     EXPECT_EQ(device.rows(1), 0);
     EXPECT_TRUE(QTest::qWaitFor([&] { return device.rows(1) == 1; }, 2000));
 }
 
-TEST(MainScreenTest, ChosenAppGetsAnEmptyRecord) {
-    TestDevice device;
-    device.install("org.example.Mail", "Mail");
-    device.install("org.example.Maps", "Maps");
-    device.put(File::appRules, mailRecord);
-    device.launch();
-    openChooser(device);
-    ASSERT_TRUE(qobject_cast<screens::VxmAppChooserControllerViewController*>(device.screen()));
-    EXPECT_EQ(titles(device, 0), QStringList({QStringLiteral("GameCenterDaemon"), QStringLiteral("Maps")}));
-    device.tapRow(0, 1);
-    ASSERT_TRUE(qobject_cast<screens::VxmMainViewController*>(device.screen()));
-    EXPECT_EQ(titles(device, 1), QStringList({QStringLiteral("Mail"), QStringLiteral("Maps")}));
+TEST_F(MainScreenTest, ChosenAppGetsAnEmptyRecord) {
+    launch({"Mail", "Maps"}, {"org.example.Mail"});
+    for (int each = 0; each < 2; ++each) tapRightButton();
+    ASSERT_TRUE(main());
+    EXPECT_EQ(records(), Keys{"org.example.Mail"}) << "closing the chooser writes nothing";
+    tapRightButton();
+    EXPECT_EQ(titles(0), list({"GameCenterDaemon", "Maps"}));
+    search("aps");
+    device.tapRow(0, 0);
+    ASSERT_TRUE(main());
+    EXPECT_EQ(titles(1), list({"Mail", "Maps"}));
 
     const auto rules = device.plist(File::appRules);
     const auto record = rules->find("org.example.Maps")->dictionary();
     EXPECT_EQ(keysOf(record), (Keys{"allow", "allowEverything", "deny"}));
-    EXPECT_TRUE(record->find("allow")->array()->empty());
-    EXPECT_TRUE(record->find("deny")->array()->empty());
-    EXPECT_EQ(record->find("allowEverything")->string(), "");
-    EXPECT_EQ(rules->find("org.example.Mail")->dictionary()->find("custom")->string(), "kept");
+    EXPECT_EQ(keysOf(rules->find("org.example.Mail")->dictionary()), Keys{"custom"});
     EXPECT_TRUE(device.posts().empty());
 }
 
-TEST(MainScreenTest, ChoosingWithoutAFileWritesNothing) {
-    TestDevice device;
-    device.install("org.example.Mail", "Mail");
-    device.launch();
-    fs::remove(device.path(File::appRules));
-    openChooser(device);
-    EXPECT_EQ(device.rows(0), 2) << "without a file every app is offered";
-    device.tapRow(0, 1);
-    EXPECT_FALSE(fs::exists(device.path(File::appRules)));
-    EXPECT_EQ(device.rows(1), 0);
+TEST_F(MainScreenTest, ChoosingWithoutAReadableFileWritesNothing) {
+    launch({"Mail"}, {});
+    for (const char* content : {"", "no property list", "<plist><array/></plist>"}) {
+        fs::remove(device.path(File::appRules));
+        if (*content) device.putBytes(device.path(File::appRules), content);
+        tapRightButton();
+        EXPECT_EQ(device.rows(0), 2) << "every app is offered";
+        device.tapRow(0, 1);
+        EXPECT_EQ(device.bytes(File::appRules), content);
+        EXPECT_EQ(device.files().exists(File::appRules), *content != 0);
+        EXPECT_EQ(device.rows(1), 0);
+    }
 }
 
-TEST(MainScreenTest, ChooserHidesConfiguredAppsWhateverTheirLetterCase) {
-    TestDevice device;
-    device.install("org.example.Mail", "Mail");
+TEST_F(MainScreenTest, ChooserHidesConfiguredAppsWhateverTheirLetterCase) {
     device.install("com.apple.springboard", "Home");
     device.install("com.saurik.Cydia", "Store");
-    device.launch();
-    device.put(File::appRules, "<dict><key>com.apple.gamed</key><dict/><key>ORG.example.MAIL</key><dict/></dict>");
-    openChooser(device);
+    launch({"Mail"}, {"com.apple.gamed"});
+    put({"com.apple.gamed", "ORG.example.MAIL"});
+    tapRightButton();
     EXPECT_EQ(device.rows(0), 0);
 }
 
-TEST(MainScreenTest, ClosingTheChooserWritesNothing) {
-    TestDevice device;
-    device.install("org.example.Mail", "Mail");
-    device.put(File::appRules, mailRecord);
-    device.launch();
-    openChooser(device);
-    const std::string before = device.bytes(File::appRules);
-    device.drag(280, 100, 100, 100);
-    device.tap(292, 20);
-    EXPECT_TRUE(qobject_cast<screens::VxmMainViewController*>(device.screen()));
-    EXPECT_EQ(device.bytes(File::appRules), before);
-}
+TEST_F(MainScreenTest, DeletesFromTheListAndFromASearchByName) {
+    launch({"Mail", "Maps", "Phone", "Webmail"},
+           {"org.example.Mail", "org.example.Maps", "org.example.Phone", "org.example.Webmail"});
+    device.swipeToDelete(1, 2);
+    EXPECT_EQ(titles(1), list({"Mail", "Maps", "Webmail"}));
+    EXPECT_EQ(records(), (Keys{"org.example.Mail", "org.example.Maps", "org.example.Webmail"})) << "no marker";
 
-TEST(MainScreenTest, SwipeDeletesAnAppWithoutTouchingTheMarker) {
-    TestDevice device;
-    device.install("org.example.Mail", "Mail");
-    device.install("org.example.Maps", "Maps");
-    device.put(File::appRules, "<dict><key>org.example.Mail</key><dict/><key>org.example.Maps</key><dict/></dict>");
-    device.launch();
-    device.swipeToDelete(1, 0);
-    EXPECT_EQ(titles(device, 1), QStringList({QStringLiteral("Maps")}));
-    EXPECT_EQ(keysOf(device.plist(File::appRules)), Keys{"org.example.Maps"});
+    const platform::TableView* whole = device.table();
+    search("MAIL");
+    EXPECT_EQ(titles(0), list({"Mail", "Webmail"}));
     device.swipeToDelete(0, 0);
-    EXPECT_EQ(device.rows(0), 2) << "the global rows stay";
+    EXPECT_EQ(titles(0), list({"Webmail"}));
+    EXPECT_EQ(records(), (Keys{"org.example.Maps", "org.example.Webmail"}));
+    device.tap(120, 59);
+    device.key(Qt::Key_Escape);
+    EXPECT_EQ(device.table(), whole);
+    EXPECT_EQ(titles(1), list({"Maps", "Webmail"}));
+    device.swipeToDelete(0, 0);
+    EXPECT_EQ(records(), (Keys{"org.example.Maps", "org.example.Webmail"})) << "a global row is no app";
     EXPECT_TRUE(device.posts().empty());
 }
 
-TEST(MainScreenTest, SearchFindsByNameAndDeletesFromBothLists) {
-    TestDevice device;
-    for (const auto& [identifier, name] :
-         {std::pair{"org.example.Mail", "Mail"}, std::pair{"org.example.Web", "Webmail"},
-          std::pair{"org.example.Maps", "Maps"}}) {
-        device.install(identifier, name);
-    }
-    device.put(File::appRules,
-               "<dict><key>org.example.Mail</key><dict/><key>org.example.Maps</key><dict/>"
-               "<key>org.example.Web</key><dict/></dict>");
-    device.launch();
-    platform::TableView* main = device.table();
-    device.tap(120, 59);
-    device.type(QStringLiteral("MAIL"));
-    ASSERT_NE(device.table(), main);
-    EXPECT_EQ(titles(device, 0), QStringList({QStringLiteral("Mail"), QStringLiteral("Webmail")}));
-    device.swipeToDelete(0, 0);
-    EXPECT_EQ(titles(device, 0), QStringList({QStringLiteral("Webmail")}));
-    EXPECT_EQ(keysOf(device.plist(File::appRules)), (Keys{"org.example.Maps", "org.example.Web"}));
-    device.tap(120, 59);
-    device.key(Qt::Key_Escape);
-    EXPECT_EQ(device.table(), main);
-    EXPECT_EQ(titles(device, 1), QStringList({QStringLiteral("Maps"), QStringLiteral("Webmail")}));
-}
-
-TEST(MainScreenTest, ChoosingInTheSearchResultsAddsThatApp) {
-    TestDevice device;
-    device.install("org.example.Mail", "Mail");
-    device.install("org.example.Maps", "Maps");
-    device.launch();
-    openChooser(device);
-    device.tap(120, 59);
-    device.type(QStringLiteral("aps"));
-    device.tapRow(0, 0);
-    EXPECT_EQ(keysOf(device.plist(File::appRules)), (Keys{"150", "org.example.Maps"}));
-}
-
-TEST(MainScreenTest, WarnsWhenTheFirewallIsDisabled) {
-    TestDevice device;
-    device.putBytes(device.path(File::appRules).parent_path() / "com.Urmeld.Firewall.disabled", "");
-    device.launch();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return device.alert() != nullptr; }, 1000));
-    device.answer(0);
-    EXPECT_EQ(device.alert(), nullptr);
-}
-
-TEST(MainScreenTest, TableHasBandsOnlyBetweenSections) {
-    TestDevice device;
-    device.install("org.example.Mail", "Mail");
-    device.put(File::appRules, mailRecord);
-    device.launch();
-    const QRect lastGlobal = device.table()->rectForRow({0, 1});
+TEST_F(MainScreenTest, TableHasBandsOnlyBetweenSections) {
+    launch({"Mail"}, {"org.example.Mail"});
     const QRect firstApp = device.table()->rectForRow({1, 0});
-    EXPECT_EQ(firstApp.top() - lastGlobal.bottom() - 1, 3);
+    EXPECT_EQ(firstApp.top() - device.table()->rectForRow({0, 1}).bottom() - 1, 3);
     EXPECT_EQ(firstApp.height(), 50);
     EXPECT_EQ(device.table()->contentHeight(), 38 + 2 * 50 + 3 + 50);
     EXPECT_EQ(device.table()->cellForRow({1, 0})->accessory(), platform::TableViewCell::Accessory::disclosureIndicator);
