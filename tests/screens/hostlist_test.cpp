@@ -15,33 +15,24 @@ namespace {
 
 using namespace std::string_view_literals;
 
+// What is rejected stands in the corpus of the fuzzer.
 TEST(HostListText, IsDecodedByMarkThenByValidity) {
-    const struct {
-        std::string_view bytes;
-        std::optional<std::string> text;
-    } cases[] = {
+    const std::pair<std::string_view, std::string> cases[] = {
         {"", ""},
         {"a.example\nb.example\n", "a.example\nb.example\n"},
         {" ads .example .net \r\n\tx", "ads.example.net\r\n\tx"},
         {"m\xC3\xBC.example", "mü.example"},
         {"\xEF\xBB\xBFm\xC3\xBC", "mü"},
-        {"\xEF\xBB\xBFm\xFC", std::nullopt},
         {"\xFF\xFEm\0\xFC\0 \0"sv, "mü"},
         {"\xFE\xFF\0m\0\xFC"sv, "mü"},
         {"\xFF\xFE\x3D\xD8\x00\xDE"sv, "\U0001F600"},
-        {"\xFF\xFE\x3D\xD8"sv, std::nullopt},
-        {"\xFF\xFEm"sv, std::nullopt},
         {"\xFF\xFE\0\0m\0\0\0\x00\xF6\x01\0"sv, "m\U0001F600"},
         {"\0\0\xFE\xFF\0\0\0m"sv, "m"},
-        {"\0\0\xFE\xFF\0\x11\0\0"sv, std::nullopt},
-        {"\0\0\xFE\xFF\0\0\xD8\0"sv, std::nullopt},
-        {"\0\0\xFE\xFF\0"sv, std::nullopt},
         {"m\xFC.example \x80\x9F", "mü.example€Ÿ"},
         {"twelve bytes m\xC3", "twelvebytesmÃ"},
         {"\x81", "\xC2\x81"},
-        {"a\0b"sv, std::nullopt},
     };
-    for (const auto& each : cases) EXPECT_EQ(screens::hostListText(each.bytes), each.text) << each.bytes;
+    for (const auto& [bytes, text] : cases) EXPECT_EQ(screens::hostListText(bytes), text) << bytes;
 }
 
 // The rules of a list after lines were appended, read back from what was written; "-" for what is no entry.
