@@ -113,9 +113,9 @@ TEST_F(ExportTest, WhatCanBeReadIsExportedAndImportedAgain) {
         for (const File file : files) fs::remove(device.path(file));
         pick(0, 1);
         for (int each = 0; each < 3; ++each) ASSERT_EQ(device.files().exists(files[each]), isThere.at(each));
-        if (isThere[0]) EXPECT_TRUE(device.plist(File::appRules)->contains("com.apple.gamed"));
-        if (isThere[1]) EXPECT_EQ(device.plist(File::globalRules)->find("unknown")->real(), 1.5);
-        if (isThere[2]) EXPECT_FALSE(device.plist(File::guiSettings)->contains("150"));
+        EXPECT_TRUE(!isThere[0] || device.plist(File::appRules)->contains("com.apple.gamed"));
+        EXPECT_TRUE(!isThere[1] || device.plist(File::globalRules)->find("unknown")->real() == 1.5);
+        EXPECT_TRUE(!isThere[2] || !device.plist(File::guiSettings)->contains("150"));
     }
     EXPECT_TRUE(device.posts().empty());
 }
