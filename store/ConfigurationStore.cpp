@@ -14,21 +14,6 @@ namespace store {
 
 namespace {
 
-constexpr std::string_view preferences = "var/mobile/Library/Preferences";
-constexpr std::string_view disabledMarker = "com.Urmeld.Firewall.disabled";
-
-std::string_view fileName(File file) {
-    switch (file) {
-        case File::appRules:
-            return "com.Urmeld.FirewallRules2.plist";
-        case File::globalRules:
-            return "com.Urmeld.FirewallGlobalRules2.plist";
-        case File::guiSettings:
-            break;
-    }
-    return "com.Urmeld.FirewallSettings2.plist";
-}
-
 bool isThere(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::exists(path, ignored);
@@ -60,7 +45,7 @@ Dictionary markerAlone() {
 
 ConfigurationStore::ConfigurationStore(std::filesystem::path root, NotifyCenter& notifyCenter)
     : root_(std::move(root)), notifyCenter_(notifyCenter) {
-    removeStaleTemporaries(root_ / preferences);
+    removeStaleTemporaries(preferencesFolder(root_));
     removeStaleTemporaries(exportDirectory());
     for (File file : {File::appRules, File::globalRules, File::guiSettings})
         removeStaleTemporariesBesideTarget(path(file));
@@ -117,11 +102,11 @@ void ConfigurationStore::createAppRulesFileIfMissing() {
 }
 
 bool ConfigurationStore::isDisabled() const {
-    return isThere(root_ / preferences / disabledMarker);
+    return isThere(disabledMarker(root_));
 }
 
 void ConfigurationStore::setDisabled(bool disabled) {
-    const std::filesystem::path marker = root_ / preferences / disabledMarker;
+    const std::filesystem::path marker = disabledMarker(root_);
     // An existing marker is not replaced: it may be a link to another file.
     if (disabled && !isThere(marker)) replaceFile(marker, [](Sink&) {});
     if (!disabled) removeFile(marker);
@@ -141,15 +126,15 @@ void ConfigurationStore::terminate() {
 }
 
 std::filesystem::path ConfigurationStore::path(File file) const {
-    return root_ / preferences / fileName(file);
+    return pathOf(file, root_);
 }
 
 std::filesystem::path ConfigurationStore::logFile() const {
-    return root_ / preferences / "com.Urmeld.Firewall.Log.txt";
+    return store::logFile(root_);
 }
 
 std::filesystem::path ConfigurationStore::exportDirectory() const {
-    return root_ / preferences / "Vxm";
+    return preferencesFolder(root_) / "Vxm";
 }
 
 std::filesystem::path ConfigurationStore::listDirectory() const {

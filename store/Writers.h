@@ -3,12 +3,11 @@
 #include <string_view>
 
 #include "store/NotifyCenter.h"
+#include "store/SharedFiles.h"
 
 namespace store {
 
 // The table of all changes of the dictionary files.
-
-enum class File { appRules, globalRules, guiSettings };
 
 enum class WhenMissing { writeNothing, startEmpty };
 enum class Marker { add, leave };

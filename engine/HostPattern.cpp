@@ -1,0 +1,63 @@
+#include "engine/HostPattern.h"
+
+namespace engine {
+
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view spaces = " \t\r\n";
+    const std::size_t begin = text.find_first_not_of(spaces);
+    if (begin == std::string_view::npos) return {};
+    return text.substr(begin, text.find_last_not_of(spaces) - begin + 1);
+}
+
+// Whether a name ends in another one, at a dot.
+bool isBelow(std::string_view name, std::string_view parent) {
+    return name.size() > parent.size() && name.ends_with(parent) && name[name.size() - parent.size() - 1] == '.';
+}
+
+}  // namespace
+
+std::optional<HostPattern> HostPattern::parse(std::string_view rule) {
+    std::string_view text = trimmed(rule);
+    HostPattern pattern;
+    if (text.starts_with('*')) {
+        text.remove_prefix(1);
+        pattern.scope_ = Scope::hostAndBelow;
+    }
+    const auto parts = splitPort(text);
+    if (!parts) return {};
+    pattern.port_ = parts->port;
+    text = parts->host;
+    if (text.empty() && pattern.scope_ == Scope::hostAndBelow) {
+        pattern.scope_ = Scope::everything;
+        return pattern;
+    }
+    if (text.starts_with('.') && pattern.scope_ == Scope::hostAndBelow) {
+        text.remove_prefix(1);
+        pattern.scope_ = Scope::below;
+    }
+    auto host = parseHost(text);
+    if (!host) return {};
+    pattern.host_ = *std::move(host);
+    if (pattern.host_.kind == Host::Kind::address) pattern.scope_ = Scope::host;  // nothing lies below an address
+    return pattern;
+}
+
+bool HostPattern::matches(const Destination& destination) const {
+    return (port_ == 0 || port_ == destination.port) && matchesHost(destination);
+}
+
+bool HostPattern::matchesHost(const Destination& destination) const {
+    if (scope_ == Scope::everything) return true;
+    if (host_.kind == Host::Kind::address) return host_.text == destination.address;
+    const bool isItself = scope_ != Scope::below && destination.name == host_.text;
+    return isItself || (scope_ != Scope::host && isBelow(destination.name, host_.text));
+}
+
+Closeness HostPattern::closeness() const {
+    const bool isWhole = scope_ == Scope::host;
+    return {isWhole, isWhole ? 0 : host_.text.size() + (scope_ == Scope::below ? 1 : 0), port_ != 0};
+}
+
+}  // namespace engine

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "engine/Host.h"
+
+namespace engine {
+
+// The other end of a connection: the name that was looked up, the address, or both; each in Host's spelling, or empty.
+struct Destination {
+    std::string name;
+    std::string address;
+    std::uint16_t port = 0;  // 0: unknown, which no pattern with a port matches
+};
+
+// How closely a pattern describes what it matches. A whole host is closer than one with an asterisk, a longer name
+// behind an asterisk closer than a shorter one, and with a port closer than without.
+struct Closeness {
+    bool isWholeHost = false;
+    std::size_t nameSize = 0;  // of a pattern with an asterisk
+    bool hasPort = false;
+
+    auto operator<=>(const Closeness&) const = default;
+};
+
+// The pattern of a rule entry:
+//
+//     example.net      this host
+//     *example.net     this host and all below it; "*.example.net" those below it alone, "*" every host
+//     192.0.2.7        a host by its address; 2001:db8::7 and [2001:db8::7] as well
+//     example.net:80   each of them on this port alone; an IPv6 address then needs its brackets
+//
+// Any thread.
+class HostPattern {
+public:
+    // Nothing when the text is no pattern; such an entry matches no connection. Spaces around it do not count.
+    static std::optional<HostPattern> parse(std::string_view rule);
+
+    bool matches(const Destination& destination) const;
+    Closeness closeness() const;
+
+private:
+    enum class Scope { host, hostAndBelow, below, everything };
+
+    bool matchesHost(const Destination& destination) const;
+
+    Scope scope_ = Scope::host;
+    Host host_;  // empty when the scope is everything
+    std::uint16_t port_ = 0;
+};
+
+}  // namespace engine

@@ -1,0 +1,78 @@
+// vexmor-engine explain [--device DIR] [--mobile] [--json] APP HOST[:PORT]
+#include <iostream>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/ConfigurationFiles.h"
+#include "engine/Decision.h"
+#include "engine/Explanation.h"
+
+namespace {
+
+constexpr int misused = 2;
+constexpr std::string_view usage = "usage: vexmor-engine explain [--device DIR] [--mobile] [--json] APP HOST[:PORT]";
+
+int refuse(std::string_view reason) {
+    std::cerr << "vexmor-engine: " << reason << std::endl;
+    return misused;
+}
+
+struct Options {
+    std::string device = "/";
+    bool isMobile = false;
+    bool isJson = false;
+    std::string app;
+    std::string host;
+};
+
+std::optional<Options> parse(std::span<char*> arguments) {
+    Options options;
+    std::vector<std::string> plain;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string_view argument = arguments[i];
+        if (argument == "--device" && i + 1 < arguments.size())
+            options.device = arguments[++i];
+        else if (argument == "--mobile")
+            options.isMobile = true;
+        else if (argument == "--json")
+            options.isJson = true;
+        else if (argument.starts_with('-'))
+            return {};
+        else
+            plain.emplace_back(argument);
+    }
+    if (plain.size() != 2) return {};
+    options.app = plain[0];
+    options.host = plain[1];
+    return options;
+}
+
+int explain(const Options& options) {
+    const auto parts = engine::splitPort(options.host);
+    const auto host = parts ? engine::parseHost(parts->host) : std::nullopt;
+    if (!host) return refuse(options.host + " is no host");
+    engine::Connection connection{options.app, {}, !options.isMobile};
+    const bool isName = host->kind == engine::Host::Kind::name;
+    (isName ? connection.destination.name : connection.destination.address) = host->text;
+    connection.destination.port = parts->port;
+
+    const engine::Decision decision = engine::decide(engine::readConfiguration(options.device), connection);
+    if (options.isJson)
+        std::cout << engine::jsonOf(decision, options.app, options.host) << std::endl;
+    else
+        std::cout << options.host << " is " << engine::wordOf(decision.verdict) << " for " << options.app << ": "
+                  << engine::reasonOf(decision) << std::endl;
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::span arguments(argv, static_cast<std::size_t>(argc));
+    if (argc < 2 || std::string_view(arguments[1]) != "explain") return refuse(usage);
+    const auto options = parse(arguments.subspan(2));
+    return options ? explain(*options) : refuse(usage);
+}

@@ -1,0 +1,168 @@
+#include "engine/Decision.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+#include "engine/Explanation.h"
+#include "store/Schema.h"
+
+namespace engine {
+namespace {
+
+namespace keys = store::keys;
+
+constexpr std::string_view app = "org.example.HarbourMail";
+
+store::Value entries(std::initializer_list<const char*> rules) {
+    store::Array array;
+    for (const char* rule : rules) {
+        store::Dictionary entry;
+        entry.set("rule", store::Value(rule));
+        entry.set("date", store::Value(store::Date()));
+        array.emplace_back(std::move(entry));
+    }
+    return store::Value(std::move(array));
+}
+
+// One app under the firewall, without any rule.
+struct Given {
+    store::AppRuleRecord record = store::AppRuleRecord::fresh();
+    store::Dictionary global;
+    bool isDisabled = false;
+
+    Configuration configuration() const {
+        Configuration all{{}, global, isDisabled};
+        record.storeIn(all.appRules, app);
+        all.appRules.set(keys::marker, store::Value(true));
+        return all;
+    }
+    void own(std::string_view list, std::initializer_list<const char*> rules) {
+        record.dictionary().set(list, entries(rules));
+    }
+    void all(std::string_view list, std::initializer_list<const char*> rules) { global.set(list, entries(rules)); }
+};
+
+Connection to(std::string name, bool isOnWiFi = true) {
+    return {std::string(app), {std::move(name), "192.0.2.7", 443}, isOnWiFi};
+}
+
+TEST(Decision, TheFirstCauseThatAppliesDecides) {
+    using enum Verdict;
+    using enum Cause;
+    // Each case adds to what the one before has given, from the last cause to the first.
+    Given given;
+    const struct {
+        const char* what;
+        std::function<void()> change;
+        Decision online, mobile;
+    } cases[] = {
+        {"nothing", [] {}, {leave, nothing, {}}, {leave, nothing, {}}},
+        {"a global rule for another host",
+         [&] { given.all(keys::globalDeny, {"other.example"}); },
+         {leave, nothing, {}},
+         {leave, nothing, {}}},
+        {"a global rule",
+         [&] { given.all(keys::globalDeny, {"*example.net"}); },
+         {deny, globalRule, "*example.net"},
+         {deny, globalRule, "*example.net"}},
+        {"all allowed",
+         [&] { given.record.setBlanketMode(store::BlanketMode::allowAll); },
+         {allow, allowAll, {}},
+         {allow, allowAll, {}}},
+        {"which respects global",
+         [&] { given.global.set(keys::respectGlobal, store::Value(true)); },
+         {deny, globalRule, "*example.net"},
+         {deny, globalRule, "*example.net"}},
+        {"all denied",
+         [&] {
+             given.record.setBlanketMode(store::BlanketMode::denyAll);
+             given.all(keys::globalAllow, {"a.example.net"});
+         },
+         {deny, denyAll, {}},
+         {deny, denyAll, {}}},
+        {"a rule of its own that does not apply",
+         [&] { given.own(keys::allow, {"a.example.net"}); },
+         {deny, denyAll, {}},
+         {deny, denyAll, {}}},
+        {"and now does",
+         [&] { given.record.setFlag(keys::stillUseRules, true); },
+         {allow, ownRule, "a.example.net"},
+         {allow, ownRule, "a.example.net"}},
+        {"Wi-Fi only, all apps",
+         [&] { given.global.set(keys::blockNonWiFi, store::Value(true)); },
+         {allow, ownRule, "a.example.net"},
+         {deny, allNeedWiFi, {}}},
+        {"Wi-Fi only, this app",
+         [&] { given.record.setFlag(keys::blockSpecificWiFi, true); },
+         {allow, ownRule, "a.example.net"},
+         {deny, appNeedsWiFi, {}}},
+        {"the app off", [&] { given.record.setEnabled(false); }, {leave, appOff, {}}, {leave, appOff, {}}},
+        {"the firewall off", [&] { given.isDisabled = true; }, {leave, firewallOff, {}}, {leave, firewallOff, {}}},
+    };
+    for (const auto& [what, change, online, mobile] : cases) {
+        SCOPED_TRACE(what);
+        change();
+        EXPECT_EQ(decide(given.configuration(), to("a.example.net")), online);
+        EXPECT_EQ(decide(given.configuration(), to("a.example.net", false)), mobile);
+    }
+    given.isDisabled = false;
+    for (const char* other : {"org.example.PaperCrane", "150"}) {
+        Connection connection = to("a.example.net", false);
+        connection.app = other;
+        EXPECT_EQ(decide(given.configuration(), connection), (Decision{leave, notUnderFirewall, {}})) << other;
+    }
+}
+
+TEST(Decision, TheClosestEntryDecidesAndOfEqualOnesTheDenial) {
+    const struct {
+        std::initializer_list<const char*> allow, deny;
+        const char* decides;
+        Verdict verdict;
+    } cases[] = {
+        {{"a.example.net"}, {"*example.net"}, "a.example.net", Verdict::allow},
+        {{"*example.net"}, {"a.example.net"}, "a.example.net", Verdict::deny},
+        {{"a.example.net"}, {"a.example.net"}, "a.example.net", Verdict::deny},
+        {{"a.example.net:443"}, {"a.example.net"}, "a.example.net:443", Verdict::allow},
+        {{"a.example.net:80"}, {"*"}, "*", Verdict::deny},
+        {{"*", "*net", "*example.net"}, {"*org", "*net"}, "*example.net", Verdict::allow},
+        {{"a.example.net"}, {"192.0.2.7"}, "192.0.2.7", Verdict::deny},
+        {{"192.0.2.7"}, {"*example.net"}, "192.0.2.7", Verdict::allow},
+    };
+    for (const auto& [allow, deny, decides, verdict] : cases) {
+        SCOPED_TRACE(decides);
+        Given own;
+        own.own(keys::allow, allow);
+        own.own(keys::deny, deny);
+        EXPECT_EQ(decide(own.configuration(), to("a.example.net")), (Decision{verdict, Cause::ownRule, decides}));
+        Given global;
+        global.all(keys::globalAllow, allow);
+        global.all(keys::globalDeny, deny);
+        EXPECT_EQ(decide(global.configuration(), to("a.example.net")), (Decision{verdict, Cause::globalRule, decides}));
+    }
+}
+
+TEST(Decision, AnOwnRuleComesBeforeACloserGlobalOne) {
+    Given given;
+    given.own(keys::allow, {"*net"});
+    given.all(keys::globalDeny, {"a.example.net:443"});
+    EXPECT_EQ(decide(given.configuration(), to("a.example.net")), (Decision{Verdict::allow, Cause::ownRule, "*net"}));
+}
+
+// The table in the document for engines gives the causes in this order, in these words.
+TEST(Decision, TheDocumentSaysTheSame) {
+    std::ifstream file(VEXMOR_ENGINE_CONTRACT);
+    const std::string document(std::istreambuf_iterator<char>(file), {});
+    std::size_t at = document.find("## What decides");
+    for (int cause = 0; cause <= static_cast<int>(Cause::nothing) && at != std::string::npos; ++cause) {
+        const std::string reason = reasonOf({Verdict::leave, static_cast<Cause>(cause), {}});
+        const std::string row = "\n| " + reason.substr(0, reason.find(" leave rule"));
+        at = document.find(row, at);
+        EXPECT_NE(at, std::string::npos) << row;
+    }
+}
+
+}  // namespace
+}  // namespace engine

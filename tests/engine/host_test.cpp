@@ -1,0 +1,107 @@
+#include "engine/Host.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/HostPattern.h"
+
+namespace engine {
+namespace {
+
+TEST(Host, HasOneSpelling) {
+    const struct {
+        std::string_view text;
+        Host::Kind kind;
+        std::string_view spelling;  // empty: no host
+    } cases[] = {
+        {"Example.NET", Host::Kind::name, "example.net"},
+        {"example.net.", Host::Kind::name, "example.net"},
+        {"bücher.example", Host::Kind::name, "xn--bcher-kva.example"},
+        {"BÜCHER.example", Host::Kind::name, "xn--bcher-kva.example"},
+        {"_dns.example", Host::Kind::name, "_dns.example"},
+        {"192.0.2.7", Host::Kind::address, "192.0.2.7"},
+        {"2001:DB8:0:0::7", Host::Kind::address, "2001:db8::7"},
+        {"[2001:db8::7]", Host::Kind::address, "2001:db8::7"},
+        {"fe80::1%wlan0", Host::Kind::address, "fe80::1"},
+        {"::ffff:192.0.2.7", Host::Kind::address, "192.0.2.7"},
+        {"", Host::Kind::name, ""},
+        {".", Host::Kind::name, ""},
+        {"https://example.net/", Host::Kind::name, ""},
+        {"two words.example", Host::Kind::name, ""},
+        {"a*b.example", Host::Kind::name, ""},
+        {"2001:db8::7::1", Host::Kind::name, ""},
+        {"[example.net]", Host::Kind::name, ""},
+    };
+    for (const auto& [text, kind, spelling] : cases) {
+        SCOPED_TRACE(text);
+        const auto host = parseHost(text);
+        ASSERT_EQ(host.has_value(), !spelling.empty());
+        if (!host) continue;
+        EXPECT_EQ(host->kind, kind);
+        EXPECT_EQ(host->text, spelling);
+    }
+}
+
+TEST(HostPattern, MatchesHostsPortsAndWhatLiesBelow) {
+    struct Place {
+        std::string_view text;
+        bool matches;
+    };
+    const struct {
+        std::string_view pattern;
+        std::vector<Place> places;
+    } cases[] = {
+        {"example.net", {{"example.net", true}, {"example.net:80", true}, {"a.example.net", false}}},
+        {" Example.net ", {{"example.net", true}}},
+        {"*example.net",
+         {{"example.net", true}, {"a.b.example.net", true}, {"notexample.net", false}, {"example.net.org", false}}},
+        {"*.example.net", {{"example.net", false}, {"a.example.net", true}, {".example.net", false}}},
+        {"*bücher.example", {{"xn--bcher-kva.example", true}, {"www.xn--bcher-kva.example", true}}},
+        {"*", {{"example.net", true}, {"192.0.2.7:443", true}}},
+        {"*:80", {{"example.net:80", true}, {"example.net:443", false}, {"example.net", false}}},
+        {"example.net:80", {{"example.net:80", true}, {"example.net:8080", false}, {"example.net", false}}},
+        {"*example.net:80", {{"a.example.net:80", true}, {"a.example.net:81", false}}},
+        {"192.0.2.7", {{"192.0.2.7", true}, {"192.0.2.70", false}, {"::ffff:192.0.2.7", true}}},
+        {"*192.0.2.7", {{"192.0.2.7", true}, {"1.192.0.2.7", false}}},
+        {"192.0.2.7:80", {{"192.0.2.7:80", true}, {"192.0.2.7", false}}},
+        {"2001:db8::80", {{"2001:db8::80", true}, {"2001:db8:0::80", true}, {"[2001:db8::80]:443", true}}},
+        {"[2001:db8::7]:80", {{"[2001:db8::7]:80", true}, {"[2001:db8::7]:81", false}}},
+        // No patterns.
+        {"", {{"example.net", false}}},
+        {"example.net:0", {{"example.net", false}, {"example.net:80", false}}},
+        {"example.net:65536", {{"example.net", false}}},
+        {"example.net:http", {{"example.net", false}}},
+        {"http://example.net", {{"example.net", false}}},
+        {"ex*mple.net", {{"example.net", false}}},
+    };
+    for (const auto& [text, places] : cases) {
+        const auto pattern = HostPattern::parse(text);
+        for (const auto& [place, matches] : places) {
+            SCOPED_TRACE(testing::Message() << text << " and " << place);
+            const auto parts = splitPort(place);
+            ASSERT_TRUE(parts);
+            Destination destination{{}, {}, parts->port};
+            if (const auto host = parseHost(parts->host))
+                (host->kind == Host::Kind::name ? destination.name : destination.address) = host->text;
+            EXPECT_EQ(pattern && pattern->matches(destination), matches);
+        }
+    }
+}
+
+TEST(HostPattern, ClosenessOrdersWhatMatchesTheSameHost) {
+    const std::string_view ordered[] = {"*",
+                                        "*:443",
+                                        "*net",
+                                        "*example.net",
+                                        "*example.net:443",
+                                        "*.example.net",
+                                        "*a.example.net",
+                                        "a.example.net",
+                                        "a.example.net:443"};
+    for (std::size_t i = 1; i < std::size(ordered); ++i)
+        EXPECT_LT(HostPattern::parse(ordered[i - 1])->closeness(), HostPattern::parse(ordered[i])->closeness())
+            << ordered[i];
+    EXPECT_EQ(HostPattern::parse("a.example.net")->closeness(), HostPattern::parse("192.0.2.7")->closeness());
+}
+
+}  // namespace
+}  // namespace engine
