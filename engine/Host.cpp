@@ -58,7 +58,8 @@ std::optional<std::string> name(std::string_view text) {
     const bool isAscii = std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
     std::string lowered(isAscii ? std::string(text) : asciiForm(text));
     std::transform(lowered.begin(), lowered.end(), lowered.begin(), store::asciiLower);
-    if (lowered.empty() || !std::all_of(lowered.begin(), lowered.end(), isOfName)) return {};
+    const bool hasEmptyLabel = lowered.starts_with('.') || lowered.find("..") != std::string::npos;
+    if (lowered.empty() || hasEmptyLabel || !std::all_of(lowered.begin(), lowered.end(), isOfName)) return {};
     return lowered;
 }
 

@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <tuple>
 
 #include "engine/Host.h"
 
@@ -24,7 +26,10 @@ struct Closeness {
     std::size_t nameSize = 0;  // of a pattern with an asterisk
     bool hasPort = false;
 
-    auto operator<=>(const Closeness&) const = default;
+    bool operator==(const Closeness&) const = default;
+    auto operator<=>(const Closeness& other) const {
+        return std::tie(isWholeHost, nameSize, hasPort) <=> std::tie(other.isWholeHost, other.nameSize, other.hasPort);
+    }
 };
 
 // The pattern of a rule entry:
