@@ -4,15 +4,16 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace store {
 
-// A file in the making: objects as bytes, references and offsets of one byte each unless said otherwise.
+// A file in the making: objects as bytes.
 struct Binary {
     std::vector<std::string> objects;
     std::uint64_t top = 0;
-    unsigned offsetSize = 1;
+    unsigned offsetSize = 4;
     unsigned referenceSize = 1;
     std::optional<std::uint64_t> count = std::nullopt;
     std::optional<std::uint64_t> table = std::nullopt;
@@ -36,15 +37,20 @@ struct Binary {
     }
 };
 
-// {"a": the object, with whatever objects it refers to from number 3 on}.
-inline std::string holding(const std::string& object, const std::vector<std::string>& others = {}) {
-    Binary binary{{"\xD1\x01\x02",
-                   "\x51"
-                   "a",
-                   object}};
-    binary.offsetSize = 2;
+inline std::string ascii(std::string_view text) {
+    return static_cast<char>(0x50 + text.size()) + std::string(text);
+}
+
+// {"a": the object, with whatever objects it refers to from number 3 on}, by references of a size.
+inline Binary holder(const std::string& object, const std::vector<std::string>& others = {}, unsigned size = 1) {
+    Binary binary{{"\xD1" + Binary::number(1, size) + Binary::number(2, size), ascii("a"), object}};
+    binary.referenceSize = size;
     binary.objects.insert(binary.objects.end(), others.begin(), others.end());
-    return binary.bytes();
+    return binary;
+}
+
+inline std::string holding(const std::string& object, const std::vector<std::string>& others = {}, unsigned size = 1) {
+    return holder(object, others, size).bytes();
 }
 
 inline std::string real(double value) {

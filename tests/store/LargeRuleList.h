@@ -14,35 +14,30 @@ struct LargeRuleList {
 
     explicit LargeRuleList(std::mt19937& random) {
         for (std::size_t each = 0; each < count; ++each) {
-            std::string rule =
-                std::to_string(each) + (each % 50 == 7 ? ".\u0161k\u00F3da\u20AC\U0001F600" : ".example");
+            const char* ending = each % 50 == 7 ? ".\u0161k\u00F3da\u20AC\U0001F600" : ".example";
+            std::string rule = std::to_string(each) + ending;
             std::string written = rule;
             std::string behind;
-            switch (random() % 4000) {
-                case 0:
-                    rule += "&";
-                    written += "&amp;";
-                    break;
-                case 1:
-                    behind = "\t\t\t<key>own</key>\n\t\t\t<string>kept</string>\n";
-                    break;
-                case 2:
-                    behind = "\t\t<!--</dict>\n\t\t<dict>-->\n";
-                    break;
-                case 3:
-                    rule += std::string(100'000, 'x');
-                    written = rule;
-                    break;
-                default:
-                    break;
+            const auto kind = random() % 4000;
+            if (kind == 0) {
+                rule += "&";
+                written += "&amp;";
+            } else if (kind == 1) {
+                behind = "\t\t\t<key>own</key>\n\t\t\t<string>kept</string>\n";
+            } else if (kind == 2) {
+                behind = "\t\t<!--</dict>\n\t\t<dict>-->\n";
+            } else if (kind == 3) {
+                rule += std::string(100'000, 'x');
+                written = rule;
             }
             rules.push_back(rule);
-            entries.push_back(
-                "\t\t<dict>\n\t\t\t<key>date</key>\n\t\t\t<date>2020-01-01T00:00:00Z</date>\n"
-                "\t\t\t<key>rule</key>\n\t\t\t<string>" +
-                written + "</string>\n" + behind + "\t\t</dict>\n");
+            entries.push_back("\t\t<dict>\n\t\t\t<key>date</key>\n\t\t\t<date>" + yearOf(each) +
+                              "-01-01T00:00:00Z</date>\n\t\t\t<key>rule</key>\n\t\t\t<string>" + written +
+                              "</string>\n" + behind + "\t\t</dict>\n");
         }
     }
+
+    static std::string yearOf(std::size_t each) { return std::to_string(2000 + each % 7); }
 
     std::string array(std::size_t begin, std::size_t end) const {
         std::string text = "<array>\n";

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <ostream>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -25,39 +24,49 @@ inline Dictionary dictionaryOf(std::string_view text) {
     return *dictionary;
 }
 
+// The text of a dictionary with one entry, "a".
+inline std::string holdingXml(std::string_view element) {
+    return "<dict><key>a</key>" + std::string(element) + "</dict>";
+}
+
+inline Dictionary dictionaryHolding(const Value& value) {
+    Dictionary dictionary;
+    dictionary.set("a", value);
+    return dictionary;
+}
+
+inline std::string utf16(std::u16string_view text, bool isBig = false) {
+    std::string bytes;
+    for (char16_t unit : text) {
+        char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
+        bytes += isBig ? std::string{high, low} : std::string{low, high};
+    }
+    return bytes;
+}
+
 inline std::string written(const Dictionary& dictionary) {
     BufferSink sink;
     XmlWriter(sink).document(dictionary);
     return std::string(sink.take().view());
 }
 
-// The same value with nothing left as a slice, so that writing it writes every part of it anew.
-inline Value rebuilt(const Value& value) {
-    switch (value.kind()) {
-        case Kind::string:
-            return Value(*value.string());
-        case Kind::boolean:
-            return Value(*value.boolean());
-        case Kind::date:
-            return Value(*value.date());
-        case Kind::data:
-            return Value(*value.data());
-        case Kind::integer:
-            return value.integer() ? Value(*value.integer()) : value;
-        case Kind::real:
-            return Value(*value.real());
-        case Kind::array: {
-            Array elements;
-            Array slices = *value.array();
-            for (const Value& element : slices) elements.push_back(rebuilt(element));
-            return Value(std::move(elements));
-        }
-        case Kind::dictionary:
-            break;
+// The same value with nothing left as a slice, so that writing it writes every part of it anew. What lies deeper than
+// some levels stays, since taking a value apart takes a pass over all of it for each level.
+inline Value rebuilt(const Value& value, int levels = 100) {
+    if (auto text = value.string()) return Value(*text);
+    if (auto boolean = value.boolean()) return Value(*boolean);
+    if (auto date = value.date()) return Value(*date);
+    if (auto data = value.data()) return Value(*data);
+    if (auto integer = value.integer()) return Value(*integer);
+    if (auto real = value.real()) return Value(*real);
+    if (levels == 0 || value.kind() == Kind::integer) return value;
+    if (auto array = value.array()) {
+        for (Value& element : *array) element = rebuilt(element, levels - 1);
+        return Value(*std::move(array));
     }
     Dictionary entries;
-    Dictionary slices = *value.dictionary();
-    for (const auto& [key, entry] : slices) entries.set(key, rebuilt(entry));
+    const Dictionary slices = value.dictionary().value();
+    for (const auto& [key, entry] : slices) entries.set(key, rebuilt(entry, levels - 1));
     return Value(std::move(entries));
 }
 
@@ -66,8 +75,11 @@ inline std::string canonical(const Dictionary& dictionary) {
     return written(*rebuilt(Value(dictionary)).dictionary());
 }
 
-inline void PrintTo(const ReadError& error, std::ostream* stream) {
-    *stream << "failure " << static_cast<int>(error.reason) << " at byte " << error.byte;
+// What was found, as it is written, or why nothing was.
+inline std::string outcome(const ReadResult& result) {
+    if (auto* found = std::get_if<Dictionary>(&result)) return written(*found);
+    const ReadError& error = std::get<ReadError>(result);
+    return "failure " + std::to_string(int(error.reason)) + " at byte " + std::to_string(error.byte);
 }
 
 }  // namespace store

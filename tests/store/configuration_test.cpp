@@ -8,46 +8,43 @@
 #include "Child.h"
 #include "Files.h"
 #include "Values.h"
+#include "Verbs.h"
 #include "store/ConfigurationStore.h"
-#include "store/NotifyCenter.h"
 #include "store/Schema.h"
-#include "store/plist/PropertyListFile.h"
-#include "store/rules/RuleFile.h"
 
 namespace store {
 namespace {
 
-// Notes what is posted, and what the files hold at that moment.
-class RecordingNotifyCenter : public NotifyCenter {
-public:
-    void post(std::string_view name) override {
-        names.emplace_back(name);
-        if (atPost) atPost();
-    }
+using Names = std::set<std::string>;
 
-    std::vector<std::string> names;
-    std::function<void()> atPost;
-};
+std::string text(std::string_view entries) {
+    return "<dict>" + std::string(entries) + "</dict>";
+}
 
 class ConfigurationStoreTest : public testing::Test {
 protected:
-    ConfigurationStoreTest() {
-        std::filesystem::create_directories(root / "var/mobile/Library/Preferences/Vxm");
-        std::filesystem::create_directories(root / "Applications/VexmorGUI.app/Lists");
-    }
+    ConfigurationStoreTest() { startAnew(); }
 
+    void startAnew() {
+        std::filesystem::remove_all(preferences(""));
+        std::filesystem::create_directories(preferences("Vxm"));
+        posts.names.clear();
+    }
     std::filesystem::path preferences(std::string_view name) const {
         return root / "var/mobile/Library/Preferences" / name;
     }
-    static std::string text(std::string_view entries) { return "<dict>" + std::string(entries) + "</dict>"; }
+    void replaceBy(File file, const std::string& key) {
+        store.replace(file, dictionaryOf(text("<key>" + key + "</key><true/>")));
+    }
     bool holdsExactly(File file, std::string_view entries) const {
         std::optional<Dictionary> dictionary = store.read(file);
         return dictionary && canonical(*dictionary) == canonical(dictionaryOf(text(entries)));
     }
 
     TemporaryDirectory root;
-    RecordingNotifyCenter center;
-    ConfigurationStore store{root.path(), center};
+    Posts posts;
+    ConfigurationStore store{root.path(), posts};
+    const std::filesystem::path rules = store.path(File::appRules);
 };
 
 constexpr const char* none = nullptr;
@@ -80,42 +77,34 @@ TEST_F(ConfigurationStoreTest, FollowsTheWritersTable) {
         SCOPED_TRACE(row.what);
         std::filesystem::path path = store.path(row.writer.file);
         std::vector<std::string> steps;
-        auto changeIt = [](Dictionary& dictionary) { dictionary.set("changed", Value(true)); };
-        auto noteWrite = [&] {
-            steps.push_back(contentOf(path).find("changed") == std::string::npos ? "early" : "wrote");
-        };
-        center.atPost = [&] { steps.push_back(steps.empty() ? "early" : "posted"); };
+        posts.atPost = [&] { steps.push_back("posted " + posts.names.back()); };
         std::vector<std::string> expectedSteps{"wrote"};
-        if (row.notification) expectedSteps.push_back("posted");
-
-        for (const char* broken : {none, "", "<array/>", "<dict><key>a</key>"}) {
+        if (row.notification) expectedSteps.push_back(std::string("posted ") + row.notification);
+        const auto makeChange = [&](const char* before) {
             std::filesystem::remove(path);
-            if (broken) put(path, broken);
-            center.names.clear();
+            if (before) put(path, before);
             steps.clear();
-            EXPECT_EQ(store.change(row.writer, changeIt, noteWrite), row.whenMissing != none);
-            if (row.whenMissing) {
+            return store.change(
+                row.writer, [](Dictionary& dictionary) { dictionary.set("changed", Value(true)); },
+                [&] { steps.push_back(contentOf(path).find("changed") == std::string::npos ? "early" : "wrote"); });
+        };
+        for (const char* broken : {none, "", "<array/>", "<dict><key>a</key>"}) {
+            EXPECT_EQ(makeChange(broken), row.whenMissing != none);
+            EXPECT_EQ(steps, row.whenMissing ? expectedSteps : std::vector<std::string>());
+            EXPECT_EQ(store.exists(row.writer.file), row.whenMissing || broken);
+            if (row.whenMissing)
                 EXPECT_TRUE(holdsExactly(row.writer.file, row.whenMissing));
-                EXPECT_EQ(steps, expectedSteps);
-            } else {
-                EXPECT_EQ(store.exists(row.writer.file), broken != none);
+            else
                 EXPECT_EQ(contentOf(path), broken ? broken : "");
-                EXPECT_TRUE(steps.empty());
-            }
         }
-
-        const std::string kept = "<key>unknown</key><array><integer>0x1</integer></array>";
+        const std::string array = "<array><integer>0x1</integer></array>";
+        const std::string kept = "<key>unknown</key>" + array;
         for (const char* before : {"", marker, "<key>150</key><string>odd</string>"}) {
-            put(path, text(before + kept));
-            center.names.clear();
-            steps.clear();
-            EXPECT_TRUE(store.change(row.writer, changeIt, noteWrite));
+            EXPECT_TRUE(makeChange(text(before + kept).c_str()));
             std::string expectedMarker = *before || !row.addsMarker ? before : marker;
             EXPECT_TRUE(holdsExactly(row.writer.file, expectedMarker + change + kept));
-            EXPECT_NE(contentOf(path).find(kept.substr(kept.find("<array>"))), std::string::npos);
+            EXPECT_NE(contentOf(path).find(array), std::string::npos) << "it was not left as it stood";
             EXPECT_EQ(steps, expectedSteps);
-            EXPECT_EQ(center.names,
-                      row.notification ? std::vector<std::string>{row.notification} : std::vector<std::string>());
         }
         std::filesystem::remove(path);
     }
@@ -124,71 +113,52 @@ TEST_F(ConfigurationStoreTest, FollowsTheWritersTable) {
 TEST_F(ConfigurationStoreTest, CreatesTheAppRulesFileOnFirstUseOnly) {
     store.createAppRulesFileIfMissing();
     EXPECT_TRUE(holdsExactly(File::appRules, marker));
-    put(store.path(File::appRules), "unreadable");
+    put(rules, "unreadable");
     store.createAppRulesFileIfMissing();
-    EXPECT_EQ(contentOf(store.path(File::appRules)), "unreadable");
-    EXPECT_TRUE(center.names.empty());
+    EXPECT_EQ(contentOf(rules), "unreadable");
+    EXPECT_TRUE(posts.names.empty());
 }
 
 TEST_F(ConfigurationStoreTest, SwitchesTheFirewallByTheMarkerFile) {
+    const std::filesystem::path disabled = preferences("com.Urmeld.Firewall.disabled");
     std::vector<bool> seen;
-    center.atPost = [&] { seen.push_back(store.isDisabled()); };
+    posts.atPost = [&] { seen.push_back(store.isDisabled()); };
     EXPECT_FALSE(store.isDisabled());
     store.setDisabled(true);
-    EXPECT_EQ(contentOf(preferences("com.Urmeld.Firewall.disabled")), "");
-    store.setDisabled(true);
-    store.setDisabled(false);
-    store.setDisabled(false);
-    EXPECT_EQ(seen, (std::vector<bool>{true, true, false, false}));
-    EXPECT_EQ(center.names, std::vector<std::string>(4, "com.urmeld.vxm.reloadBoth"));
+    EXPECT_EQ(contentOf(disabled), "");
+    for (bool isDisabled : {true, false, false}) store.setDisabled(isDisabled);
+    // What a link in its place leads to stays as it is.
+    put(root / "stranger", "a stranger's");
+    std::filesystem::create_symlink(root / "stranger", disabled);
+    for (bool isDisabled : {true, false}) store.setDisabled(isDisabled);
+    EXPECT_EQ(contentOf(root / "stranger"), "a stranger's");
+    EXPECT_EQ(seen, (std::vector<bool>{true, true, false, false, true, false}));
+    EXPECT_EQ(posts.names, std::vector<std::string>(6, "com.urmeld.vxm.reloadBoth"));
 }
 
 TEST_F(ConfigurationStoreTest, DeletesAllRulesAndSettings) {
-    put(store.path(File::appRules), text("<key>com.example.a</key><dict/>"));
+    put(rules, text("<key>com.example.a</key><dict/>"));
     put(store.path(File::guiSettings), text("<key>didShowEditAlert</key><true/>"));
     store.setDisabled(true);
-    center.names.clear();
+    posts.names.clear();
     bool isWritten = false;
     store.deleteAllRulesAndSettings([&] {
         isWritten = holdsExactly(File::appRules, marker) && holdsExactly(File::globalRules, marker);
-        EXPECT_TRUE(center.names.empty());
+        EXPECT_TRUE(posts.names.empty());
     });
     EXPECT_TRUE(isWritten);
     EXPECT_TRUE(store.isDisabled());
     EXPECT_TRUE(holdsExactly(File::guiSettings, "<key>didShowEditAlert</key><true/>"));
-    EXPECT_EQ(center.names, std::vector<std::string>{"com.urmeld.vxm.reloadBoth"});
-}
-
-TEST_F(ConfigurationStoreTest, ReplacesFilesWithoutTellingAnybody) {
-    store.replace(File::appRules, dictionaryOf(text("<key>a</key><dict/>")));
-    EXPECT_TRUE(holdsExactly(File::appRules, "<key>a</key><dict/>"));
-    EXPECT_TRUE(center.names.empty());
-    store.terminate();
-    EXPECT_EQ(center.names, std::vector<std::string>{"com.urmeld.vxm.reloadBoth"});
-}
-
-// An export holds whole files one level down; taking it apart again gives the same files.
-TEST_F(ConfigurationStoreTest, CarriesWholeFilesInAFile) {
-    std::string entries = "<key>a</key><dict><key>allow</key><array><dict/></array></dict><key>150</key><true/>";
-    put(store.path(File::appRules), text(entries));
-    Dictionary exported;
-    exported.set(keys::appRules, Value(*store.read(File::appRules)));
-    EXPECT_TRUE(writeDictionary(store.exportDirectory() / "export.plist", exported));
-    std::filesystem::remove(store.path(File::appRules));
-    Dictionary imported = *readRuleFile(store.exportDirectory() / "export.plist");
-    store.replace(File::appRules, *imported.find(keys::appRules)->dictionary());
-    EXPECT_TRUE(holdsExactly(File::appRules, entries));
-    EXPECT_FALSE(writeDictionary(root / "missing/export.plist", exported));
+    EXPECT_EQ(posts.names, std::vector<std::string>{"com.urmeld.vxm.reloadBoth"});
 }
 
 TEST_F(ConfigurationStoreTest, KeepsWhatItDoesNotBuildOn) {
-    auto flag = [&] { store.change(writers::guiFlag, [](Dictionary& d) { d.set("changed", Value(true)); }); };
-    auto globalSwitch = [&] { store.change(writers::globalSwitch, [](Dictionary& d) { d.set("log", Value(true)); }); };
-    auto list = [&] { store.change(writers::listImport, [](Dictionary& d) { d.set("globalDeny", Value(Array())); }); };
-    auto deleteAll = [&] { store.deleteAllRulesAndSettings(); };
-    auto import = [&] {
-        for (File file : {File::appRules, File::globalRules, File::guiSettings})
-            store.replace(file, dictionaryOf(text("<key>imported</key><true/>")));
+    const auto changeBy = [this](const Writer& writer) {
+        return [this, writer] { store.change(writer, [](Dictionary& file) { file.set("changed", Value(true)); }); };
+    };
+    const auto import = [this] {
+        for (File file : everyFile) replaceBy(file, "imported");
+        EXPECT_TRUE(posts.names.empty());
     };
     const std::string readable = text("<key>a</key><string>mine</string>");
     const std::string damaged = "<dict><key>cut sh";
@@ -200,47 +170,39 @@ TEST_F(ConfigurationStoreTest, KeepsWhatItDoesNotBuildOn) {
         const char* keptAs;  // none: nothing is kept
     };
     const Row table[] = {
-        {"flag", flag, File::guiSettings, readable, none},
-        {"flag, damaged", flag, File::guiSettings, damaged, ".damaged"},
-        {"flag, empty", flag, File::guiSettings, "", ".damaged"},
-        {"global switch", globalSwitch, File::globalRules, readable, none},
-        {"global switch, damaged", globalSwitch, File::globalRules, damaged, ".damaged"},
-        {"list import, damaged", list, File::globalRules, damaged, none},
-        {"delete all", deleteAll, File::appRules, readable, ".previous"},
-        {"delete all, damaged", deleteAll, File::globalRules, damaged, ".damaged"},
+        {"flag", changeBy(writers::guiFlag), File::guiSettings, readable, none},
+        {"flag, damaged", changeBy(writers::guiFlag), File::guiSettings, damaged, ".damaged"},
+        {"flag, empty", changeBy(writers::guiFlag), File::guiSettings, "", ".damaged"},
+        {"global switch, damaged", changeBy(writers::globalSwitch), File::globalRules, damaged, ".damaged"},
+        {"list import, damaged", changeBy(writers::listImport), File::globalRules, damaged, none},
+        {"delete all", [this] { store.deleteAllRulesAndSettings(); }, File::appRules, readable, ".previous"},
+        {"delete all, damaged", [this] { store.deleteAllRulesAndSettings(); }, File::globalRules, damaged, ".damaged"},
         {"import", import, File::guiSettings, readable, ".previous"},
         {"import, damaged", import, File::appRules, damaged, ".damaged"},
     };
     for (const Row& row : table) {
         SCOPED_TRACE(row.what);
-        std::filesystem::remove_all(preferences(""));
-        std::filesystem::create_directory(preferences(""));
-        const std::filesystem::path path = store.path(row.file);
+        startAnew();
+        const std::string path = store.path(row.file);
         put(path, row.before);
         row.act();
-        std::set<std::string> kept;
-        for (const std::string& name : namesIn(preferences("")))
-            if (name.starts_with(path.filename().string()) && name != path.filename()) kept.insert(name);
-        EXPECT_EQ(kept, row.keptAs ? std::set{path.filename().string() + row.keptAs} : std::set<std::string>());
-        if (row.keptAs) {
-            EXPECT_EQ(contentOf(path.string() + row.keptAs), row.before);
+        for (const char* suffix : {".previous", ".damaged"}) {
+            const bool isKept = row.keptAs && suffix == std::string_view(row.keptAs);
+            EXPECT_EQ(std::filesystem::exists(path + suffix), isKept) << suffix;
+            EXPECT_EQ(contentOf(path + suffix), isKept ? row.before : "") << suffix;
         }
     }
 }
 
 TEST_F(ConfigurationStoreTest, KeepsOneGenerationInItsOwnFolder) {
-    const std::filesystem::path path = store.path(File::appRules);
-    const std::filesystem::path previous = path.string() + ".previous";
-    auto replaceBy = [&](const char* name) {
-        store.replace(File::appRules, dictionaryOf(text("<key>" + std::string(name) + "</key><true/>")));
-    };
+    const std::filesystem::path previous = rules.string() + ".previous";
     put(root / "stranger", "a stranger's");
     std::filesystem::create_symlink(root / "stranger", previous);
-    replaceBy("first");
+    replaceBy(File::appRules, "first");
     EXPECT_TRUE(std::filesystem::is_symlink(previous)) << "there was nothing to keep";
     for (const char* next : {"second", "third"}) {
-        const std::string before = contentOf(path);
-        replaceBy(next);
+        const std::string before = contentOf(rules);
+        replaceBy(File::appRules, next);
         EXPECT_FALSE(std::filesystem::is_symlink(previous));
         EXPECT_EQ(contentOf(previous), before);
         EXPECT_EQ(statusOf(previous).st_nlink, 1u);
@@ -249,26 +211,26 @@ TEST_F(ConfigurationStoreTest, KeepsOneGenerationInItsOwnFolder) {
 
     // What is kept is the file itself already, after a replacement that came no further.
     std::filesystem::remove(previous);
-    std::filesystem::create_hard_link(path, previous);
-    replaceBy("fourth");
-    EXPECT_NE(contentOf(path), contentOf(previous));
+    std::filesystem::create_hard_link(rules, previous);
+    replaceBy(File::appRules, "fourth");
+    EXPECT_NE(contentOf(rules), contentOf(previous));
 
     // Nothing is kept in place of a folder, and the file is replaced all the same.
     std::filesystem::remove(previous);
     std::filesystem::create_directory(previous);
-    replaceBy("fifth");
+    replaceBy(File::appRules, "fifth");
     EXPECT_TRUE(holdsExactly(File::appRules, "<key>fifth</key><true/>"));
 
     // Where the file is a link, it is what the link leads to that is kept, beside the link.
     std::filesystem::remove(previous);
     std::filesystem::create_directory(root / "elsewhere");
-    std::filesystem::rename(path, root / "elsewhere/rules");
-    std::filesystem::create_symlink(root / "elsewhere/rules", path);
-    const std::string before = contentOf(path);
-    replaceBy("sixth");
+    std::filesystem::rename(rules, root / "elsewhere/rules");
+    std::filesystem::create_symlink(root / "elsewhere/rules", rules);
+    const std::string before = contentOf(rules);
+    replaceBy(File::appRules, "sixth");
     EXPECT_EQ(contentOf(previous), before);
-    EXPECT_EQ(namesIn(root / "elsewhere"), std::set<std::string>{"rules"});
-    EXPECT_EQ(namesIn(preferences("")), (std::set<std::string>{"Vxm", path.filename(), previous.filename()}));
+    EXPECT_EQ(namesIn(root / "elsewhere"), Names{"rules"});
+    EXPECT_EQ(namesIn(preferences("")), (Names{"Vxm", rules.filename(), previous.filename()}));
     EXPECT_TRUE(std::filesystem::is_empty(store.exportDirectory())) << "the export screen lists what is in there";
 }
 
@@ -278,6 +240,9 @@ TEST_F(ConfigurationStoreTest, KeepsTheFilesOfAnotherPerson) {
     constexpr uid_t owner = 1234;
     constexpr uid_t other = 5678;
     constexpr gid_t group = 4321;
+    const auto give = [](const std::filesystem::path& path, mode_t mode) {
+        ASSERT_EQ(chown(path.c_str(), owner, group) + chmod(path.c_str(), mode), 0);
+    };
     const std::string readable = text("<key>mine</key><true/>");
     struct Row {
         const char* what;
@@ -293,92 +258,75 @@ TEST_F(ConfigurationStoreTest, KeepsTheFilesOfAnotherPerson) {
     std::filesystem::permissions(root.path(), std::filesystem::perms(0755));
     for (const Row& row : table) {
         SCOPED_TRACE(row.what);
-        std::filesystem::remove_all(preferences(""));
-        std::filesystem::create_directory(preferences(""));
-        ASSERT_EQ(chown(preferences("").c_str(), owner, group) + chmod(preferences("").c_str(), 0775), 0);
-        const std::filesystem::path path = store.path(File::appRules);
-        const std::filesystem::path kept = path.string() + row.keptAs;
-        put(path, row.before);
+        startAnew();
+        const std::filesystem::path kept = rules.string() + row.keptAs;
+        put(rules, row.before);
         put(kept, "an earlier generation");
-        for (const auto& each : {path, kept})
-            ASSERT_EQ(chown(each.c_str(), owner, group) + chmod(each.c_str(), row.mode), 0);
+        give(rules, row.mode);
+        give(kept, row.mode);
+        give(preferences(""), 0775);
         EXPECT_EQ(inChild([&] {
                       if (setgroups(0, nullptr) != 0 || setgid(group) != 0 || setuid(other) != 0) return 1;
-                      store.replace(File::appRules, dictionaryOf(text("<key>imported</key><true/>")));
+                      replaceBy(File::appRules, "imported");
                       return 0;
                   }),
                   0);
         EXPECT_TRUE(holdsExactly(File::appRules, "<key>imported</key><true/>"));
         EXPECT_EQ(contentOf(kept), row.before);
         EXPECT_EQ(statusOf(kept).st_uid, owner);
-        EXPECT_EQ(statusOf(path).st_mode & 07777, row.mode);
-        EXPECT_EQ(namesIn(preferences("")), (std::set<std::string>{path.filename(), kept.filename()}));
-    }
-}
-
-TEST_F(ConfigurationStoreTest, LeavesWhatALinkInPlaceOfTheMarkerLeadsTo) {
-    put(root / "stranger", "a stranger's");
-    std::filesystem::create_symlink(root / "stranger", preferences("com.Urmeld.Firewall.disabled"));
-    store.setDisabled(true);
-    EXPECT_TRUE(store.isDisabled());
-    store.setDisabled(false);
-    EXPECT_FALSE(store.isDisabled());
-    EXPECT_EQ(contentOf(root / "stranger"), "a stranger's");
-}
-
-TEST_F(ConfigurationStoreTest, SweepsWhereItsLinksLead) {
-    constexpr const char* leftover = ".rules.vxm-abcdefghijkl";
-    constexpr const char* ofOthers = ".another.vxm-abcdefghijkl";
-    std::filesystem::create_directory(root / "elsewhere");
-    std::filesystem::create_symlink(root / "elsewhere/rules", store.path(File::appRules));
-    for (bool isThere : {false, true}) {
-        if (isThere) put(root / "elsewhere/rules", text(""));
-        for (const char* name : {leftover, ofOthers}) put((root / "elsewhere") / name, "half");
-        ConfigurationStore next(root.path(), center);
-        EXPECT_FALSE(namesIn(root / "elsewhere").contains(leftover));
-        EXPECT_TRUE(namesIn(root / "elsewhere").contains(ofOthers));
+        EXPECT_EQ(statusOf(rules).st_mode & 07777, row.mode);
+        EXPECT_EQ(namesIn(preferences("")), (Names{"Vxm", rules.filename(), kept.filename()}));
     }
 }
 
 TEST_F(ConfigurationStoreTest, SweepsLeftoversWhenItStarts) {
-    put(preferences(".com.Urmeld.FirewallRules2.plist.vxm-abcdefghijkl"), "half");
-    put(store.exportDirectory() / ".VxmSettings.plist.vxm-abcdefghijkl", "half");
-    ConfigurationStore next(root.path(), center);
-    EXPECT_EQ(namesIn(preferences("")), std::set<std::string>{"Vxm"});
-    EXPECT_TRUE(std::filesystem::is_empty(store.exportDirectory()));
+    const std::filesystem::path leftovers[] = {
+        preferences(".com.Urmeld.FirewallRules2.plist.vxm-abcdefghijkl"),
+        store.exportDirectory() / ".VxmSettings.plist.vxm-abcdefghijkl",
+        root / "elsewhere/.rules.vxm-abcdefghijkl",
+    };
+    const std::filesystem::path ofOthers = root / "elsewhere/.another.vxm-abcdefghijkl";
+    std::filesystem::create_directory(root / "elsewhere");
+    std::filesystem::create_symlink(root / "elsewhere/rules", rules);
+    for (bool isThere : {false, true}) {
+        if (isThere) put(root / "elsewhere/rules", text(""));
+        for (const auto& path : leftovers) put(path, "half");
+        put(ofOthers, "half");
+        ConfigurationStore next(root.path(), posts);
+        for (const auto& path : leftovers) EXPECT_FALSE(std::filesystem::exists(path)) << path;
+        EXPECT_TRUE(std::filesystem::exists(ofOthers));
+    }
 }
 
 TEST(Schema, ReadsRecordsWithTheirDefaults) {
+    using enum BlanketMode;
     struct Row {
         const char* record;
         bool enabled;
-        BlanketMode mode;
-        bool stillUseRules;
-        bool blockSpecificWiFi;
+        BlanketMode mode = neither;
+        bool stillUseRules = false;
+        bool blockSpecificWiFi = false;
     };
-    using enum BlanketMode;
     const Row table[] = {
-        {"<dict/>", true, neither, false, false},
-        {"<string>no record</string>", true, neither, false, false},
-        {"<dict><key>enabled</key><true/><key>stillUseRules</key><true/><key>blockSpecificWiFi</key><true/></dict>",
-         true, neither, true, true},
-        {"<dict><key>enabled</key><false/><key>stillUseRules</key><false/><key>blockSpecificWiFi</key><false/></dict>",
-         false, neither, false, false},
+        {"<dict/>", true},
+        {"<string>no record</string>", true},
+        {"<dict><key>enabled</key><true/><key>stillUseRules</key><true/></dict>", true, neither, true},
+        {"<dict><key>enabled</key><false/><key>stillUseRules</key><false/></dict>", false},
         {"<dict><key>enabled</key><integer>1</integer><key>stillUseRules</key><integer>0</integer>"
          "<key>blockSpecificWiFi</key><string>false</string></dict>",
          false, neither, true, true},
-        {"<dict><key>allowEverything</key><string>1</string></dict>", true, allowAll, false, false},
-        {"<dict><key>allowEverything</key><string>2</string></dict>", true, denyAll, false, false},
-        {"<dict><key>allowEverything</key><string>3</string></dict>", true, neither, false, false},
-        {"<dict><key>allowEverything</key><integer>1</integer></dict>", true, neither, false, false},
+        {"<dict><key>allowEverything</key><string>1</string></dict>", true, allowAll},
+        {"<dict><key>allowEverything</key><string>2</string></dict>", true, denyAll},
+        {"<dict><key>allowEverything</key><string>3</string></dict>", true},
+        {"<dict><key>allowEverything</key><integer>1</integer></dict>", true},
     };
     for (const Row& row : table) {
-        Dictionary file = dictionaryOf("<dict><key>com.example.a</key>" + std::string(row.record) + "</dict>");
-        AppRuleRecord record = AppRuleRecord::of(file, "com.example.a");
-        EXPECT_EQ(record.enabled(), row.enabled) << row.record;
-        EXPECT_EQ(record.blanketMode(), row.mode) << row.record;
-        EXPECT_EQ(record.flag(keys::stillUseRules), row.stillUseRules) << row.record;
-        EXPECT_EQ(record.flag(keys::blockSpecificWiFi), row.blockSpecificWiFi) << row.record;
+        SCOPED_TRACE(row.record);
+        const AppRuleRecord record = AppRuleRecord::of(dictionaryOf(holdingXml(row.record)), "a");
+        EXPECT_EQ(record.enabled(), row.enabled);
+        EXPECT_EQ(record.blanketMode(), row.mode);
+        EXPECT_EQ(record.flag(keys::stillUseRules), row.stillUseRules);
+        EXPECT_EQ(record.flag(keys::blockSpecificWiFi), row.blockSpecificWiFi);
     }
 }
 

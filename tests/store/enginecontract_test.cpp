@@ -6,8 +6,8 @@
 
 #include "Files.h"
 #include "Values.h"
+#include "Verbs.h"
 #include "store/ConfigurationStore.h"
-#include "store/NotifyCenter.h"
 #include "store/Schema.h"
 #include "store/rules/RuleList.h"
 
@@ -16,11 +16,6 @@
 
 namespace store {
 namespace {
-
-class DeafNotifyCenter : public NotifyCenter {
-public:
-    void post(std::string_view) override {}
-};
 
 const std::string& document() {
     static const std::string text = contentOf(VEXMOR_ENGINE_CONTRACT);
@@ -58,8 +53,8 @@ protected:
     }
 
     TemporaryDirectory root;
-    DeafNotifyCenter center;
-    ConfigurationStore store{root.path(), center};
+    Posts posts;
+    ConfigurationStore store{root.path(), posts};
 };
 
 TEST_F(EngineContractTest, ExamplesAreWrittenToTheLetter) {

@@ -1,27 +1,27 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <sys/xattr.h>
 
 #include <cerrno>
+#include <functional>
 #include <iostream>
 #include <map>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
+#include "Child.h"
 #include "Files.h"
 #include "Values.h"
+#include "Verbs.h"
 #include "store/ConfigurationStore.h"
-#include "store/NotifyCenter.h"
-#include "store/faults/Changes.h"
+#include "store/Schema.h"
 #include "store/faults/SystemCalls.h"
 #include "store/files/Temporaries.h"
+#include "store/plist/PropertyListFile.h"
 
 // Every change of the files meets every fault at each of its system calls on files. Whatever happens, each file is the
 // one from before or the one from after, entire; the app goes on; and the next start leaves nothing lying about.
@@ -34,20 +34,79 @@ using faults::Fault;
 using faults::Seen;
 using Contents = std::map<std::string, std::string>;
 
-constexpr File everyFile[] = {File::appRules, File::globalRules, File::guiSettings};
 constexpr unsigned patience = 60;  // seconds until a process that hangs is ended
 
-struct NobodyListens : NotifyCenter {
-    void post(std::string_view) override {}
+enum class Held { nothing, rules, manyRules, damage, rulesOfOthers };
+
+// One thing that a person can do to the files, and what the files hold before.
+struct Change {
+    std::string name;
+    Held before;
+    std::function<void(ConfigurationStore&)> make;
 };
 
-// Entries are dated when they are made: with all dates the same, two runs give the same.
-std::string withOneDate(std::string text) {
-    constexpr std::string_view tag = "<date>";
-    constexpr std::string_view date = "2000-01-01T00:00:00Z";
-    for (std::size_t at = 0; (at = text.find(tag, at)) != std::string::npos; at += tag.size())
-        text.replace(at + tag.size(), date.size(), date);
-    return text;
+void set(Dictionary& file, std::string_view key) {
+    file.set(key, Value(true));
+}
+
+// Every way in which the app writes: the rows of the writers' table, what replaces files whole, exports, the marker.
+std::vector<Change> everyChange() {
+    using enum Held;
+    std::vector<Change> changes;
+    const auto changeBy = [](const Writer& writer) {
+        return [writer](ConfigurationStore& store) {
+            store.change(writer, [](Dictionary& file) { set(file, "changed"); });
+        };
+    };
+    for (const auto& [name, writer] : everyVerb)
+        for (Held held : {rules, nothing, damage}) changes.push_back({name, held, changeBy(writer)});
+    changes.push_back({"import a list", manyRules, changeBy(writers::listImport)});
+    for (Held held : {rules, nothing}) {
+        changes.push_back({"first use", held, [](auto& store) { store.createAppRulesFileIfMissing(); }});
+        changes.push_back({"export", held, [](auto& store) {
+                               if (const auto read = store.read(File::appRules))
+                                   writeDictionary(store.exportDirectory() / "VxmSettings.plist", *read);
+                           }});
+    }
+    for (Held held : {rules, nothing, damage, rulesOfOthers}) {
+        changes.push_back({"delete all", held, [](auto& store) { store.deleteAllRulesAndSettings(); }});
+        changes.push_back({"import settings", held, [](auto& store) {
+                               Dictionary imported;
+                               set(imported, "imported");
+                               for (File file : everyFile) store.replace(file, imported);
+                           }});
+    }
+    changes.push_back({"switch off", nothing, [](auto& store) { store.setDisabled(true); }});
+    changes.push_back({"switch on", rules, [](auto& store) { store.setDisabled(false); }});
+    return changes;
+}
+
+std::string contentFor(Held held) {
+    // More than is written at once, or some.
+    const std::size_t size = held == Held::manyRules ? 9'000'000 : 20'000;
+    std::string rules = "<dict><key>com.example.app</key><dict><key>allow</key><array>";
+    for (int i = 0; rules.size() < size; ++i)
+        rules += "<dict><key>date</key><date>2013-05-04T17:03:09Z</date><key>rule</key><string>host" +
+                 std::to_string(i) + ".example</string></dict>";
+    return held == Held::damage ? rules : rules + "</array></dict></dict>";
+}
+
+// A file system root below which the files hold that. What is there already is overwritten; nothing else is removed.
+void prepare(const std::filesystem::path& root, Held held) {
+    Posts posts;
+    ConfigurationStore store(root, posts);
+    std::filesystem::create_directories(store.exportDirectory());
+    if (held == Held::nothing) return;
+    const std::string content = contentFor(held);
+    for (File file : everyFile) {
+        put(store.path(file), content);
+        put(store.path(file).string() + ".previous", "an earlier generation");
+        // Keeping attributes is part of a change. A file system in memory has only those of the second kind.
+        for (const char* attribute : {"user.vexmor.test", "trusted.vexmor.test"})
+            setxattr(store.path(file).c_str(), attribute, "x", 1, 0);
+    }
+    store.setDisabled(true);
+    put(store.exportDirectory() / "VxmSettings.plist", "an earlier export");
 }
 
 // All files of a folder and the folders in it but those on their way to their places.
@@ -55,7 +114,7 @@ Contents contentsOf(const std::filesystem::path& folder) {
     Contents contents;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
         if (entry.is_regular_file() && !isTemporaryName(entry.path().filename().string()))
-            contents[entry.path().lexically_relative(folder)] = withOneDate(contentOf(entry.path()));
+            contents[entry.path().lexically_relative(folder)] = contentOf(entry.path());
     return contents;
 }
 
@@ -64,75 +123,59 @@ std::optional<std::string> contentIn(const Contents& contents, const std::string
     return found == contents.end() ? std::nullopt : std::optional(found->second);
 }
 
-std::string withoutSuffix(const std::string& name) {
-    return name.substr(0, name.size() - damagedSuffix.size());
-}
-
 void markAll(ConfigurationStore& store) {
     for (File file : everyFile)
-        store.change({file, WhenMissing::startEmpty, Marker::leave},
-                     [](Dictionary& dictionary) { dictionary.set("alive", Value(true)); });
+        store.change({file, WhenMissing::startEmpty, Marker::leave}, [](Dictionary& held) { set(held, "alive"); });
 }
 
 // What a file holds once it has been marked.
 std::string marked(const std::optional<std::string>& content) {
-    Dictionary dictionary;
-    if (content) {
-        ReadResult result = readText(*content);
-        if (auto* held = std::get_if<Dictionary>(&result)) dictionary = *held;
-    }
-    dictionary.set("alive", Value(true));
-    return withOneDate(written(dictionary));
+    ReadResult result = readText(content.value_or(""));
+    auto* held = std::get_if<Dictionary>(&result);
+    Dictionary dictionary = held ? *held : Dictionary();
+    set(dictionary, "alive");
+    return written(dictionary);
 }
 
-// A change made by a process of its own, which waits after it and then, if it is still there, marks all files.
+// A change made by a process of its own, which stops after it and then, if it is still there, marks all files.
 class OtherProcess {
 public:
-    OtherProcess(const std::filesystem::path& root, const Change& change, Fault fault, int atCall) {
-        if (pipe(report_) != 0 || pipe(permission_) != 0) throw std::runtime_error("no pipe");
-        process_ = fork();
-        if (process_ == 0) {
-            ::close(report_[0]);
-            ::close(permission_[1]);
-            alarm(patience);
-            NobodyListens nobody;
-            faults::arm(fault, atCall, change.before == Held::rulesOfOthers);
-            ConfigurationStore store(root, nobody);
-            change.make(store);
-            const Seen seen = faults::disarm();
-            char go = 0;
-            if (::write(report_[1], &seen, sizeof seen) != sizeof seen || ::read(permission_[0], &go, 1) != 1) _exit(1);
-            markAll(store);
-            _exit(0);
-        }
-        ::close(report_[1]);
-        ::close(permission_[0]);
+    OtherProcess(const std::filesystem::path& root, const Change& change, Fault fault, int atCall) : process_(fork()) {
+        if (process_ > 0) return;
+        alarm(patience);
+        Posts posts;
+        faults::arm(fault, atCall, change.before == Held::rulesOfOthers);
+        ConfigurationStore store(root, posts);
+        change.make(store);
+        *seen_ = faults::disarm();
+        raise(SIGSTOP);
+        markAll(store);
+        _exit(0);
     }
     ~OtherProcess() {
-        ::close(report_[0]);
-        ::close(permission_[1]);
-        if (process_ > 0) wait();
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
     }
     OtherProcess(const OtherProcess&) = delete;
     OtherProcess& operator=(const OtherProcess&) = delete;
 
-    // Nothing when the process has ended in the change.
+    // Nothing when the process was killed in the change.
     std::optional<Seen> madeTheChange() {
-        Seen seen;
-        return ::read(report_[0], &seen, sizeof seen) == sizeof seen ? std::optional(seen) : std::nullopt;
+        siginfo_t state{};
+        waitid(P_PID, id_t(process_), &state, WSTOPPED | WEXITED | WNOWAIT);
+        EXPECT_TRUE(state.si_code == CLD_STOPPED || state.si_status == SIGKILL) << "it ended by itself";
+        return state.si_code == CLD_STOPPED ? std::optional(*seen_) : std::nullopt;
     }
-    bool goOn() { return ::write(permission_[1], "g", 1) == 1 && wait() == 0; }
-    // How the process ended, as the system has it.
-    int wait() {
-        int status = -1;
-        waitpid(std::exchange(process_, -1), &status, 0);
-        return status;
+    bool goesOn() {
+        siginfo_t state{};
+        kill(process_, SIGCONT);
+        waitid(P_PID, id_t(process_), &state, WEXITED | WNOWAIT);
+        return state.si_code == CLD_EXITED && state.si_status == 0;
     }
 
 private:
-    int report_[2];
-    int permission_[2];
-    pid_t process_ = -1;
+    Shared<Seen> seen_;
+    pid_t process_;
 };
 
 class ChangeUnderFaults {
@@ -143,7 +186,6 @@ public:
         OtherProcess process(root_.path(), change_, {}, 0);
         calls_ = process.madeTheChange().value().calls;
         after_ = contents();
-        process.goOn();
     }
 
     // What becomes of the change when calls of one number fail, one after the other: whether it was made.
@@ -177,15 +219,13 @@ private:
         expectEntire(found);
         // Another thread's call may have come too late.
         const bool isKilled = fault.effect == Effect::kills && !(seen && seen->calls < call);
-        if (isKilled) {
-            EXPECT_FALSE(seen);
-            EXPECT_EQ(process.wait(), SIGKILL);
-        } else {
-            EXPECT_TRUE(seen && process.goOn()) << "the app did not go on";
-        }
-        ConfigurationStore next(root_.path(), nobody_);
+        EXPECT_TRUE(isKilled ? !seen : seen && process.goesOn()) << "the app did not go on, or did";
+        ConfigurationStore next(root_.path(), posts_);
         if (isKilled) markAll(next);
-        expectMarked(found, next);
+        for (File file : everyFile) {
+            const std::string name = next.path(file).filename();
+            EXPECT_TRUE(contentOf(next.path(file)) == marked(contentIn(found, name))) << name;
+        }
         for (const auto& folder : {next.exportDirectory().parent_path(), next.exportDirectory()})
             for (const std::string& name : namesIn(folder)) EXPECT_FALSE(isTemporaryName(name)) << name;
         return !seen || seen->faultAt != 0;
@@ -198,16 +238,10 @@ private:
         for (const auto& [name, content] : names) {
             const auto now = contentIn(found, name);
             // A file that could not be read may have been kept as a damaged one.
-            const bool isKept = name.ends_with(damagedSuffix) && now == contentIn(before_, withoutSuffix(name));
+            const bool isKept = name.ends_with(damagedSuffix) &&
+                                now == contentIn(before_, name.substr(0, name.size() - damagedSuffix.size()));
             EXPECT_TRUE(isKept || now == contentIn(before_, name) || now == contentIn(after_, name))
                 << name << " holds " << (now ? std::to_string(now->size()) : "no") << " bytes";
-        }
-    }
-
-    void expectMarked(const Contents& found, const ConfigurationStore& store) const {
-        for (File file : everyFile) {
-            const std::string name = store.path(file).filename();
-            EXPECT_TRUE(withOneDate(contentOf(store.path(file))) == marked(contentIn(found, name))) << name;
         }
     }
 
@@ -218,8 +252,8 @@ private:
     Contents contents() const { return contentsOf(root_ / "var/mobile/Library/Preferences"); }
 
     TemporaryDirectory root_;
-    NobodyListens nobody_;
-    const Change& change_;
+    Posts posts_;
+    const Change change_;
     Contents before_;
     Contents after_;
     int calls_ = 0;
@@ -264,17 +298,10 @@ TEST(Faults, LeaveEveryFileEntire) {
 }
 
 TEST(Faults, DISABLED_OfEveryKindLeaveEveryFileEntire) {
-    meetAll({{Effect::kills},
-             {Effect::fails, EIO},
-             {Effect::fails, ENOSPC},
-             {Effect::fails, EDQUOT},
-             {Effect::fails, EACCES},
-             {Effect::fails, EINTR},
-             {Effect::fails, EMFILE},
-             {Effect::failsFromNow, EIO},
-             {Effect::failsFromNow, ENOSPC},
-             {Effect::isShort}},
-            true);
+    std::vector<Fault> faults{{Effect::kills}, {Effect::failsFromNow, EIO}, {Effect::failsFromNow, ENOSPC}};
+    for (int error : {EIO, ENOSPC, EDQUOT, EACCES, EINTR, EMFILE}) faults.push_back({Effect::fails, error});
+    faults.push_back({Effect::isShort});
+    meetAll(faults, true);
 }
 
 }  // namespace

@@ -27,19 +27,28 @@ std::error_code replaceWith(const std::filesystem::path& path, std::string_view 
     return replaceFile(path, [&](Sink& sink) { sink.write(content); });
 }
 
-TEST(FileReplacement, CreatesAFileThatEverybodyMayRead) {
+class FileReplacement : public testing::Test {
+protected:
+    void expectAlone(std::string_view content) const {
+        EXPECT_EQ(contentOf(file), content);
+        EXPECT_EQ(namesIn(directory.path()), Names{"file"});
+    }
+
     TemporaryDirectory directory;
+    const std::filesystem::path file = directory / "file";
+};
+
+using FileReading = FileReplacement;
+
+TEST_F(FileReplacement, CreatesAFileThatEverybodyMayRead) {
     mode_t mask = umask(0077);
-    EXPECT_FALSE(replaceWith(directory / "new", "content"));
+    EXPECT_FALSE(replaceWith(file, "content"));
     umask(mask);
-    EXPECT_EQ(contentOf(directory / "new"), "content");
-    EXPECT_EQ(statusOf(directory / "new").st_mode & 07777, 0644u);
-    EXPECT_EQ(namesIn(directory.path()), Names{"new"});
+    EXPECT_EQ(statusOf(file).st_mode & 07777, 0644u);
+    expectAlone("content");
 }
 
-TEST(FileReplacement, KeepsModeOwnerAndAttributes) {
-    TemporaryDirectory directory;
-    std::filesystem::path file = directory / "file";
+TEST_F(FileReplacement, KeepsModeOwnerAndAttributes) {
     put(file, "old");
     chmod(file.c_str(), 0640);
     bool isRoot = geteuid() == 0 && chown(file.c_str(), 1234, 4321) == 0;
@@ -48,7 +57,7 @@ TEST(FileReplacement, KeepsModeOwnerAndAttributes) {
 
     EXPECT_FALSE(replaceWith(file, "new"));
     struct stat after = statusOf(file);
-    EXPECT_EQ(contentOf(file), "new");
+    expectAlone("new");
     EXPECT_NE(after.st_ino, before);
     EXPECT_EQ(after.st_mode & 07777, 0640u);
     if (isRoot) {
@@ -62,10 +71,8 @@ TEST(FileReplacement, KeepsModeOwnerAndAttributes) {
 }
 
 // Where people have numbers of their own, an owner may have none: the file is replaced all the same.
-TEST(FileReplacement, ReplacesTheFileOfAnOwnerWhomTheNamespaceDoesNotKnow) {
+TEST_F(FileReplacement, ReplacesTheFileOfAnOwnerWhomTheNamespaceDoesNotKnow) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
-    TemporaryDirectory directory;
-    const std::filesystem::path file = directory / "file";
     put(file, "old");
     ASSERT_EQ(chown(file.c_str(), 1234, 4321), 0);
     constexpr int noNamespace = 2;
@@ -76,12 +83,10 @@ TEST(FileReplacement, ReplacesTheFileOfAnOwnerWhomTheNamespaceDoesNotKnow) {
     });
     if (result == noNamespace) GTEST_SKIP() << "this process may not make a user namespace";
     EXPECT_EQ(result, 0);
-    EXPECT_EQ(contentOf(file), "new");
-    EXPECT_EQ(namesIn(directory.path()), Names{"file"});
+    expectAlone("new");
 }
 
-TEST(FileReplacement, FollowsLinks) {
-    TemporaryDirectory directory;
+TEST_F(FileReplacement, FollowsLinks) {
     std::filesystem::create_directory(directory / "elsewhere");
     put(directory / "elsewhere/file", "old");
     std::filesystem::create_symlink("elsewhere/second", directory / "first");
@@ -100,8 +105,7 @@ TEST(FileReplacement, FollowsLinks) {
     EXPECT_EQ(namesIn(directory / "elsewhere"), (Names{"file", "second", "none"}));
 }
 
-TEST(FileReplacement, LeavesEverythingButRegularFilesAlone) {
-    TemporaryDirectory directory;
+TEST_F(FileReplacement, LeavesEverythingButRegularFilesAlone) {
     mkfifo((directory / "pipe").c_str(), 0600);
     std::filesystem::create_directory(directory / "folder");
     std::filesystem::create_symlink("/dev/null", directory / "device");
@@ -112,59 +116,52 @@ TEST(FileReplacement, LeavesEverythingButRegularFilesAlone) {
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
-TEST(FileReplacement, WritesIntoTheWorkingDirectory) {
-    TemporaryDirectory directory;
-    EXPECT_EQ(inChild([&] { return chdir(directory.path().c_str()) == 0 && !replaceWith("plain", "x") ? 0 : 1; }), 0);
-    EXPECT_EQ(contentOf(directory / "plain"), "x");
+TEST_F(FileReplacement, WritesIntoTheWorkingDirectory) {
+    EXPECT_EQ(inChild([&] { return chdir(directory.path().c_str()) == 0 && !replaceWith("file", "x") ? 0 : 1; }), 0);
+    expectAlone("x");
 }
 
-TEST(FileReplacement, LeavesTheOldFileWhenItMayNotWrite) {
-    TemporaryDirectory directory;
-    put(directory / "file", "old");
+TEST_F(FileReplacement, LeavesTheOldFileWhenItMayNotWrite) {
+    put(file, "old");
     chmod(directory.path().c_str(), 0555);
     // Root may write anywhere, so somebody else tries.
-    int result = inChild([&] {
-        if (geteuid() == 0 && setuid(65534) != 0) return 2;
-        return replaceWith(directory / "file", "new") ? 0 : 1;
-    });
+    EXPECT_EQ(inChild([&] {
+                  if (geteuid() == 0 && setuid(65534) != 0) return 2;
+                  return replaceWith(file, "new") ? 0 : 1;
+              }),
+              0);
     chmod(directory.path().c_str(), 0755);
-    EXPECT_EQ(result, 0);
-    EXPECT_EQ(contentOf(directory / "file"), "old");
-    EXPECT_EQ(namesIn(directory.path()), Names{"file"});
+    expectAlone("old");
 }
 
 // The limit on file sizes stands in for a disk that is full: what was written so far is not enough.
-TEST(FileReplacement, LeavesTheOldFileWhenTheNewOneDoesNotFit) {
-    TemporaryDirectory directory;
-    put(directory / "file", "old");
-    int result = inChild([&] {
-        signal(SIGXFSZ, SIG_IGN);
-        rlimit limit{1000, 1000};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        return replaceWith(directory / "file", std::string(5000, 'x')) == std::errc::file_too_large ? 0 : 1;
-    });
-    EXPECT_EQ(result, 0);
-    EXPECT_EQ(contentOf(directory / "file"), "old");
-    EXPECT_EQ(namesIn(directory.path()), Names{"file"});
+TEST_F(FileReplacement, LeavesTheOldFileWhenTheNewOneDoesNotFit) {
+    put(file, "old");
+    EXPECT_EQ(inChild([&] {
+                  signal(SIGXFSZ, SIG_IGN);
+                  rlimit limit{1000, 1000};
+                  setrlimit(RLIMIT_FSIZE, &limit);
+                  return replaceWith(file, std::string(5000, 'x')) == std::errc::file_too_large ? 0 : 1;
+              }),
+              0);
+    expectAlone("old");
 }
 
-TEST(FileReplacement, SweepsWhatAKilledWriterLeft) {
-    TemporaryDirectory directory;
-    put(directory / "file", "old");
+TEST_F(FileReplacement, SweepsWhatAKilledWriterLeft) {
+    put(file, "old");
     put(directory / ".vxm-abcdefghijkl", "a name of somebody else's");
     put(directory / ".file.vxm-abc", "too short");
     put(directory / "file.vxm-abcdefghijkl", "not hidden");
-    Names others = namesIn(directory.path());
-    int result = inChild([&] {
-        replaceFile(directory / "file", [](Sink& sink) {
-            sink.write("half");
-            raise(SIGKILL);
-        });
-        return 0;
-    });
-    EXPECT_EQ(result, -SIGKILL);
-    EXPECT_EQ(contentOf(directory / "file"), "old");
-    EXPECT_EQ(namesIn(directory.path()).size(), others.size() + 1);
+    const Names others = namesIn(directory.path());
+    EXPECT_EQ(inChild([&] {
+                  replaceFile(file, [](Sink& sink) {
+                      sink.write("half");
+                      raise(SIGKILL);
+                  });
+                  return 0;
+              }),
+              -SIGKILL);
+    EXPECT_EQ(contentOf(file), "old");
     removeStaleTemporaries(directory.path(), "another file");
     EXPECT_EQ(namesIn(directory.path()).size(), others.size() + 1);
     removeStaleTemporaries(directory.path(), "file");
@@ -175,19 +172,16 @@ TEST(FileReplacement, SweepsWhatAKilledWriterLeft) {
     removeStaleTemporaries(directory / "missing");
 }
 
-TEST(FileReplacement, DoesNotSweepWhatIsBeingWritten) {
-    TemporaryDirectory directory;
-    std::error_code failed = replaceFile(directory / "file", [&](Sink& sink) {
+TEST_F(FileReplacement, DoesNotSweepWhatIsBeingWritten) {
+    EXPECT_FALSE(replaceFile(file, [&](Sink& sink) {
         sink.write("whole");
-        EXPECT_EQ(inChild([&] {
-                      removeStaleTemporaries(directory.path());
-                      return 0;
-                  }),
-                  0);
+        inChild([&] {
+            removeStaleTemporaries(directory.path());
+            return 0;
+        });
         EXPECT_EQ(namesIn(directory.path()).size(), 1u);
-    });
-    EXPECT_FALSE(failed);
-    EXPECT_EQ(contentOf(directory / "file"), "whole");
+    }));
+    expectAlone("whole");
 }
 
 std::optional<Buffer> hold(const std::filesystem::path& path) {
@@ -202,10 +196,8 @@ bool hasLeases(const std::filesystem::path& folder) {
     return fcntl(leased.number(), F_SETLEASE, F_RDLCK) == 0;
 }
 
-TEST(FileReading, HoldsLargeFilesWithoutACopy) {
-    TemporaryDirectory directory;
+TEST_F(FileReading, HoldsLargeFilesWithoutACopy) {
     if (!hasLeases(directory.path())) GTEST_SKIP() << "this file system knows no leases";
-    const std::filesystem::path file = directory / "file";
     for (const std::size_t size : {std::size_t{2} << 20, (std::size_t{2} << 20) + 1}) {
         const std::string content(size, 'x');
         put(file, content);
@@ -230,9 +222,7 @@ TEST(FileReading, HoldsLargeFilesWithoutACopy) {
     }
 }
 
-TEST(FileReading, CopiesWhatIsBeingWritten) {
-    TemporaryDirectory directory;
-    const std::filesystem::path file = directory / "file";
+TEST_F(FileReading, CopiesWhatIsBeingWritten) {
     const std::string content(std::size_t{2} << 20, 'x');
     put(file, content);
     const Descriptor writer(open(file.c_str(), O_WRONLY));
@@ -241,13 +231,12 @@ TEST(FileReading, CopiesWhatIsBeingWritten) {
     EXPECT_TRUE(held && held->view() == content);
 }
 
-TEST(FileReading, ReadsRegularFilesOnly) {
-    TemporaryDirectory directory;
-    put(directory / "file", "content");
+TEST_F(FileReading, ReadsRegularFilesOnly) {
+    put(file, "content");
     put(directory / "empty", "");
     mkfifo((directory / "pipe").c_str(), 0600);
     std::filesystem::create_symlink("pipe", directory / "link");
-    EXPECT_EQ(readFile(directory / "file")->view(), "content");
+    EXPECT_EQ(readFile(file)->view(), "content");
     EXPECT_EQ(readFile(directory / "empty")->view(), "");
     for (const char* name : {"pipe", "link", "missing", "."}) EXPECT_FALSE(readFile(directory / name)) << name;
     EXPECT_FALSE(readFile("/dev/zero"));

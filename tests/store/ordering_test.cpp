@@ -76,7 +76,8 @@ std::vector<std::string> randomNames(std::size_t count, const std::vector<std::s
     while (names.size() < count) {
         std::string name = beginnings[pick(beginnings.size())];
         for (std::size_t length = pick(14); length > 0; --length) name += letters[pick(letters.size())];
-        if (pick(8) == 0) name += pick(2) ? "\u00E9" : "\u4E2D\u0301";
+        // An accent, another script, and what makes no difference.
+        if (pick(8) == 0) name += std::array{"\u00E9", "\u4E2D\u0301", "\u00AD"}[pick(3)];
         names.push_back(name);
     }
     return names;
@@ -114,15 +115,10 @@ TEST(Ordering, SortsLikeTheCollatorInEveryLocale) {
     EXPECT_GT(cheap, 50);
 }
 
-// So many that every processor gets some, and so alike that most are told apart far behind their beginnings.
+// So many that every processor gets some, and so alike that most are told apart far behind their beginnings. Some are
+// in order, but compare as the same, for which they are not shown in that order.
 TEST(Ordering, SortsManyLikeTheCollator) {
-    expectSortedLikeTheCollator(randomNames(120'000, {"", "www.", "*static.images.", "aaaaaaaaaaaaaaaaaaaaaaaa"}),
-                                NameOrder("en_US"));
-}
-
-// The names themselves are in order, but those that compare as the same are not shown in that order.
-TEST(Ordering, KeepsTheOrderOfEqualNames) {
-    std::vector<std::string> names;
+    auto names = randomNames(120'000, {"", "www.", "*static.images.", "aaaaaaaaaaaaaaaaaaaaaaaa"});
     for (int i = 0; i < 2000; ++i) names.push_back((i % 2 ? "NAME" : "name") + std::to_string(1000 + i / 2));
     expectSortedLikeTheCollator(names, NameOrder("en_US"));
 }

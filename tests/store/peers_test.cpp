@@ -1,32 +1,24 @@
 // Our reader and writer beside those of two other makers: Python's plistlib and libplist.
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
-#include <random>
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "Binary.h"
+#include "Child.h"
 #include "Files.h"
 #include "Values.h"
-#include "store/peers/Said.h"
 
 namespace store {
 namespace {
 
 using namespace std::string_literals;
 
-using Opinion = std::optional<std::string>;  // what a file says, see Said.h; nothing when it is no dictionary
-
-Opinion ourOpinion(std::string_view bytes) {
-    const ReadResult result = readText(bytes);
-    const auto* dictionary = std::get_if<Dictionary>(&result);
-    return dictionary ? Opinion(saidBy(Value(*dictionary))) : std::nullopt;
-}
+using Opinion = std::optional<std::string>;  // what a file says, see peers.py; nothing when it is no dictionary
 
 // Files in a folder, for the other makers to look at.
 class Folder {
@@ -41,20 +33,10 @@ public:
 
     // peers.py says a line for each file, in the order of their names.
     std::vector<Opinion> ask(const std::string& peer, const std::string& option = "") const {
-        const std::string command = PYTHON " " PEERS " " + peer + option + " '" + directory_.path().string() + "'";
-        FILE* output = popen(command.c_str(), "r");
-        if (!output) throw std::runtime_error("no process");
+        Program program(PYTHON " " PEERS " " + peer + option + " '" + directory_.path().string() + "'");
         std::vector<Opinion> opinions;
-        std::string line;
-        for (int c; (c = std::fgetc(output)) != EOF;) {
-            if (c != '\n') {
-                line.push_back(static_cast<char>(c));
-                continue;
-            }
-            opinions.push_back(line == "-" ? std::nullopt : Opinion(line));
-            line.clear();
-        }
-        if (pclose(output) != 0 || opinions.size() != count_) throw std::runtime_error(command + " does not answer");
+        while (const auto line = program.line()) opinions.push_back(line == "-" ? std::nullopt : line);
+        if (opinions.size() != count_) throw std::runtime_error(peer + " does not answer");
         return opinions;
     }
 
@@ -63,75 +45,47 @@ private:
     std::size_t count_;
 };
 
-// Values of all kinds by chance, as far as all makers have them: libplist's dates are 32 bits wide and its texts end
-// at a 0.
-class Chance {
-public:
-    Dictionary dictionary(int depth) {
-        Dictionary entries;
-        for (std::size_t count = upTo(6); count > 0; --count) entries.set(text(), value(depth));
-        return entries;
+// What we read in files is what plistlib reads in them once we have written them anew.
+std::vector<Opinion> ourOpinions(const std::vector<std::string>& files) {
+    std::vector<std::string> anew;
+    for (const std::string& file : files) {
+        const ReadResult result = readText(file);
+        const auto* dictionary = std::get_if<Dictionary>(&result);
+        anew.push_back(dictionary ? canonical(*dictionary) : "");
     }
+    return Folder(anew).ask("plistlib");
+}
 
-private:
-    std::size_t upTo(std::size_t most) { return std::uniform_int_distribution<std::size_t>(0, most)(engine_); }
-
-    Value value(int depth) {
-        switch (upTo(depth > 0 ? 7 : 5)) {
-            case 0:
-                return Value(text());
-            case 1:
-                return Value(upTo(1) == 1);
-            case 2:
-                return Value(Date(std::chrono::seconds(static_cast<std::int64_t>(upTo(3'000'000'000)) - 900'000'000)));
-            case 3:
-                return Value(static_cast<std::int64_t>(engine_() >> upTo(63)));
-            case 4:
-                return Value(real());
-            case 5:
-                return Value(std::vector<std::byte>(upTo(70), static_cast<std::byte>(upTo(255))));
-            case 6:
-                return Value(dictionary(depth - 1));
-            default:
-                break;
-        }
-        Array array;
-        for (std::size_t count = upTo(5); count > 0; --count) array.push_back(value(depth - 1));
-        return Value(std::move(array));
-    }
-
-    double real() {
-        const double real = std::bit_cast<double>(engine_());
-        return std::isfinite(real) ? real : 0.1;
-    }
-
-    std::string text() {
-        static const std::string pieces[] = {
-            "rule",   "<",   ">",    "&", "\"", "'",      "]]>",    "&amp;",  " ",          "\t",   "\n", "\u00E9",
-            "\u4E2D", "-->", "<!--", "a", "0",  "\u2028", "\uFFFD", "\uE000", "\U0001F600", "\x7F", "%s", "*."};
-        std::string text = "k";
-        for (std::size_t count = upTo(12); count > 0; --count) text += pieces[upTo(std::size(pieces) - 1)];
-        return text + "k";
-    }
-
-    std::mt19937_64 engine_;
-};
+// Values of all kinds, as far as all makers have them: libplist's dates are 32 bits wide and its texts end at a 0.
+Dictionary ofEveryKind() {
+    Array values{Value(true), Value(false), Value(Array()), Value(Dictionary()), Value("")};
+    Dictionary texts;
+    const char* const pieces[] = {"rule", "<",      ">",      "&",      "\"",         "'",    "]]>",  "&amp;",
+                                  " ",    "\t",     "\n",     "\u00E9", "\u4E2D",     "-->",  "<!--", "a",
+                                  "0",    "\u2028", "\uFFFD", "\uE000", "\U0001F600", "\x7F", "%s",   "*."};
+    for (const std::string first : pieces)
+        for (const char* second : pieces) texts.set("k" + first + second + "k", Value("k" + first + second + "k"));
+    values.push_back(Value(texts));
+    for (const double real : {0.0, 0.1, -1.5, 1e22, 5e-324, -std::numeric_limits<double>::max()})
+        values.push_back(Value(real));
+    for (int shift = 0; shift < 64; ++shift) values.push_back(Value(std::numeric_limits<std::int64_t>::min() >> shift));
+    for (const int seconds : {-900'000'000, -1, 0, 951'782'399, 2'000'000'000})
+        values.push_back(Value(Date(std::chrono::seconds(seconds))));
+    for (std::size_t size = 0; size < 200; ++size)
+        values.push_back(Value(std::vector<std::byte>(size, static_cast<std::byte>(size))));
+    Dictionary all = dictionaryHolding(Value(values));
+    all.set("again", Value(Array{Value(all)}));
+    return all;
+}
 
 TEST(Peers, SayTheSame) {
-    Chance chance;
-    std::vector<std::string> files, said;
-    for (int i = 0; i < 300; ++i) {
-        files.push_back(written(chance.dictionary(3)));
-        said.push_back(ourOpinion(files.back()).value());
-    }
+    const std::string file = written(ofEveryKind());
+    const std::vector<Opinion> ours = ourOpinions({file});
     for (const char* peer : {"plistlib", "libplist"}) {
-        const Folder folder(files);
-        const auto theirs = folder.ask(peer, " --write");
-        for (std::size_t i = 0; i < files.size(); ++i) {
-            EXPECT_EQ(theirs[i], said[i]) << "they read something else in\n" << files[i];
-            for (const std::string& again : {contentOf(folder.file(i, ".xml")), contentOf(folder.file(i, ".binary"))})
-                EXPECT_EQ(ourOpinion(again), said[i]) << "we read something else in\n" << again;
-        }
+        const Folder folder({file});
+        EXPECT_EQ(folder.ask(peer, " --write"), ours) << "they read something else";
+        for (const char* suffix : {".xml", ".binary"})
+            EXPECT_EQ(ourOpinions({contentOf(folder.file(0, suffix))}), ours) << "we read something else in " << suffix;
     }
 }
 
@@ -167,8 +121,9 @@ void expectAgreement(const std::vector<std::string>& files, bool (*isFine)(const
     const Folder folder(files);
     const auto plistlib = folder.ask("plistlib");
     const auto libplist = folder.ask("libplist");
+    const auto all = ourOpinions(files);
     for (std::size_t i = 0; i < files.size(); ++i) {
-        const Opinion ours = ourOpinion(files[i]);
+        const Opinion& ours = all[i];
         const std::string shown = testing::PrintToString(files[i]);
         if (ours && !plistlib[i] && !libplist[i]) {
             EXPECT_TRUE(isFine(files[i])) << "only we read " << shown;
@@ -196,19 +151,10 @@ TEST(Peers, AgreeOnEveryWrongCharacter) {
 
 TEST(Peers, AgreeOnEveryWrongByte) {
     const std::string date = "\x33" + real(389379789);
-    Binary list{{"\xD5\x01\x02\x03\x04\x05\x06\x07\x08\x09\x0A",
-                 "\x51"
-                 "a",
-                 "\x51"
-                 "b",
-                 "\x51"
-                 "c",
-                 "\x51"
-                 "d",
-                 "\x51"
-                 "e",
-                 date, "\x11\x12\x34", "\x23" + real(1.5), "\xA4\x0B\x0C\x0D\x0E", "\x63\0x\x4E\x2D\0y"s, "\x09",
-                 "\x10\x07", "\xD1\x01\x0B", "\x44\0\1\2\3"s}};
+    Binary list{{"\xD5\x01\x02\x03\x04\x05\x06\x07\x08\x09\x0A", ascii("a"), ascii("b"), ascii("c"), ascii("d"),
+                 ascii("e"), date, "\x11\x12\x34", "\x23" + real(1.5), "\xA4\x0B\x0C\x0D\x0E", "\x63\0x\x4E\x2D\0y"s,
+                 "\x09", "\x10\x07", "\xD1\x01\x0B", "\x44\0\1\2\3"s}};
+    list.offsetSize = 1;
     const std::string binary = list.bytes();
     std::vector<std::string> files;
     for (std::size_t at = 8; at < binary.size(); ++at) {

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""reader.py FILE...: reads property lists over and over until its input ends, as an engine would that never rests.
+"""reader.py CHANGING FILE...: reads property lists over and over until the file CHANGING is gone, as an engine would
+that never rests.
 
 In every file the values of "left" and "right" belong together. Says "ready" when all files have been read once; at the
 end says how often a file was read, how many different values were met, and prints a line for whatever was wrong."""
+import os
 import plistlib
-import select
 import sys
 
 reads = 0
@@ -24,11 +25,11 @@ def look(name):
     values.add(pair.get("left"))
 
 
-while not reads or not select.select([sys.stdin], [], [], 0)[0]:
-    for file_name in sys.argv[1:]:
+while not reads or os.path.exists(sys.argv[1]):
+    for file_name in sys.argv[2:]:
         look(file_name)
         reads += 1
-    if reads == len(sys.argv) - 1:
+    if reads == len(sys.argv) - 2:
         print("ready", flush=True)
 print(reads, len(values))
 print("\n".join(wrong[:20]))

@@ -4,12 +4,14 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
 
 #include "LargeRuleList.h"
 #include "Values.h"
+#include "store/plist/Scalars.h"
 #include "store/sorting/Ordering.h"
 #include "store/text/Search.h"
 
@@ -29,7 +31,7 @@ std::string dated(std::string_view rule, std::string_view date) {
 }
 
 Value arrayOf(const std::string& elements) {
-    return *dictionaryOf("<dict><key>a</key><array>" + elements + "</array></dict>").find("a");
+    return *dictionaryOf(holdingXml("<array>" + elements + "</array>")).find("a");
 }
 
 RuleList listOf(const std::string& elements) {
@@ -44,15 +46,11 @@ std::string rulesOf(const RuleList& list) {
 }
 
 std::string storedOf(const RuleList& list) {
-    Dictionary dictionary;
-    dictionary.set("a", list.value());
-    return canonical(dictionaryOf(written(dictionary)));
+    return canonical(dictionaryOf(written(dictionaryHolding(list.value()))));
 }
 
 std::string storedOf(const std::string& elements) {
-    Dictionary dictionary;
-    dictionary.set("a", arrayOf(elements));
-    return canonical(dictionary);
+    return canonical(dictionaryHolding(arrayOf(elements)));
 }
 
 TEST(RuleList, KeepsTheFirstOfEqualRules) {
@@ -119,17 +117,15 @@ TEST(RuleList, CarriesElementsThatAreNoEntriesBehindTheOthers) {
 TEST(RuleList, ReadsAndWritesALargeListInOrder) {
     std::mt19937 random(11);
     const LargeRuleList large(random);
-    Value array = *dictionaryOf("<dict><key>a</key>" + large.array(0, large.rules.size()) + "</dict>").find("a");
+    Value array = *dictionaryOf(holdingXml(large.array(0, large.rules.size()))).find("a");
     for (const char* what : {"read", "written and read"}) {
         const RuleList list = RuleList::load(&array);
         ASSERT_EQ(list.size(), large.rules.size()) << what;
         for (std::size_t each = 0; each < list.size(); ++each) {
             ASSERT_EQ(list.rule(each), large.rules[each]) << what;
-            ASSERT_EQ(list.date(each), at(1577836800)) << what;
+            ASSERT_EQ(list.date(each), parseDate(large.yearOf(each) + "-01-01T00:00:00Z")) << what;
         }
-        Dictionary dictionary;
-        dictionary.set("a", list.value());
-        array = *dictionaryOf(written(dictionary)).find("a");
+        array = *dictionaryOf(written(dictionaryHolding(list.value()))).find("a");
     }
 }
 
@@ -175,99 +171,87 @@ TEST(RuleList, RemovesWhatIsEqualInAllKeys) {
     EXPECT_EQ(list.date(0), at(2));
 }
 
-// The list beside a plain one that does everything in the simplest way, through the same thousands of changes.
-class Model {
-public:
-    struct Entry {
-        std::string rule;
-        Date date;
-        int changed = 0;
-        bool operator==(const Entry& other) const { return rule == other.rule && date == other.date; }
-    };
+// Beside a plain list of these, through the same thousands of changes.
+struct Plain {
+    std::string rule;
+    Date date;
+    int changed;
 
-    std::vector<Entry> entries;
+    bool operator==(const Plain& other) const { return rule == other.rule && date == other.date; }
+};
 
-    void sort(RuleOrder by, const NameOrder& order) {
-        std::stable_sort(entries.begin(), entries.end(), [&](const Entry& a, const Entry& b) {
+class RuleListInLocale : public testing::TestWithParam<const char*> {
+protected:
+    std::size_t pick(std::size_t limit) { return static_cast<std::size_t>(random_() % limit); }
+
+    std::string text(std::size_t longest) {
+        static const char* const pieces[] = {"a", "A", "b", "ch", "lj",     "\u00E9", "e\u0301",
+                                             "*", ".", "<", "z",  "\u0130", "1"};
+        std::string made;
+        for (std::size_t i = pick(longest + 1); i > 0; --i) made += pieces[pick(std::size(pieces))];
+        return made;
+    }
+
+    void sortPlain(RuleOrder by) {
+        std::stable_sort(plain.begin(), plain.end(), [&](const Plain& a, const Plain& b) {
             return by == RuleOrder::date ? std::tie(a.date, a.changed) > std::tie(b.date, b.changed)
                                          : order.compare(a.rule, b.rule) < 0;
         });
     }
 
-    LargeVector<std::uint32_t> search(const std::string& text) const {
+    void expectFound(const std::string& typed) {
         LargeVector<std::uint32_t> rows;
-        for (std::uint32_t i = 0; i < entries.size(); ++i)
-            if (SearchText(text).matches(entries[i].rule)) rows.push_back(i);
-        return rows;
+        for (std::uint32_t i = 0; i < plain.size(); ++i)
+            if (SearchText(typed).matches(plain[i].rule)) rows.push_back(i);
+        ASSERT_EQ(list.search(typed), rows);
     }
+
+    const NameOrder order{GetParam()};
+    RuleList list;
+    std::vector<Plain> plain;
+
+private:
+    std::mt19937 random_{4711};
 };
 
-class RuleListInLocale : public testing::TestWithParam<const char*> {};
-
 TEST_P(RuleListInLocale, DoesWhatAPlainListDoes) {
-    NameOrder order(GetParam());
-    std::mt19937 random(4711);
-    auto pick = [&](std::size_t limit) { return static_cast<std::size_t>(random() % limit); };
-    const std::vector<std::string> pieces{"a", "A", "b", "ch", "lj",     "\u00E9", "e\u0301",
-                                          "*", ".", "<", "z",  "\u0130", "1"};
-    auto text = [&](std::size_t longest) {
-        std::string made;
-        for (std::size_t i = pick(longest + 1); i > 0; --i) made += pieces[pick(pieces.size())];
-        return made;
-    };
-    RuleList list;
-    Model model;
     for (int step = 0; step < 3000; ++step) {
-        RuleOrder by = pick(2) ? RuleOrder::name : RuleOrder::date;
-        Model::Entry made{text(5), at(static_cast<int>(pick(5))), step};
-        std::size_t size = model.entries.size();
-        std::size_t position = size ? pick(size) : 0;
-        switch (size ? pick(9) : 0) {
-            case 0:
-            case 1:
-            case 2: {
-                model.entries.push_back(made);
-                model.sort(by, order);
-                std::size_t added = list.add(made.rule, made.date, by, order);
-                ASSERT_EQ(model.entries[added], made);
-                break;
-            }
-            case 3:
-                model.entries[position] = made;
-                list.replace(position, made.rule, made.date);
-                break;
-            case 4:
-                model.entries.erase(model.entries.begin() + static_cast<std::ptrdiff_t>(position));
-                list.remove(position);
-                break;
-            case 5: {
-                Model::Entry removed = model.entries[position];
-                std::erase(model.entries, removed);
-                ASSERT_EQ(list.removeEqual(position).size(), size - model.entries.size());
-                break;
-            }
-            case 6:
-                model.sort(by, order);
-                list.sort(by, order);
-                break;
-            default: {
-                std::string typed = text(2);
-                ASSERT_EQ(list.search(typed), model.search(typed));
-                typed += text(1);
-                ASSERT_EQ(list.search(typed), model.search(typed));
-            }
+        const RuleOrder by = pick(2) ? RuleOrder::name : RuleOrder::date;
+        const Plain made{text(5), at(static_cast<int>(pick(5))), step};
+        const std::size_t size = plain.size();
+        const std::size_t position = size ? pick(size) : 0;
+        const std::size_t kind = size ? pick(9) : 0;
+        if (kind < 3) {
+            plain.push_back(made);
+            sortPlain(by);
+            ASSERT_EQ(plain[list.add(made.rule, made.date, by, order)], made);
+        } else if (kind == 3) {
+            plain[position] = made;
+            list.replace(position, made.rule, made.date);
+        } else if (kind == 4) {
+            plain.erase(plain.begin() + static_cast<std::ptrdiff_t>(position));
+            list.remove(position);
+        } else if (kind == 5) {
+            std::erase(plain, Plain(plain[position]));
+            ASSERT_EQ(list.removeEqual(position).size(), size - plain.size());
+        } else if (kind == 6) {
+            sortPlain(by);
+            list.sort(by, order);
+        } else {
+            const std::string typed = text(2);
+            expectFound(typed);
+            expectFound(typed + text(1));
         }
-        ASSERT_EQ(list.size(), model.entries.size()) << step;
+        ASSERT_EQ(list.size(), plain.size()) << step;
         for (std::size_t i = 0; i < list.size(); ++i)
-            ASSERT_EQ((Model::Entry{std::string(list.rule(i)), *list.date(i)}), model.entries[i]) << step << ": " << i;
+            ASSERT_EQ((Plain{std::string(list.rule(i)), *list.date(i), 0}), plain[i]) << step << ": " << i;
     }
-    Value stored = list.value();
-    RuleList again = RuleList::load(&stored);
-    std::vector<std::string> first;
-    for (const Model::Entry& each : model.entries)
-        if (std::find(first.begin(), first.end(), each.rule) == first.end()) first.push_back(each.rule);
-    ASSERT_EQ(again.size(), first.size());
-    for (std::size_t i = 0; i < first.size(); ++i) EXPECT_EQ(again.rule(i), first[i]);
+    const Value stored = list.value();
+    std::string first;
+    std::set<std::string> rules;
+    for (const Plain& each : plain)
+        if (rules.insert(each.rule).second) first += each.rule + " ";
+    EXPECT_EQ(rulesOf(RuleList::load(&stored)), first);
 }
 
 INSTANTIATE_TEST_SUITE_P(Locales, RuleListInLocale, testing::Values("", "de_DE", "cs_CZ", "hr_HR", "th_TH", "da_DK"));

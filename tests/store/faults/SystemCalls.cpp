@@ -104,9 +104,6 @@ int open(const char* path, int flags, ...) {
     va_end(arguments);
     return int(call(SYS_openat, AT_FDCWD, path, flags, mode));
 }
-ssize_t read(int file, void* to, size_t size) {
-    return callFor(SYS_read, size, [&](size_t part) { return syscall(SYS_read, file, to, part); });
-}
 ssize_t pread(int file, void* to, size_t size, off_t at) {
     return callFor(SYS_pread64, size, [&](size_t part) { return syscall(SYS_pread64, file, to, part, at); });
 }
@@ -143,9 +140,6 @@ int madvise(void* address, size_t size, int advice) noexcept {
 int fsync(int) {
     return faults::fails(faults::next(), SYS_fsync) ? -1 : 0;
 }
-int rename(const char* from, const char* to) noexcept {
-    return int(call(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
-}
 int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
     return int(call(SYS_renameat2, fromFolder, from, toFolder, to, 0));
 }
@@ -161,9 +155,6 @@ int linkat(int fromFolder, const char* from, int toFolder, const char* to, int f
 }
 int unlinkat(int folder, const char* path, int flags) noexcept {
     return int(call(SYS_unlinkat, folder, path, flags));
-}
-int unlink(const char* path) noexcept {
-    return int(call(SYS_unlinkat, AT_FDCWD, path, 0));
 }
 int remove(const char* path) noexcept {
     const int result = int(call(SYS_unlinkat, AT_FDCWD, path, 0));

@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """peers.py plistlib|libplist [--write] FOLDER: what another maker's reader makes of the property lists in a folder.
 
-Prints a line for each file, by name: what it says, in the words of Said.h, or "-" when it is no dictionary. With
---write, the maker writes each that is one again, as FILE.xml and FILE.binary."""
+Prints a line for each file, by name: what it says, or "-" when it is no dictionary. That is "yes", "no", and behind a
+letter a number (modulo 2^64), the bits of a real, the seconds of a date since 1970, the bytes of a text or of data;
+elements in brackets, the entries of a dictionary in order. With --write, the maker writes each that is one again, as
+FILE.xml and FILE.binary."""
 import calendar
 import ctypes
 import ctypes.util
