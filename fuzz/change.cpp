@@ -7,8 +7,8 @@
 #include "fuzz/Target.h"
 #include "store/ConfigurationStore.h"
 #include "store/Files.h"
-#include "store/NotifyCenter.h"
 #include "store/Schema.h"
+#include "store/Verbs.h"
 #include "store/rules/AppendedRules.h"
 #include "store/rules/RuleFile.h"
 #include "store/rules/RuleList.h"
@@ -23,11 +23,6 @@ using store::Dictionary;
 using store::Value;
 namespace keys = store::keys;
 namespace writers = store::writers;
-
-struct Posts : store::NotifyCenter {
-    void post(std::string_view) override { ++count; }
-    int count = 0;
-};
 
 // The entries of a list by the plain way: all of them taken apart, of those with equal rules the first.
 std::vector<std::pair<std::string, std::optional<store::Date>>> entriesOf(const Value* list) {
@@ -77,22 +72,10 @@ void changeRecord(Dictionary& file, const std::string& app) {
     record.storeIn(file, app);
 }
 
-void addApp(Dictionary& file, const std::string& app) {
-    AppRuleRecord::fresh().storeIn(file, app);
-}
-
-void removeApp(Dictionary& file, const std::string& app) {
-    file.remove(app);
-}
-
 void addAppRule(Dictionary& file, const std::string& app) {
     AppRuleRecord record = AppRuleRecord::of(file, app);
     record.dictionary().set(keys::deny, withRule(record.dictionary().find(keys::deny), "added.example"));
     record.storeIn(file, app);
-}
-
-void addGlobalRule(Dictionary& file, const std::string& rule) {
-    file.set(keys::globalDeny, withRule(file.find(keys::globalDeny), rule));
 }
 
 void importList(Dictionary& file, const std::string& lines) {
@@ -100,23 +83,20 @@ void importList(Dictionary& file, const std::string& lines) {
     file.set(keys::globalAllow, Value(sliceOf(Value(std::make_shared<store::AppendedRules>(list, lines)))));
 }
 
-template <const std::string_view& key>
-void setFlag(Dictionary& file, const std::string&) {
-    file.set(key, Value(true));
-}
-
 constexpr Verb verbs[] = {
-    {'p', writers::pruneApps, removeApp},
-    {'a', writers::addApp, addApp},
-    {'d', writers::deleteApp, removeApp},
+    {'p', writers::pruneApps, [](auto& file, auto& app) { file.remove(app); }},
+    {'a', writers::addApp, [](auto& file, auto& app) { AppRuleRecord::fresh().storeIn(file, app); }},
+    {'d', writers::deleteApp, [](auto& file, auto& app) { file.remove(app); }},
     {'e', writers::appEnabled, changeRecord<&AppRuleRecord::setEnabled, true>},
     {'o', writers::appDisabled, changeRecord<&AppRuleRecord::setEnabled, false>},
     {'s', writers::appSwitch, changeRecord<&AppRuleRecord::setBlanketMode, store::BlanketMode::denyAll>},
     {'r', writers::appRuleList, addAppRule},
-    {'g', writers::globalRuleList, addGlobalRule, keys::globalDeny},
+    {'g', writers::globalRuleList,
+     [](auto& file, auto& rule) { file.set(keys::globalDeny, withRule(file.find(keys::globalDeny), rule)); },
+     keys::globalDeny},
     {'i', writers::listImport, importList, keys::globalAllow},
-    {'f', writers::guiFlag, setFlag<keys::showAllowHelp>, keys::showAllowHelp},
-    {'w', writers::globalSwitch, setFlag<keys::log>, keys::log},
+    {'f', writers::guiFlag, [](auto& file, auto&) { file.set(keys::showAllowHelp, Value(true)); }, keys::showAllowHelp},
+    {'w', writers::globalSwitch, [](auto& file, auto&) { file.set(keys::log, Value(true)); }, keys::log},
 };
 
 std::string textOf(const Value& value) {
@@ -136,7 +116,7 @@ public:
     bool make() {
         const std::optional<Dictionary> before = store::readRuleFile(path());
         const bool isMade = store_.change(
-            verb_.writer, [this](Dictionary& file) { changed(file); }, [this] { postsAtWrite_ = posts_.count; });
+            verb_.writer, [this](Dictionary& file) { changed(file); }, [this] { postsAtWrite_ = posts_.names; });
         const bool startsEmpty = verb_.writer.whenMissing == store::WhenMissing::startEmpty;
         demand(isMade == (before || startsEmpty), "the change is made when it should not be, or the other way round");
         demandFolder(isMade && !before);
@@ -157,7 +137,7 @@ private:
         Dictionary expected = file;
         if (verb_.writer.marker == store::Marker::add && !expected.contains(keys::marker))
             expected.set(keys::marker, Value(true));
-        expected_ = valuesOf(store::dictionaryOf(store::written(expected)));
+        expected_ = canonical(store::dictionaryOf(store::written(expected)));
     }
 
     void demandFolder(bool isAside) const {
@@ -172,13 +152,14 @@ private:
     void demandWritten(const Dictionary& before) const {
         const std::optional<Dictionary> after = store::readRuleFile(path());
         demand(after.has_value(), "the file can no longer be read");
-        demand(valuesOf(*after) == expected_, "the file does not say what the change made of it");
+        demand(canonical(*after) == expected_, "the file does not say what the change made of it");
         for (const auto& [name, value] : before) {
             if (name == key()) continue;
             const Value* kept = after->find(name);
             demand(kept && textOf(*kept) == textOf(value), "a value that nobody touched is another");
         }
-        demand(postsAtWrite_ == 0 && posts_.count == (verb_.writer.notification.empty() ? 0 : 1),
+        const std::size_t notifications = verb_.writer.notification.empty() ? 0 : 1;
+        demand(postsAtWrite_.empty() && posts_.names.size() == notifications,
                "the engine is told too early, too often or not at all");
     }
 
@@ -190,9 +171,9 @@ private:
     const Verb& verb_;
     const std::string with_;
     const std::string bytesBefore_;
-    Posts posts_;
+    store::Posts posts_;
     store::ConfigurationStore store_{root(), posts_};
-    int postsAtWrite_ = 0;
+    std::vector<std::string> postsAtWrite_;
     std::string expected_;
 };
 
