@@ -330,23 +330,5 @@ TEST(Schema, ReadsRecordsWithTheirDefaults) {
     }
 }
 
-TEST(Schema, WritesRecords) {
-    Dictionary file;
-    AppRuleRecord::fresh().storeIn(file, "fresh");
-    AppRuleRecord record = AppRuleRecord::of(file, "none");
-    record.dictionary().set("unknown", Value(true));
-    record.setBlanketMode(BlanketMode::denyAll);
-    record.setEnabled(false);
-    record.setFlag(keys::stillUseRules, true);
-    record.setFlag(keys::blockSpecificWiFi, true);
-    record.storeIn(file, "set");
-    EXPECT_EQ(canonical(file), canonical(dictionaryOf(
-                                   "<dict><key>fresh</key><dict><key>allow</key><array/><key>deny</key><array/>"
-                                   "<key>allowEverything</key><string/></dict><key>set</key><dict>"
-                                   "<key>allowEverything</key><string>2</string><key>blockSpecificWiFi</key><true/>"
-                                   "<key>enabled</key><false/><key>stillUseRules</key><true/><key>unknown</key><true/>"
-                                   "</dict></dict>")));
-}
-
 }  // namespace
 }  // namespace store

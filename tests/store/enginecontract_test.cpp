@@ -80,11 +80,13 @@ TEST_F(EngineContractTest, AppRulesSayWhatTheDocumentSays) {
               (std::vector<std::string>{"imap.example.com", "*.mail.example.net"}));
     EXPECT_EQ(RuleList::load(mail.dictionary().find(keys::allow)).date(0), Date(std::chrono::seconds(1709370840)));
 
-    // All that a record can hold, and what a new one holds.
+    // All that a record can hold, as the example has it, and what a new one holds.
     AppRuleRecord full = AppRuleRecord::fresh();
-    full.setEnabled(true);
-    for (const auto key : keys::appSwitches) full.setFlag(key, true);
-    EXPECT_EQ(keysOf(mail.dictionary()), keysOf(full.dictionary()));
+    full.setEnabled(mail.enabled());
+    full.setBlanketMode(mail.blanketMode());
+    for (const auto key : keys::appSwitches) full.setFlag(key, mail.flag(key));
+    for (const auto key : {keys::allow, keys::deny}) full.dictionary().set(key, *mail.dictionary().find(key));
+    EXPECT_EQ(canonical(full.dictionary()), canonical(mail.dictionary()));
     EXPECT_EQ(canonical(AppRuleRecord::of(example, "org.example.PaperCrane").dictionary()),
               canonical(AppRuleRecord::fresh().dictionary()));
 }
