@@ -73,7 +73,7 @@ std::string_view wordOf(Verdict verdict) {
 }
 
 std::string reasonOf(const Decision& decision) {
-    const std::string reason = wordsOf(decision.cause).reason;
+    std::string reason = wordsOf(decision.cause).reason;
     if (!isByRule(decision)) return reason;
     return reason + ' ' + keyOf(decision.verdict) + " rule \"" + decision.rule + '"';
 }

@@ -36,7 +36,7 @@ void search(App& app, Figures& figures) {
     };
     for (const auto& [name, key] : {std::pair("keystroke1", u't'), std::pair("keystroke2", u'r')}) {
         app.clock().settle();
-        figures[name] = app.clock().untilPainted(isResult, [&] { type(*field, key); });
+        figures[name] = app.clock().untilPainted(isResult, [&, key = key] { type(*field, key); });
     }
     app.clock().settle();
     pressKey(*field, Qt::Key_Escape);

@@ -73,7 +73,7 @@ private:
     std::vector<double> thereAndBack(int steps, const std::function<void(bool there)>& scroll) {
         std::vector<double> frames;
         const auto inTable = [this](const QWidget& painted) { return table_.isAncestorOf(&painted); };
-        frames.reserve(std::size_t(2 * steps));
+        frames.reserve(2 * std::size_t(steps));
         for (int at = 0; at < 2 * steps; ++at)
             frames.push_back(app_.clock().untilPainted(inTable, [&] { scroll(at < steps); }));
         return frames;
