@@ -10,7 +10,7 @@ QString findModule(const QString& fileName) {
     QStringList directories = QCoreApplication::libraryPaths();
     directories.append(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib/vexmor"));
     for (const QString& directory : directories) {
-        const QString file = directory + QLatin1Char('/') + fileName;
+        QString file = directory + QLatin1Char('/') + fileName;
         if (QFile::exists(file)) return file;
     }
     return {};

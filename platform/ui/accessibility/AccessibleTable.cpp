@@ -119,8 +119,8 @@ int AccessibleTable::indexOfChild(const QAccessibleInterface* child) const {
 QAccessibleInterface* AccessibleTable::childAt(int x, int y) const {
     for (int index = 0; index < childCount(); ++index) {
         QAccessibleInterface* part = child(index);
-        const bool isRows = part == rows_;
-        if (isRows ? rows_->childAt(x, y) != nullptr : part->rect().contains(x, y)) return part;
+        const bool isHeader = index == 0 && header();
+        if (isHeader ? part->rect().contains(x, y) : rows_->childAt(x, y) != nullptr) return part;
     }
     return nullptr;
 }

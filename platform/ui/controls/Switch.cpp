@@ -45,7 +45,7 @@ void paintMarks(QPainter& painter, const QRectF& track, double knob) {
 Switch::Switch(QWidget* parent) : QAbstractButton(parent), knob_(this, [this] { update(); }) {
     setCheckable(true);
     setFocusPolicy(Qt::TabFocus);
-    resize(sizeHint());
+    resize(Switch::sizeHint());
     connect(this, &QAbstractButton::toggled, this, [this] { glideHome(); });
     connect(this, &QAbstractButton::clicked, this, [this] { Q_EMIT valueChanged(this); });
 }
