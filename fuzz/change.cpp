@@ -53,7 +53,7 @@ Value withRule(const Value* stored, const std::string& rule) {
     const auto name = store::RuleOrder::name;
     const std::size_t position = list.add(rule, store::Date(), name, order);
     demand(list.rule(position) == rule, "the rule is not where it should be");
-    const Value value(sliceOf(list.value()));
+    Value value(sliceOf(list.value()));
     demand(entriesOf(&value).size() == store::RuleList::load(&value).size(), "a written list has another length");
     return value;
 }
