@@ -42,16 +42,15 @@ bool isByRule(const Decision& decision) {
     return decision.cause == Cause::ownRule || decision.cause == Cause::globalRule;
 }
 
-const char* keyOf(Verdict verdict) {
-    switch (verdict) {
-        case Verdict::leave:
-            return "leave";
-        case Verdict::allow:
-            return "allow";
-        case Verdict::deny:
-            return "deny";
-    }
-    return "";
+struct VerdictWords {
+    const char* name;
+    const char* participle;
+};
+
+const VerdictWords& wordsOf(Verdict verdict) {
+    static constexpr std::array words{VerdictWords{"leave", "left alone"}, VerdictWords{"allow", "allowed"},
+                                      VerdictWords{"deny", "denied"}};
+    return words[static_cast<std::size_t>(verdict)];
 }
 
 QString text(std::string_view utf8) {
@@ -61,27 +60,19 @@ QString text(std::string_view utf8) {
 }  // namespace
 
 std::string_view wordOf(Verdict verdict) {
-    switch (verdict) {
-        case Verdict::leave:
-            return "left alone";
-        case Verdict::allow:
-            return "allowed";
-        case Verdict::deny:
-            return "denied";
-    }
-    return {};
+    return wordsOf(verdict).participle;
 }
 
 std::string reasonOf(const Decision& decision) {
     std::string reason = wordsOf(decision.cause).reason;
     if (!isByRule(decision)) return reason;
-    return reason + ' ' + keyOf(decision.verdict) + " rule \"" + decision.rule + '"';
+    return reason + ' ' + wordsOf(decision.verdict).name + " rule \"" + decision.rule + '"';
 }
 
 std::string jsonOf(const Decision& decision, std::string_view app, std::string_view host) {
     QJsonObject object{{QStringLiteral("app"), text(app)},
                        {QStringLiteral("host"), text(host)},
-                       {QStringLiteral("verdict"), QString::fromLatin1(keyOf(decision.verdict))},
+                       {QStringLiteral("verdict"), QString::fromLatin1(wordsOf(decision.verdict).name)},
                        {QStringLiteral("cause"), QString::fromLatin1(wordsOf(decision.cause).name)}};
     if (isByRule(decision)) object.insert(QStringLiteral("rule"), text(decision.rule));
     return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();

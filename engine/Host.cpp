@@ -55,8 +55,7 @@ std::string asciiForm(std::string_view name) {
 
 std::optional<std::string> name(std::string_view text) {
     if (text.ends_with('.')) text.remove_suffix(1);
-    const bool isAscii = std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
-    std::string lowered(isAscii ? std::string(text) : asciiForm(text));
+    std::string lowered(store::isAscii(text) ? std::string(text) : asciiForm(text));
     std::transform(lowered.begin(), lowered.end(), lowered.begin(), store::asciiLower);
     const bool hasEmptyLabel = lowered.starts_with('.') || lowered.find("..") != std::string::npos;
     if (lowered.empty() || hasEmptyLabel || !std::all_of(lowered.begin(), lowered.end(), isOfName)) return {};

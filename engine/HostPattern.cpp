@@ -1,15 +1,12 @@
 #include "engine/HostPattern.h"
 
+#include <utility>
+
+#include "store/plist/XmlText.h"
+
 namespace engine {
 
 namespace {
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view spaces = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(spaces);
-    if (begin == std::string_view::npos) return {};
-    return text.substr(begin, text.find_last_not_of(spaces) - begin + 1);
-}
 
 // Whether a name ends in another one, at a dot.
 bool isBelow(std::string_view name, std::string_view parent) {
@@ -18,8 +15,18 @@ bool isBelow(std::string_view name, std::string_view parent) {
 
 }  // namespace
 
+std::optional<Destination> parseDestination(std::string_view text) {
+    const auto parts = splitPort(text);
+    auto host = parts ? parseHost(parts->host) : std::nullopt;
+    if (!host) return {};
+    Destination destination;
+    (host->kind == Host::Kind::name ? destination.name : destination.address) = std::move(host->text);
+    destination.port = parts->port;
+    return destination;
+}
+
 std::optional<HostPattern> HostPattern::parse(std::string_view rule) {
-    std::string_view text = trimmed(rule);
+    std::string_view text = store::trimmed(rule);
     HostPattern pattern;
     if (text.starts_with('*')) {
         text.remove_prefix(1);

@@ -19,6 +19,9 @@ struct Destination {
     std::uint16_t port = 0;  // 0: unknown, which no pattern with a port matches
 };
 
+// "host" or "host:port", as people write it. Nothing when it is no host or no port.
+std::optional<Destination> parseDestination(std::string_view text);
+
 // How closely a pattern describes what it matches. A whole host is closer than one with an asterisk, a longer name
 // behind an asterisk closer than a shorter one, and with a port closer than without.
 struct Closeness {

@@ -51,14 +51,9 @@ std::optional<Options> parse(std::span<char*> arguments) {
 }
 
 int explain(const Options& options) {
-    const auto parts = engine::splitPort(options.host);
-    const auto host = parts ? engine::parseHost(parts->host) : std::nullopt;
-    if (!host) return refuse(options.host + " is no host");
-    engine::Connection connection{options.app, {}, !options.isMobile};
-    const bool isName = host->kind == engine::Host::Kind::name;
-    (isName ? connection.destination.name : connection.destination.address) = host->text;
-    connection.destination.port = parts->port;
-
+    const auto destination = engine::parseDestination(options.host);
+    if (!destination) return refuse(options.host + " is no host");
+    const engine::Connection connection{options.app, *destination, !options.isMobile};
     const engine::Decision decision = engine::decide(engine::readConfiguration(options.device), connection);
     if (options.isJson)
         std::cout << engine::jsonOf(decision, options.app, options.host) << std::endl;

@@ -79,12 +79,9 @@ TEST(HostPattern, MatchesHostsPortsAndWhatLiesBelow) {
         const auto pattern = HostPattern::parse(text);
         for (const auto& [place, matches] : places) {
             SCOPED_TRACE(testing::Message() << text << " and " << place);
-            const auto parts = splitPort(place);
-            ASSERT_TRUE(parts);
-            Destination destination{{}, {}, parts->port};
-            if (const auto host = parseHost(parts->host))
-                (host->kind == Host::Kind::name ? destination.name : destination.address) = host->text;
-            EXPECT_EQ(pattern && pattern->matches(destination), matches);
+            const auto destination = parseDestination(place);
+            ASSERT_TRUE(destination);
+            EXPECT_EQ(pattern && pattern->matches(*destination), matches);
         }
     }
 }
