@@ -16,7 +16,7 @@ constexpr QStringView hicolor = u"hicolor";
 constexpr auto themeGroup = "Icon Theme";
 constexpr const char* extensions[] = {".svg", ".png", ".xpm"};
 
-// Desktop entries often contain the extension, contrary to the specification.
+// Desktop entries often contain the extension, which the Icon Theme standard leaves out.
 QString withoutExtension(const QString& name) {
     for (const char* extension : extensions) {
         const QLatin1String end(extension);
