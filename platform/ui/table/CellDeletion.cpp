@@ -45,7 +45,7 @@ protected:
 
 }  // namespace
 
-CellDeletion::CellDeletion(QWidget* cell, std::function<void()> moved)
+CellDeletion::CellDeletion(QWidget* cell, const std::function<void()>& moved)
     : controlButton_(new RoundControl(cell)),
       deleteButton_(new DeleteButton(QStringLiteral("Delete"), cell)),
       control_(cell, moved),

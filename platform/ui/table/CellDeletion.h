@@ -15,7 +15,7 @@ public:
     static constexpr int buttonWidth = 74;
 
     // `moved` is called whenever the cell must update its layout.
-    CellDeletion(QWidget* cell, std::function<void()> moved);
+    CellDeletion(QWidget* cell, const std::function<void()>& moved);
 
     void showControl(bool shown, bool animated);
 
