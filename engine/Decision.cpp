@@ -14,12 +14,14 @@ struct Match {
     std::string rule;
 };
 
-std::optional<Match> closestMatch(const store::Value* list, const Destination& destination) {
+std::optional<Match> closestMatch(Verdict verdict, const store::Value* list, const Destination& destination) {
     const store::RuleList rules = store::RuleList::load(list);
     std::optional<Match> closest;
     for (std::size_t i = 0; i < rules.size(); ++i) {
         const auto pattern = HostPattern::parse(rules.rule(i));
-        if (!pattern || !pattern->matches(destination)) continue;
+        if (!pattern) continue;
+        const bool isLookup = verdict == Verdict::allow && destination.port == lookupPort;
+        if (!(isLookup ? pattern->matchesHost(destination) : pattern->matches(destination))) continue;
         if (!closest || pattern->closeness() > closest->closeness)
             closest = Match{pattern->closeness(), std::string(rules.rule(i))};
     }
@@ -28,46 +30,60 @@ std::optional<Match> closestMatch(const store::Value* list, const Destination& d
 
 std::optional<Decision> decideByLists(Cause cause, const store::Value* allow, const store::Value* deny,
                                       const Destination& destination) {
-    auto allowed = closestMatch(allow, destination);
-    auto denied = closestMatch(deny, destination);
+    auto allowed = closestMatch(Verdict::allow, allow, destination);
+    auto denied = closestMatch(Verdict::deny, deny, destination);
     if (denied && (!allowed || denied->closeness >= allowed->closeness))
         return Decision{Verdict::deny, cause, std::move(denied->rule)};
     if (allowed) return Decision{Verdict::allow, cause, std::move(allowed->rule)};
     return {};
 }
 
-std::optional<Decision> decideByOwnLists(const store::AppRuleRecord& record, const Destination& destination) {
-    const bool apply = record.blanketMode() == store::BlanketMode::neither || record.flag(keys::stillUseRules);
-    if (!apply) return {};
-    const store::Dictionary& own = record.dictionary();
-    return decideByLists(Cause::ownRule, own.find(keys::allow), own.find(keys::deny), destination);
-}
-
-std::optional<Decision> decideByGlobalLists(const store::AppRuleRecord& record, const store::Dictionary& global,
-                                            const Destination& destination) {
-    const bool apply = record.blanketMode() == store::BlanketMode::neither || boolValue(global, keys::respectGlobal);
-    if (!apply) return {};
-    return decideByLists(Cause::globalRule, global.find(keys::globalAllow), global.find(keys::globalDeny), destination);
-}
-
 }  // namespace
 
-Decision decide(const Configuration& configuration, const Connection& connection) {
-    if (configuration.isDisabled) return {Verdict::leave, Cause::firewallOff, {}};
-    const store::Value* stored = configuration.appRules.find(connection.app);
-    if (!stored || stored->kind() != store::Kind::dictionary) return {Verdict::leave, Cause::notUnderFirewall, {}};
-    const auto record = store::AppRuleRecord::of(configuration.appRules, connection.app);
-    if (!record.enabled()) return {Verdict::leave, Cause::appOff, {}};
+Policy policyOf(const Configuration& configuration, std::string_view app, bool isOnWiFi) {
+    Policy policy;
+    const store::Value* stored = configuration.appRules.find(app);
+    const bool hasRecord = stored && stored->kind() == store::Kind::dictionary;
+    const auto record = store::AppRuleRecord::of(configuration.appRules, app);
+    if (configuration.isDisabled)
+        policy.leaves = Cause::firewallOff;
+    else if (!hasRecord)
+        policy.leaves = Cause::notUnderFirewall;
+    else if (!record.enabled())
+        policy.leaves = Cause::appOff;
+    if (!isOnWiFi && record.flag(keys::blockSpecificWiFi))
+        policy.denies = Cause::appNeedsWiFi;
+    else if (!isOnWiFi && boolValue(configuration.globalRules, keys::blockNonWiFi))
+        policy.denies = Cause::allNeedWiFi;
 
-    const store::Dictionary& global = configuration.globalRules;
-    if (!connection.isOnWiFi) {
-        if (record.flag(keys::blockSpecificWiFi)) return {Verdict::deny, Cause::appNeedsWiFi, {}};
-        if (boolValue(global, keys::blockNonWiFi)) return {Verdict::deny, Cause::allNeedWiFi, {}};
+    const store::BlanketMode mode = record.blanketMode();
+    const bool isDetailed = mode == store::BlanketMode::neither;
+    policy.usesOwnLists = isDetailed || record.flag(keys::stillUseRules);
+    policy.deniesAll = mode == store::BlanketMode::denyAll;
+    policy.usesGlobalLists = isDetailed || boolValue(configuration.globalRules, keys::respectGlobal);
+    policy.allowsAll = mode == store::BlanketMode::allowAll;
+    return policy;
+}
+
+Decision decide(const Configuration& configuration, const Connection& connection) {
+    const Policy policy = policyOf(configuration, connection.app, connection.isOnWiFi);
+    if (policy.leaves) return {Verdict::leave, *policy.leaves, {}};
+    if (policy.denies) return {Verdict::deny, *policy.denies, {}};
+    if (policy.usesOwnLists) {
+        const auto record = store::AppRuleRecord::of(configuration.appRules, connection.app);
+        const store::Dictionary& own = record.dictionary();
+        auto decision =
+            decideByLists(Cause::ownRule, own.find(keys::allow), own.find(keys::deny), connection.destination);
+        if (decision) return *std::move(decision);
     }
-    if (auto decision = decideByOwnLists(record, connection.destination)) return *std::move(decision);
-    if (record.blanketMode() == store::BlanketMode::denyAll) return {Verdict::deny, Cause::denyAll, {}};
-    if (auto decision = decideByGlobalLists(record, global, connection.destination)) return *std::move(decision);
-    if (record.blanketMode() == store::BlanketMode::allowAll) return {Verdict::allow, Cause::allowAll, {}};
+    if (policy.deniesAll) return {Verdict::deny, Cause::denyAll, {}};
+    if (policy.usesGlobalLists) {
+        const store::Dictionary& global = configuration.globalRules;
+        auto decision = decideByLists(Cause::globalRule, global.find(keys::globalAllow), global.find(keys::globalDeny),
+                                      connection.destination);
+        if (decision) return *std::move(decision);
+    }
+    if (policy.allowsAll) return {Verdict::allow, Cause::allowAll, {}};
     return {};
 }
 

@@ -46,6 +46,17 @@ struct Decision {
     bool operator==(const Decision&) const = default;
 };
 
+// What the switches say about an app's connections, before any list is asked; in the order of the causes.
+struct Policy {
+    std::optional<Cause> leaves;  // firewallOff, notUnderFirewall or appOff: nothing else holds then
+    std::optional<Cause> denies;  // appNeedsWiFi or allNeedWiFi: nothing else holds then
+    bool usesOwnLists = false;
+    bool deniesAll = false;
+    bool usesGlobalLists = false;
+    bool allowsAll = false;
+};
+Policy policyOf(const Configuration& configuration, std::string_view app, bool isOnWiFi);
+
 // What the configuration says about a connection; docs/engine-contract.md has the order as a table. Of all entries of
 // an allow and deny list that match, the closest decides, and of equally close ones one that denies. A pure function,
 // any thread; takes the time of reading the lists that it comes to.

@@ -35,12 +35,17 @@ struct Closeness {
     }
 };
 
+inline constexpr std::uint16_t lookupPort = 53;  // RFC 1035
+
 // The pattern of a rule entry:
 //
 //     example.net      this host
 //     *example.net     this host and all below it; "*.example.net" those below it alone, "*" every host
 //     192.0.2.7        a host by its address; 2001:db8::7 and [2001:db8::7] as well
 //     example.net:80   each of them on this port alone; an IPv6 address then needs its brackets
+//
+// An entry that allows one port allows the lookup of the name as well, which is a connection to lookupPort: without it
+// the port would never be reached.
 //
 // Any thread.
 class HostPattern {
@@ -49,15 +54,18 @@ public:
     static std::optional<HostPattern> parse(std::string_view rule);
 
     bool matches(const Destination& destination) const;
+    // The same, whatever the port is.
+    bool matchesHost(const Destination& destination) const;
     Closeness closeness() const;
 
-private:
     enum class Scope { host, hostAndBelow, below, everything };
+    Scope scope() const { return scope_; }
+    const Host& host() const { return host_; }  // empty when the scope is everything
+    std::uint16_t port() const { return port_; }  // 0: every port
 
-    bool matchesHost(const Destination& destination) const;
-
+private:
     Scope scope_ = Scope::host;
-    Host host_;  // empty when the scope is everything
+    Host host_;
     std::uint16_t port_ = 0;
 };
 
