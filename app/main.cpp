@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/Run.h"
+#include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopAddress.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/DesktopNotification.h"
@@ -26,7 +27,7 @@ QSize deviceScreen(const QScreen& real) {
 int main(int argc, char** argv) {
     std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
-    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories("/"));
+    platform::DesktopApplicationList applications(platform::dataDirectories("/"));
     applications.readAhead();
     applications.setScale(application.devicePixelRatio());
     QApplication::setApplicationName(QStringLiteral("Vexmor"));

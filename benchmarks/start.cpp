@@ -4,6 +4,7 @@
 
 #include "app/Run.h"
 #include "benchmarks/FirstFrame.h"
+#include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
 #include "platform/system/HostNetwork.h"
@@ -14,7 +15,7 @@ int main(int argc, char** argv) {
     std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
     const bench::FirstFrame firstFrame("views::VxmAppCell", argv[1]);
-    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(argv[2]), argv[2]);
+    platform::DesktopApplicationList applications(platform::dataDirectories(argv[2]), argv[2]);
     applications.readAhead();
     applications.setScale(application.devicePixelRatio());
     platform::SystemNotifyCenter notifyCenter;

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "fuzz/Target.h"
-#include "platform/system/DesktopEntry.h"
+#include "platform/desktop/DesktopEntry.h"
 #include "store/Files.h"
 
 namespace fuzz {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/Run.h"
+#include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
 #include "platform/system/FixedNetwork.h"
@@ -57,8 +58,7 @@ std::unique_ptr<platform::Network> makeNetwork(simulator::Network network) {
 int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notifyCenter, int& argc, char** argv) {
     std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
-    platform::DesktopApplicationList applications(platform::DesktopApplicationList::dataDirectories(options.device),
-                                                  options.device);
+    platform::DesktopApplicationList applications(platform::dataDirectories(options.device), options.device);
     applications.readAhead();
     applications.setScale(application.devicePixelRatio());
     const std::unique_ptr<platform::Network> network = makeNetwork(options.network);

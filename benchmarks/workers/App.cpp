@@ -8,6 +8,7 @@
 
 #include "app/Run.h"
 #include "benchmarks/workers/Events.h"
+#include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/FixedNetwork.h"
 #include "platform/ui/alert/AlertView.h"
@@ -50,8 +51,8 @@ ino_t identity(const std::filesystem::path& file) {
 App::App(const std::string& deviceFolder)
     : folder_(deviceFolder),
       application_(argumentCount(), arguments()),
-      applications_(std::make_unique<platform::DesktopApplicationList>(
-          platform::DesktopApplicationList::dataDirectories(deviceFolder), deviceFolder)),
+      applications_(
+          std::make_unique<platform::DesktopApplicationList>(platform::dataDirectories(deviceFolder), deviceFolder)),
       network_(std::make_unique<platform::FixedNetwork>(platform::FixedNetwork::Kind::wifi)) {
     applications_->setScale(application_.devicePixelRatio());
     platform::AnimationClock::setInstant(true);

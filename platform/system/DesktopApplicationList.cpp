@@ -1,13 +1,12 @@
 #include "platform/system/DesktopApplicationList.h"
 
 #include <QFile>
-#include <algorithm>
 #include <mutex>
 #include <system_error>
 #include <thread>
 #include <utility>
 
-#include "platform/system/DesktopEntry.h"
+#include "platform/desktop/DesktopEntry.h"
 #include "platform/system/IconImage.h"
 #include "platform/system/IconTheme.h"
 
@@ -18,11 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr QStringView genericIconIdentifier = u"com.apple.WebSheet";
-
-fs::path environmentPath(const char* variable, const fs::path& otherwise) {
-    const fs::path path = qgetenv(variable).toStdString();
-    return path.is_absolute() ? path : otherwise;
-}
 
 }  // namespace
 
@@ -77,27 +71,6 @@ DesktopApplicationList::~DesktopApplicationList() = default;
 
 void DesktopApplicationList::setScale(double scale) {
     d_->scale = scale;
-}
-
-std::vector<fs::path> DesktopApplicationList::dataDirectories(const fs::path& root) {
-    std::vector<fs::path> directories;
-    const auto add = [&](const fs::path& path) {
-        const fs::path plainPath = (path / "").lexically_normal().parent_path();
-        if (path.is_absolute() && std::find(directories.begin(), directories.end(), plainPath) == directories.end())
-            directories.push_back(plainPath);
-    };
-    if (root == "/") {
-        const fs::path dataHome = environmentPath("XDG_DATA_HOME", environmentPath("HOME", "/") / ".local/share");
-        add(dataHome);
-        for (const QByteArray& path : qgetenv("XDG_DATA_DIRS").split(':')) add(path.toStdString());
-        if (directories.size() == 1)
-            for (const char* path : {"/usr/local/share", "/usr/share"}) add(path);
-        add(dataHome / "flatpak/exports/share");
-    } else {
-        for (const char* path : {"usr/local/share", "usr/share"}) add(fs::absolute(root) / path);
-    }
-    for (const char* path : {"var/lib/flatpak/exports/share", "var/lib/snapd/desktop"}) add(fs::absolute(root) / path);
-    return directories;
 }
 
 QHash<QString, QString> DesktopApplicationList::applicationsFilteredUsingPredicate(

@@ -22,8 +22,8 @@ namespace platform {
 class DesktopApplicationList : public ApplicationList {
     Q_OBJECT
 public:
-    // `dataDirectories` in order of precedence. Absolute icon paths of entries and the desktop's settings are resolved
-    // below `root`.
+    // `dataDirectories` in order of precedence (platform::dataDirectories()). Absolute icon paths of entries and the
+    // desktop's settings are resolved below `root`.
     explicit DesktopApplicationList(std::vector<std::filesystem::path> dataDirectories,
                                     std::filesystem::path root = "/");
     ~DesktopApplicationList() override;
@@ -36,11 +36,6 @@ public:
 
     // Sets the device pixel ratio of icons (default 1). Call before the first icon is requested.
     void setScale(double scale);
-
-    // The data directories below a file system root. For "/" those of the environment (XDG Base Directory
-    // Specification 0.8: XDG_DATA_HOME, XDG_DATA_DIRS), Flatpak's and Snap's exports included; for any other root its
-    // own usr/local/share, usr/share and exports, and nothing of the host's.
-    static std::vector<std::filesystem::path> dataDirectories(const std::filesystem::path& root);
 
     QHash<QString, QString> applicationsFilteredUsingPredicate(
         const std::function<bool(const QString& identifier)>& predicate) override;

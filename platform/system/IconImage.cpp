@@ -6,8 +6,8 @@
 #include <QSvgRenderer>
 #include <cmath>
 
+#include "platform/desktop/RegularFile.h"
 #include "platform/system/IconPainter.h"
-#include "platform/system/RegularFile.h"
 
 namespace platform {
 

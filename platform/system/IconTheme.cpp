@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/system/KeyFile.h"
+#include "platform/desktop/KeyFile.h"
 
 namespace platform {
 

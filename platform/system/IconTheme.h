@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/system/RegularFile.h"
+#include "platform/desktop/RegularFile.h"
 
 namespace platform {
 

@@ -12,8 +12,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/desktop/RegularFile.h"
 #include "platform/system/Netlink.h"
-#include "platform/system/RegularFile.h"
 
 namespace platform {
 

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "monkey/Rights.h"
-#include "platform/system/RegularFile.h"
+#include "platform/desktop/RegularFile.h"
 #include "store/ConfigurationStore.h"
 #include "store/files/Temporaries.h"
 

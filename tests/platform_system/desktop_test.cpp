@@ -7,6 +7,7 @@
 #include <QUrl>
 #include <tuple>
 
+#include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopAddress.h"
 #include "platform_system/DataDirectory.h"
 
@@ -134,11 +135,11 @@ TEST(DesktopApplicationList, AQuerySeesWhatIsInstalledNow) {
 TEST(DesktopApplicationList, DataDirectoriesOfTheEnvironmentAndOfARoot) {
     const Environment home("XDG_DATA_HOME", "/home/u/data"),
         directories("XDG_DATA_DIRS", "/a/share/:relative::/b/share:/a/share");
-    const std::vector<fs::path> ofTheHost = DesktopApplicationList::dataDirectories("/");
+    const std::vector<fs::path> ofTheHost = platform::dataDirectories("/");
     EXPECT_EQ(ofTheHost,
               (std::vector<fs::path>{"/home/u/data", "/a/share", "/b/share", "/home/u/data/flatpak/exports/share",
                                      "/var/lib/flatpak/exports/share", "/var/lib/snapd/desktop"}));
-    const std::vector<fs::path> ofADevice = DesktopApplicationList::dataDirectories("/device/");
+    const std::vector<fs::path> ofADevice = platform::dataDirectories("/device/");
     EXPECT_EQ(ofADevice.front(), "/device/usr/local/share");
     for (const fs::path& path : ofADevice) EXPECT_TRUE(path.string().starts_with("/device/")) << path;
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/VxmAppDelegate.h"
+#include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
 #include "platform/system/FixedNetwork.h"
@@ -107,7 +108,7 @@ private:
     const std::filesystem::path applicationFolder_ = root_ / "usr/share/applications";
     Recorder recorder_{*this};
     store::ConfigurationStore store_{root_, recorder_};
-    platform::DesktopApplicationList applications_{platform::DesktopApplicationList::dataDirectories(root_)};
+    platform::DesktopApplicationList applications_{platform::dataDirectories(root_)};
     platform::FixedNetwork network_{platform::FixedNetwork::Kind::wifi};
     platform::Device device_;
     std::unique_ptr<app::VxmAppDelegate> app_;

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/system/RegularFile.h"
+#include "platform/desktop/RegularFile.h"
 
 namespace platform {
 

@@ -1,11 +1,11 @@
-#include "platform/system/KeyFile.h"
+#include "platform/desktop/KeyFile.h"
 
 #include <glib.h>
 
 #include <algorithm>
 #include <string>
 
-#include "platform/system/RegularFile.h"
+#include "platform/desktop/RegularFile.h"
 
 namespace platform {
 

@@ -1,4 +1,4 @@
-#include "platform/system/RegularFile.h"
+#include "platform/desktop/RegularFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "platform/system/DesktopEntry.h"
+#include "platform/desktop/DesktopEntry.h"
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/system/KeyFile.h"
+#include "platform/desktop/KeyFile.h"
 #include "store/parallel/Parts.h"
 
 namespace platform {
