@@ -60,7 +60,7 @@ public:
 
     enum class Scope { host, hostAndBelow, below, everything };
     Scope scope() const { return scope_; }
-    const Host& host() const { return host_; }  // empty when the scope is everything
+    const Host& host() const { return host_; }    // empty when the scope is everything
     std::uint16_t port() const { return port_; }  // 0: every port
 
 private:
