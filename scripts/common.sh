@@ -22,6 +22,7 @@ is_seconds() { [[ $1 =~ ^[1-9][0-9]{0,6}$ ]]; }
 
 source scripts/progress.sh
 source scripts/sysroot.sh
+source scripts/daemon.sh
 
 # packages GROUP...: the packages of these groups of packaging/packages.txt, one a line.
 packages() {
@@ -74,12 +75,12 @@ ensure_packages() {
 groups_of() {
     case $1 in
         release) echo build ;;
-        bench) echo build bench ;;
-        tidy) echo build test bench ;;
+        bench) echo build engine bench ;;
+        tidy) echo build engine test bench ;;
         fuzz) echo build fuzz ;;
         arm64) echo build arm64 ;;
         arm64-debug) echo build test assistance arm64 emulator ;;
-        *) echo build test assistance ;;
+        *) echo build engine test assistance ;;
     esac
 }
 
@@ -90,6 +91,7 @@ configure() {
     ensure_packages $(groups_of "$preset")
     mkdir -p build 2>/dev/null && [ -w build ] || fail "cannot write to $PWD/build"
     [[ $preset != arm64* ]] || ensure_sysroot arm64
+    [[ $preset != @(debug|asan|tsan) ]] || ensure_daemon
     local log; log=$(mktemp)
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; rm -f "$log"; fail "configuring $preset failed"; }
     rm -f "$log"

@@ -1,5 +1,6 @@
 #include "engine/translation/DaemonRule.h"
 
+#include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -49,6 +50,12 @@ std::string jsonOf(const DaemonRule& rule, const std::string& hostFolder) {
         {QStringLiteral("operator"), all},
     };
     return QJsonDocument(object).toJson(QJsonDocument::Indented).toStdString();
+}
+
+std::string digestOf(const DaemonRule& rule) {
+    const std::string text = jsonOf(rule, {});
+    const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().left(12).toStdString();
 }
 
 }  // namespace engine

@@ -45,4 +45,7 @@ struct DaemonRule {
 // thread.
 std::string jsonOf(const DaemonRule& rule, const std::string& hostFolder);
 
+// Twelve hexadecimal digits of the SHA-256 of all but the file of hosts. Any thread.
+std::string digestOf(const DaemonRule& rule);
+
 }  // namespace engine

@@ -1,6 +1,5 @@
 #include "engine/translation/Translation.h"
 
-#include <QCryptographicHash>
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -9,6 +8,7 @@
 #include <utility>
 
 #include "engine/HostPattern.h"
+#include "engine/translation/Expression.h"
 #include "engine/translation/HostSets.h"
 #include "store/Schema.h"
 
@@ -28,39 +28,6 @@ constexpr const char* denyAll = "3";
 constexpr const char* globalLists = "4";
 constexpr const char* allowAll = "5";
 constexpr const char* everythingElse = "9";
-
-// A text as an expression for itself.
-std::string escaped(std::string_view text) {
-    std::string expression;
-    for (const char c : text) {
-        const bool isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
-                             c == '_' || c == '/' || c == ':' || static_cast<unsigned char>(c) >= 0x80;
-        if (!isPlain) expression += '\\';
-        expression += c;
-    }
-    return expression;
-}
-
-std::string anyOf(const Texts& expressions) {
-    std::string all = "(?:";
-    for (const std::string& expression : expressions) {
-        if (all.size() > 3) all += '|';
-        all += expression;
-    }
-    return all + ')';
-}
-
-std::string anyTextOf(const Texts& texts) {
-    Texts expressions;
-    std::transform(texts.begin(), texts.end(), std::back_inserter(expressions), escaped);
-    return anyOf(expressions);
-}
-
-// That the operand is one of the texts. They are not empty.
-Condition isOneOf(std::string operand, const Texts& texts, bool isCaseSensitive) {
-    if (texts.size() == 1) return {Condition::Type::simple, std::move(operand), texts.front(), isCaseSensitive};
-    return {Condition::Type::regexp, std::move(operand), '^' + anyTextOf(texts) + '$', isCaseSensitive};
-}
 
 void sortOnce(Texts& texts) {
     std::sort(texts.begin(), texts.end());
@@ -110,12 +77,6 @@ std::vector<Texts> parts(Texts hosts, std::size_t size) {
     std::vector<Texts> divided(std::bit_ceil((hosts.size() + size - 1) / size));
     for (std::string& host : hosts) divided[hashOf(host) & (divided.size() - 1)].push_back(std::move(host));
     return divided;
-}
-
-std::string digestOf(const DaemonRule& rule) {
-    const std::string text = jsonOf(rule, {});
-    const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().left(12).toStdString();
 }
 
 // An app's identifier as part of a file's name.

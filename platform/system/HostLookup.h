@@ -4,7 +4,7 @@
 #include <QString>
 #include <functional>
 
-#include "platform/system/HostAddress.h"
+#include "platform/network/HostAddress.h"
 
 namespace platform {
 

@@ -7,7 +7,7 @@
 
 #include "platform/system/HostLookup.h"
 #include "platform/system/RouteMonitor.h"
-#include "platform/system/Routes.h"
+#include "platform/network/Routes.h"
 
 namespace platform {
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/system/HostAddress.h"
+#include "platform/network/HostAddress.h"
 
 namespace platform {
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/system/Netlink.h"
+#include "platform/network/Netlink.h"
 
 class QSocketNotifier;
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/system/HostAddress.h"
+#include "platform/network/HostAddress.h"
 
 namespace platform {
 class Network;

@@ -1,4 +1,4 @@
-#include "platform/system/Netlink.h"
+#include "platform/network/Netlink.h"
 
 #include <fcntl.h>
 #include <libmnl/libmnl.h>

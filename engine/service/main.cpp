@@ -1,3 +1,4 @@
+// vexmor-engine [--device DIR] [--rules DIR] [--state DIR]
 // vexmor-engine explain [--device DIR] [--mobile] [--json] APP HOST[:PORT]
 #include <iostream>
 #include <optional>
@@ -9,11 +10,14 @@
 #include "engine/ConfigurationFiles.h"
 #include "engine/Decision.h"
 #include "engine/Explanation.h"
+#include "engine/service/Service.h"
 
 namespace {
 
 constexpr int misused = 2;
-constexpr std::string_view usage = "usage: vexmor-engine explain [--device DIR] [--mobile] [--json] APP HOST[:PORT]";
+constexpr std::string_view serviceUsage = "usage: vexmor-engine [--device DIR] [--rules DIR] [--state DIR]";
+constexpr std::string_view explainUsage =
+    "usage: vexmor-engine explain [--device DIR] [--mobile] [--json] APP HOST[:PORT]";
 
 int refuse(std::string_view reason) {
     std::cerr << "vexmor-engine: " << reason << std::endl;
@@ -63,11 +67,30 @@ int explain(const Options& options) {
     return 0;
 }
 
+std::optional<engine::Places> parsePlaces(std::span<char*> arguments) {
+    engine::Places places;
+    for (std::size_t i = 0; i + 1 < arguments.size(); i += 2) {
+        const std::string_view argument = arguments[i];
+        if (argument == "--device")
+            places.device = arguments[i + 1];
+        else if (argument == "--rules")
+            places.rules = arguments[i + 1];
+        else if (argument == "--state")
+            places.state = arguments[i + 1];
+        else
+            return {};
+    }
+    return arguments.size() % 2 == 0 ? std::optional(places) : std::nullopt;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    const std::span arguments(argv, static_cast<std::size_t>(argc));
-    if (argc < 2 || std::string_view(arguments[1]) != "explain") return refuse(usage);
-    const auto options = parse(arguments.subspan(2));
-    return options ? explain(*options) : refuse(usage);
+    const auto arguments = std::span(argv, static_cast<std::size_t>(argc)).subspan(1);
+    if (!arguments.empty() && std::string_view(arguments.front()) == "explain") {
+        const auto options = parse(arguments.subspan(1));
+        return options ? explain(*options) : refuse(explainUsage);
+    }
+    const auto places = parsePlaces(arguments);
+    return places ? engine::runService(*places) : refuse(serviceUsage);
 }

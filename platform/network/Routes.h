@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/system/HostAddress.h"
+#include "platform/network/HostAddress.h"
 
 namespace platform {
 

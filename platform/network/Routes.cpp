@@ -1,4 +1,4 @@
-#include "platform/system/Routes.h"
+#include "platform/network/Routes.h"
 
 #include <libmnl/libmnl.h>
 #include <linux/if_arp.h>
@@ -13,7 +13,7 @@
 #include <string>
 
 #include "platform/desktop/RegularFile.h"
-#include "platform/system/Netlink.h"
+#include "platform/network/Netlink.h"
 
 namespace platform {
 

@@ -1,4 +1,4 @@
-#include "platform/system/HostAddress.h"
+#include "platform/network/HostAddress.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

@@ -1,0 +1,250 @@
+#include "engine/service/RuleDirectory.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "engine/translation/Expression.h"
+#include "engine/translation/Translation.h"
+#include "store/files/Descriptor.h"
+#include "store/files/FileReading.h"
+#include "store/files/FileReplacement.h"
+#include "store/files/Sink.h"
+#include "store/files/Temporaries.h"
+
+namespace engine {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Action = DaemonRule::Action;
+using Hosts = std::vector<std::string>;
+using Clock = std::chrono::steady_clock;
+
+// The daemon looks every 4 s, and then has a million hosts to read.
+constexpr std::chrono::milliseconds pause{6000};
+constexpr std::string_view extension = ".json";
+constexpr const char* hostFileName = "hosts.txt";  // the daemon wants a dot in it
+
+std::string contentOf(const fs::path& file) {
+    const auto content = store::readFile(file);
+    return content ? std::string(content->view()) : std::string();
+}
+
+// A line of a name has an address in front of it.
+std::string_view prefixOf(HostFile::Kind kind) {
+    return kind == HostFile::Kind::names ? "0.0.0.0 " : "";
+}
+
+std::string textOf(HostFile::Kind kind, const Hosts& hosts) {
+    const std::string_view prefix = prefixOf(kind);
+    std::size_t size = 0;
+    for (const std::string& host : hosts) size += prefix.size() + host.size() + 1;
+    std::string text;
+    text.reserve(size);
+    for (const std::string& host : hosts) {
+        text += prefix;
+        text += host;
+        text += '\n';
+    }
+    return text;
+}
+
+Hosts hostsOf(HostFile::Kind kind, std::string_view text) {
+    const std::string_view prefix = prefixOf(kind);
+    Hosts hosts;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        std::string_view line = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        if (line.starts_with(prefix)) hosts.emplace_back(line.substr(prefix.size()));
+    }
+    if (!std::is_sorted(hosts.begin(), hosts.end())) std::sort(hosts.begin(), hosts.end());
+    return hosts;
+}
+
+std::error_code replace(const fs::path& file, std::string_view text) {
+    return store::replaceFile(file, [&](store::Sink& sink) { sink.write(text); });
+}
+
+// The daemon (1.5.8) takes no notice of a file that is renamed to its place, only of one that is written: the first
+// byte is written once more.
+std::error_code touch(const fs::path& file) {
+    const store::Descriptor descriptor(::open(file.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+    char first = 0;
+    const bool done = descriptor.isOpen() && ::pread(descriptor.number(), &first, 1, 0) == 1 &&
+                      ::pwrite(descriptor.number(), &first, 1, 0) == 1;
+    return done ? std::error_code() : std::error_code(errno, std::generic_category());
+}
+
+// Whether a rule file denies. One that cannot be read counts as such, so that it goes last.
+bool denies(const fs::path& file) {
+    const std::string text = contentOf(file);
+    const auto bytes = QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size()));
+    return QJsonDocument::fromJson(bytes).object().value(QStringLiteral("action")) != QStringLiteral("allow");
+}
+
+}  // namespace
+
+RuleDirectory::RuleDirectory(fs::path rules, fs::path hosts) : rules_(std::move(rules)), hosts_(std::move(hosts)) {
+    // Another process may have changed a file just now.
+    std::error_code ignored;
+    if (fs::directory_iterator(hosts_, ignored) != fs::directory_iterator()) hostChange_ = Clock::now();
+}
+
+fs::path RuleDirectory::ruleFile(const std::string& name) const {
+    return rules_ / (name + std::string(extension));
+}
+
+fs::path RuleDirectory::hostFolder(const DaemonRule& rule) const {
+    return hosts_ / rule.name;
+}
+
+void RuleDirectory::note(std::error_code error) {
+    if (!failure_) failure_ = error;
+}
+
+void RuleDirectory::bringTo(std::vector<DaemonRule> rules) {
+    wanted_ = std::move(rules);
+    stage_ = Stage::newDenials;
+}
+
+std::optional<std::chrono::milliseconds> RuleDirectory::step(std::error_code& failure) {
+    failure_ = {};
+    switch (stage_) {
+        case Stage::newDenials:
+            store::removeStaleTemporaries(rules_);
+            addNewDenials();
+            stage_ = Stage::allowances;
+            break;
+        case Stage::allowances:
+            changeAllowances();
+            stage_ = Stage::oldDenials;
+            break;
+        case Stage::oldDenials:
+            removeOldDenials();
+            stage_ = Stage::done;
+            break;
+        case Stage::done:
+            break;
+    }
+    failure = failure_;
+    if (failure) stage_ = Stage::done;
+    if (stage_ == Stage::done) return {};
+    if (!hostChange_) return std::chrono::milliseconds(0);
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*hostChange_ + pause - Clock::now());
+    return std::max(left, std::chrono::milliseconds(0));
+}
+
+void RuleDirectory::addNewDenials() {
+    for (const DaemonRule& rule : wanted_) {
+        if (rule.action != Action::deny) continue;
+        if (rule.hosts) putHosts(rule, true);
+        putRule(rule);
+    }
+}
+
+void RuleDirectory::changeAllowances() {
+    for (const DaemonRule& rule : wanted_) {
+        if (rule.action == Action::deny) continue;
+        if (rule.hosts) putHosts(rule, false);
+        putRule(rule);
+    }
+    remove(false);
+}
+
+void RuleDirectory::removeOldDenials() {
+    transitional_.clear();
+    for (const DaemonRule& rule : wanted_)
+        if (rule.action == Action::deny && rule.hosts) putHosts(rule, false);
+    remove(false);
+    remove(true);
+    removeUnusedHosts();
+}
+
+// With `keepsOld` the file has the hosts of before as well.
+void RuleDirectory::putHosts(const DaemonRule& rule, bool keepsOld) {
+    const HostFile::Kind kind = rule.hosts->kind;
+    const fs::path folder = hostFolder(rule);
+    const fs::path file = folder / hostFileName;
+    const std::string before = contentOf(file);
+    const std::string after = textOf(kind, rule.hosts->hosts);
+    if (before == after) return;
+
+    std::error_code error;
+    fs::create_directories(folder, error);
+    note(error);
+    store::removeStaleTemporaries(folder);
+    const Hosts old = hostsOf(kind, before);
+    Hosts added;
+    std::set_difference(rule.hosts->hosts.begin(), rule.hosts->hosts.end(), old.begin(), old.end(),
+                        std::back_inserter(added));
+    if (!old.empty() && !added.empty()) putTransitional(rule, std::move(added));
+    if (keepsOld && !old.empty()) {
+        Hosts both;
+        std::set_union(rule.hosts->hosts.begin(), rule.hosts->hosts.end(), old.begin(), old.end(),
+                       std::back_inserter(both));
+        const std::string text = textOf(kind, both);
+        if (text == before) return;
+        note(replace(file, text));
+    } else {
+        note(replace(file, after));
+    }
+    hostChange_ = Clock::now();
+}
+
+// A rule for the hosts that join a file, while they are few enough for an expression.
+void RuleDirectory::putTransitional(const DaemonRule& rule, Hosts added) {
+    if (added.size() > expressionHosts) return;
+    DaemonRule own = rule;
+    own.conditions.push_back(
+        isOneOf(rule.hosts->kind == HostFile::Kind::names ? "dest.host" : "dest.ip", added, false));
+    own.hosts.reset();
+    own.name = rule.name + "-joining-" + digestOf(own);
+    transitional_.insert(own.name);
+    putRule(own);
+}
+
+void RuleDirectory::putRule(const DaemonRule& rule) {
+    const fs::path file = ruleFile(rule.name);
+    const std::string text = jsonOf(rule, hostFolder(rule));
+    if (contentOf(file) == text) return;
+    note(replace(file, text));
+    note(touch(file));
+}
+
+// Removes our rules that are not wanted: those that deny, or the others.
+void RuleDirectory::remove(bool denying) {
+    std::set<std::string> kept = transitional_;
+    for (const DaemonRule& rule : wanted_) kept.insert(rule.name);
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(rules_, error)) {
+        const fs::path& file = entry.path();
+        const std::string name = file.stem().string();
+        const bool isOurs = name.starts_with(rulePrefix) && file.extension() == extension;
+        if (isOurs && !kept.contains(name) && denies(file) == denying) note(store::removeFile(file));
+    }
+    note(error);
+}
+
+void RuleDirectory::removeUnusedHosts() {
+    std::set<std::string> kept;
+    for (const DaemonRule& rule : wanted_)
+        if (rule.hosts) kept.insert(rule.name);
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(hosts_, error)) {
+        const std::string name = entry.path().filename().string();
+        std::error_code ignored;  // nothing refers to it any more
+        if (name.starts_with(rulePrefix) && !kept.contains(name)) fs::remove_all(entry.path(), ignored);
+    }
+    note(error);
+}
+
+}  // namespace engine

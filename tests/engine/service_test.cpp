@@ -1,0 +1,254 @@
+// The service with the real daemon: what the files say is what two programs meet, one of them under the firewall.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <thread>
+
+#include "engine/DaemonInNamespace.h"
+#include "store/Files.h"
+#include "store/Schema.h"
+#include "store/SharedFiles.h"
+#include "store/plist/PropertyListFile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+namespace keys = store::keys;
+using std::chrono::steady_clock;
+using testing_support::DaemonInNamespace;
+
+constexpr std::uint16_t port = 8080;
+
+// A device with two apps, whose programs are copies of an interpreter that is an executable of its own.
+class Device {
+public:
+    Device() {
+        fs::create_directories(store::preferencesFolder(root()));
+        fs::create_directories(folder_ / "rules");
+        fs::create_directories(root() / "usr/share/applications");
+        fs::create_directories(folder_ / "programs");
+        for (const std::string app : {"first", "second"}) {
+            fs::copy_file(fs::canonical("/usr/bin/python3"), program(app));
+            store::put(root() / "usr/share/applications" / (app + ".desktop"),
+                       "[Desktop Entry]\nType=Application\nName=" + app + "\nExec=" + program(app).string() + " %u\n");
+        }
+    }
+
+    fs::path root() const { return folder_ / "device"; }
+    fs::path rules() const { return folder_ / "rules"; }
+    fs::path state() const { return folder_ / "state"; }
+    fs::path program(const std::string& app) const { return folder_ / "programs" / app; }
+
+    // Changes the first app's record, and writes what the app would write.
+    void change(const std::function<void(store::AppRuleRecord&)>& change) {
+        change(record_);
+        record_.storeIn(apps_, "first");
+        store::writeDictionary(store::pathOf(store::File::appRules, root()), apps_);
+    }
+    void changeAll(const std::function<void(store::Dictionary&)>& change) {
+        change(global_);
+        store::writeDictionary(store::pathOf(store::File::globalRules, root()), global_);
+    }
+    void removeApp() {
+        apps_.remove("first");
+        store::writeDictionary(store::pathOf(store::File::appRules, root()), apps_);
+    }
+
+private:
+    store::TemporaryDirectory folder_;
+    store::AppRuleRecord record_ = store::AppRuleRecord::fresh();
+    store::Dictionary apps_, global_;
+};
+
+store::Value entries(const std::vector<std::string>& rules) {
+    store::Array array;
+    for (const std::string& rule : rules) {
+        store::Dictionary entry;
+        entry.set("rule", store::Value(rule));
+        array.emplace_back(std::move(entry));
+    }
+    return store::Value(std::move(array));
+}
+
+class RunningService {
+public:
+    explicit RunningService(const Device& device) {
+        process_ = fork();
+        if (process_ == 0) {
+            execl(VEXMOR_ENGINE, VEXMOR_ENGINE, "--device", device.root().c_str(), "--rules", device.rules().c_str(),
+                  "--state", device.state().c_str(), nullptr);
+            _exit(127);
+        }
+    }
+    ~RunningService() { end(SIGTERM); }
+
+    int end(int signal) {
+        if (process_ < 0) return -1;
+        kill(process_, signal);
+        int status = 0;
+        waitpid(process_, &status, 0);
+        process_ = -1;
+        return status;
+    }
+
+private:
+    pid_t process_ = -1;
+};
+
+class ServiceTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (const std::string obstacle = DaemonInNamespace::obstacle(); !obstacle.empty()) GTEST_SKIP() << obstacle;
+        daemon_ = std::make_unique<DaemonInNamespace>(
+            DaemonInNamespace::Setup{.rules = device_.rules(), .interfaceAddress = "unix:///nonexistent"});
+        ASSERT_EQ(daemon_->failure(), "");
+        ASSERT_TRUE(daemon_->listen(port));
+    }
+
+    bool reaches(const std::string& app, const std::string& host) const {
+        return daemon_->run(DaemonInNamespace::connecting(device_.program(app), host, port)).status == 0;
+    }
+
+    // Waits until the first app reaches the host or no longer does, 15 s at most: the daemon looks at files of hosts
+    // every 4 s. The second app always does.
+    void expect(const std::string& host, bool reached, const std::string& after) const {
+        const auto end = steady_clock::now() + std::chrono::seconds(15);
+        while (reaches("first", host) != reached && steady_clock::now() < end)
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        EXPECT_EQ(reaches("first", host), reached) << after << ": " << host << daemon_->log();
+        // Once more: the daemon lets all connections wait for up to 4 s when a file of hosts goes.
+        EXPECT_TRUE(reaches("second", host) || reaches("second", host)) << after << ": " << host;
+    }
+
+    Device device_;
+    std::unique_ptr<DaemonInNamespace> daemon_;
+};
+
+TEST_F(ServiceTest, WhatTheFilesSayIsWhatTheProgramMeets) {
+    RunningService service(device_);
+    const auto setMode = [](store::BlanketMode mode) {
+        return [mode](store::AppRuleRecord& record) { record.setBlanketMode(mode); };
+    };
+    const auto list = [](std::string_view key, const std::vector<std::string>& rules) {
+        return [key, rules](store::AppRuleRecord& record) { record.dictionary().set(key, entries(rules)); };
+    };
+    const auto globalList = [](std::string_view key, const std::vector<std::string>& rules) {
+        return [key, rules](store::Dictionary& all) { all.set(key, entries(rules)); };
+    };
+    std::vector<std::string> many;
+    for (int i = 0; i < 20000; ++i) many.push_back("host" + std::to_string(i) + ".example");
+
+    const struct {
+        const char* what;
+        std::function<void()> change;
+        std::vector<std::string> denied, allowed;
+    } steps[] = {
+        {"added", [&] { device_.change([](auto&) {}); }, {}, {"bad.example"}},
+        {"a host denied",
+         [&] { device_.change(list(keys::deny, {"bad.example"})); },
+         {"bad.example"},
+         {"good.example"}},
+        {"a pattern denied",
+         [&] { device_.change(list(keys::deny, {"*tracker.example"})); },
+         {"a.tracker.example", "tracker.example"},
+         {"bad.example", "mytracker.example"}},
+        {"one of them allowed",
+         [&] { device_.change(list(keys::allow, {"a.tracker.example"})); },
+         {"tracker.example", "b.tracker.example"},
+         {"a.tracker.example"}},
+        {"an address denied", [&] { device_.change(list(keys::deny, {"192.0.2.1"})); }, {"bad.example"}, {}},
+        {"all denied",
+         [&] {
+             device_.change(list(keys::deny, {}));
+             device_.change(setMode(store::BlanketMode::denyAll));
+         },
+         {"a.tracker.example"},
+         {}},
+        {"still apply",
+         [&] { device_.change([](auto& record) { record.setFlag(keys::stillUseRules, true); }); },
+         {"good.example"},
+         {"a.tracker.example"}},
+        {"a port allowed",
+         [&] { device_.change(list(keys::allow, {"good.example:8080"})); },
+         {"a.tracker.example"},
+         {"good.example"}},
+        {"all allowed",
+         [&] {
+             device_.change(setMode(store::BlanketMode::allowAll));
+             device_.change(list(keys::deny, {}));
+         },
+         {},
+         {"bad.example"}},
+        {"a global list",
+         [&] { device_.changeAll(globalList(keys::globalDeny, {"bad.example"})); },
+         {},
+         {"bad.example"}},
+        {"with respect",
+         [&] { device_.changeAll([](auto& all) { all.set(keys::respectGlobal, store::Value(true)); }); },
+         {"bad.example"},
+         {"good.example"}},
+        {"off for the app",
+         [&] { device_.change([](auto& record) { record.setEnabled(false); }); },
+         {},
+         {"bad.example"}},
+        {"on again", [&] { device_.change([](auto& record) { record.setEnabled(true); }); }, {"bad.example"}, {}},
+        {"the firewall off", [&] { store::put(store::disabledMarker(device_.root()), ""); }, {}, {"bad.example"}},
+        {"the firewall on",
+         [&] { fs::remove(store::disabledMarker(device_.root())); },
+         {"bad.example"},
+         {"host7.example"}},
+        {"many hosts",
+         [&] { device_.changeAll(globalList(keys::globalDeny, many)); },
+         {"host7.example", "host19999.example"},
+         {"bad.example"}},
+        {"one of them gone and one more",
+         [&] {
+             many.front() = "bad.example";
+             device_.changeAll(globalList(keys::globalDeny, many));
+         },
+         {"bad.example", "host19999.example"},
+         {"host0.example"}},
+        {"removed", [&] { device_.removeApp(); }, {}, {"host7.example", "bad.example"}},
+    };
+    for (const auto& [what, change, denied, allowed] : steps) {
+        change();
+        for (const std::string& host : denied) expect(host, false, what);
+        for (const std::string& host : allowed) expect(host, true, what);
+    }
+    EXPECT_EQ(service.end(SIGTERM), 0);
+    EXPECT_EQ(store::namesIn(device_.rules()).size(), 1U) << "more than the last rule is left";
+    EXPECT_TRUE(store::namesIn(device_.state()).empty());
+}
+
+TEST_F(ServiceTest, WhatIsDeniedStaysDenied) {
+    store::put(device_.rules() / "theirs.json", "{}");
+    device_.change([](auto& record) { record.dictionary().set(keys::deny, entries({"bad.example"})); });
+    {
+        RunningService service(device_);
+        expect("bad.example", false, "the service started");
+        service.end(SIGKILL);
+        expect("bad.example", false, "the service was killed");
+        // What a killed one may leave behind, and what changed meanwhile.
+        store::put(device_.rules() / "vexmor-2-first-0003a-00000-0-old.json", R"({"action": "allow"})");
+        store::put(device_.rules() / ".vexmor-9.json.vxm-abcdefghijkl", "");
+        device_.change([](auto& record) {
+            record.dictionary().set(keys::deny, entries({"bad.example", "b.example"}));
+        });
+    }
+    RunningService service(device_);
+    expect("b.example", false, "the service started again");
+    daemon_->stop(SIGKILL);
+    daemon_->start();
+    expect("bad.example", false, "the daemon started again");
+    EXPECT_TRUE(reaches("first", "good.example"));
+    const auto names = store::namesIn(device_.rules());
+    EXPECT_EQ(names.size(), 3U) << testing::PrintToString(names);
+    EXPECT_TRUE(names.contains("theirs.json"));
+}
+
+}  // namespace
