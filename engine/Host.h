@@ -11,14 +11,16 @@ namespace engine {
 struct Host {
     enum class Kind { name, address };
     Kind kind = Kind::name;
-    // A name: lower case, without a dot at its end, international ones in their ASCII form (UTS #46). An address: as
-    // inet_ntop() writes it (RFC 5952), without brackets and zone; an IPv4-mapped IPv6 address as the IPv4 one.
+    // A name: lower case, without a dot at its end, international ones in their ASCII form (UTS #46, nontransitional).
+    // An address: as inet_ntop() writes it (RFC 5952), without brackets and zone; an IPv4-mapped IPv6 address as the
+    // IPv4 one.
     std::string text;
 
     bool operator==(const Host&) const = default;
 };
 
-// Nothing when the text is neither a name (letters, digits, '-', '_' and dots) nor an address, in brackets or not.
+// Nothing when the text is neither a name (letters, digits, '-', '_' and dots, as long as RFC 1035 allows) nor an
+// address, in brackets or not. A name in ASCII takes one allocation, or none when it is short.
 std::optional<Host> parseHost(std::string_view text);
 
 // A host and, unless it is 0, a port.

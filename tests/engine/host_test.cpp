@@ -8,6 +8,10 @@ namespace engine {
 namespace {
 
 TEST(Host, HasOneSpelling) {
+    const std::string longLabel(63, 'a');
+    const std::string tooLongLabel = longLabel + 'a';
+    const std::string longName = longLabel + '.' + longLabel + '.' + longLabel + '.' + std::string(61, 'a');
+    const std::string tooLongName = longName + 'a';
     const struct {
         std::string_view text;
         Host::Kind kind;
@@ -17,6 +21,8 @@ TEST(Host, HasOneSpelling) {
         {"example.net.", Host::Kind::name, "example.net"},
         {"bücher.example", Host::Kind::name, "xn--bcher-kva.example"},
         {"BÜCHER.example", Host::Kind::name, "xn--bcher-kva.example"},
+        {"straße.example", Host::Kind::name, "xn--strae-oqa.example"},
+        {"bücher。example。", Host::Kind::name, "xn--bcher-kva.example"},
         {"_dns.example", Host::Kind::name, "_dns.example"},
         {"192.0.2.7", Host::Kind::address, "192.0.2.7"},
         {"2001:DB8:0:0::7", Host::Kind::address, "2001:db8::7"},
@@ -26,6 +32,13 @@ TEST(Host, HasOneSpelling) {
         {"", Host::Kind::name, ""},
         {".", Host::Kind::name, ""},
         {".example.net", Host::Kind::name, ""},
+        {std::string_view("192.0.2.7\0x", 11), Host::Kind::name, ""},
+        {"example..", Host::Kind::name, ""},
+        {"b\xFF.example", Host::Kind::name, ""},
+        {longLabel, Host::Kind::name, longLabel},
+        {tooLongLabel, Host::Kind::name, ""},
+        {longName, Host::Kind::name, longName},
+        {tooLongName, Host::Kind::name, ""},
         {"a..example", Host::Kind::name, ""},
         {"https://example.net/", Host::Kind::name, ""},
         {"two words.example", Host::Kind::name, ""},
