@@ -138,7 +138,7 @@ std::filesystem::path ConfigurationStore::exportDirectory() const {
 }
 
 std::filesystem::path ConfigurationStore::listDirectory() const {
-    return root_ / "Applications/VexmorGUI.app/Lists";
+    return listFolder(root_);
 }
 
 }  // namespace store

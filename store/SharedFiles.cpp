@@ -36,4 +36,8 @@ std::filesystem::path logFile(const std::filesystem::path& root) {
     return preferencesFolder(root) / "com.Urmeld.Firewall.Log.txt";
 }
 
+std::filesystem::path listFolder(const std::filesystem::path& root) {
+    return root / "Applications/VexmorGUI.app/Lists";
+}
+
 }  // namespace store

@@ -13,5 +13,7 @@ std::filesystem::path pathOf(File file, const std::filesystem::path& root);
 // The firewall is off while this file exists.
 std::filesystem::path disabledMarker(const std::filesystem::path& root);
 std::filesystem::path logFile(const std::filesystem::path& root);
+// Host lists to import: whatever lies there is one.
+std::filesystem::path listFolder(const std::filesystem::path& root);
 
 }  // namespace store
