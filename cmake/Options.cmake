@@ -1,6 +1,6 @@
 # What a build may choose. The presets in CMakePresets.json set these; nothing else needs to.
 option(VEXMOR_TESTS "Build the tests" ON)
-option(VEXMOR_ENGINE "Build the engine for Debian desktops, which the app neither needs nor knows" ON)
+option(VEXMOR_ENGINE "Build the service that drives a firewall daemon" ON)
 option(VEXMOR_BENCH "Build vexmor-bench" OFF)
 option(VEXMOR_FUZZ "Build the fuzz targets (clang only)" OFF)
 set(VEXMOR_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
