@@ -24,35 +24,50 @@ std::uint64_t slotValue(std::uint64_t hash, std::size_t offset) {
 }  // namespace
 
 DistinctLines::DistinctLines(std::size_t expectedSize) {
-    constexpr std::size_t bytesPerSlot = 32;
+    constexpr std::size_t bytesPerSlot = 16;
     constexpr std::size_t fewestSlots = 64;
     text_.reserve(expectedSize);
     slots_.resize(std::bit_ceil(std::max(expectedSize / bytesPerSlot, fewestSlots)));
 }
 
-bool DistinctLines::add(std::string_view line) {
-    if (4 * (count_ + 1) > 3 * slots_.size()) grow();
+void DistinctLines::add(std::string_view line) {
+    constexpr std::size_t batch = 32;
     const std::uint64_t hash = hashOf(line);
-    std::uint64_t& slot = slotOf(line, hash);
-    if (slot != 0) return false;
-    slot = slotValue(hash, text_.size());
+    __builtin_prefetch(&slots_[hash & (slots_.size() - 1)], 1);
+    pending_.push_back({hash, pendingText_.size(), line.size()});
+    pendingText_ += line;
+    if (pending_.size() == batch) resolve();
+}
+
+DistinctLines::Result DistinctLines::take() {
+    resolve();
+    if (!text_.empty()) text_.pop_back();
+    return {std::move(text_), count_, repeated_};
+}
+
+void DistinctLines::resolve() {
+    const std::string_view text = pendingText_;
+    for (const Pending& line : pending_) insert(text.substr(line.offset, line.size), line.hash);
+    pending_.clear();
+    pendingText_.clear();
+}
+
+// Linear probing; a quarter of the slots stays empty.
+void DistinctLines::insert(std::string_view line, std::uint64_t hash) {
+    if (4 * (count_ + 1) > 3 * slots_.size()) grow();
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t at = hash & mask;
+    for (; slots_[at] != 0; at = (at + 1) & mask) {
+        const bool mayBeEqual = ((slots_[at] ^ hash) & ~offsetMask) == 0;
+        if (mayBeEqual && isAt(slots_[at], line)) {
+            ++repeated_;
+            return;
+        }
+    }
+    slots_[at] = slotValue(hash, text_.size());
     text_ += line;
     text_ += '\n';
     ++count_;
-    return true;
-}
-
-std::string DistinctLines::take() {
-    if (!text_.empty()) text_.pop_back();
-    return std::move(text_);
-}
-
-// The slot that holds the line, or the empty one that it belongs into. Linear probing.
-std::uint64_t& DistinctLines::slotOf(std::string_view line, std::uint64_t hash) {
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t at = hash & mask;
-    while (slots_[at] != 0 && ((slots_[at] ^ hash) & ~offsetMask || !isAt(slots_[at], line))) at = (at + 1) & mask;
-    return slots_[at];
 }
 
 bool DistinctLines::isAt(std::uint64_t slot, std::string_view line) const {

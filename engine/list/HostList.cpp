@@ -146,7 +146,7 @@ void Reader::takeEntry(const Host& host, std::uint16_t port, Scope scope) {
         entry_.append(isBracketed ? "[" : "").append(host.text).append(isBracketed ? "]:" : ":");
         entry_ += std::to_string(port);
     }
-    ++(entries_.add(entry_) ? list_.taken : list_.repeated);
+    entries_.add(entry_);
 }
 
 void Reader::omit(Omission reason) {
@@ -163,7 +163,10 @@ std::optional<Target> Reader::hostsTarget(std::string_view address) {
 }
 
 HostList Reader::take() {
-    list_.text = entries_.take();
+    DistinctLines::Result entries = entries_.take();
+    list_.text = std::move(entries.text);
+    list_.taken = entries.count;
+    list_.repeated = entries.repeated;
     return std::move(list_);
 }
 

@@ -16,6 +16,12 @@ bool contains(const std::array<std::string_view, size>& words, std::string_view 
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
+// The offset of the first character for which the function holds, the text's size when there is none.
+template <class Function>
+std::size_t firstOf(std::string_view text, Function function) {
+    return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), function) - text.begin());
+}
+
 bool isAddress(std::string_view text) {
     const auto host = parseHost(text);
     return host && host->kind == Host::Kind::address;
@@ -35,7 +41,7 @@ std::string_view withoutBlanks(std::string_view text) {
 }
 
 std::string_view takeWord(std::string_view& text) {
-    const std::string_view word = text.substr(0, text.find_first_of(" \t"));
+    const std::string_view word = text.substr(0, firstOf(text, isBlank));
     text.remove_prefix(word.size());
     while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
     return word;
@@ -61,9 +67,9 @@ std::optional<HostFilter> parseHostFilter(std::string_view text) {
     static constexpr std::array<std::string_view, 7> ends{"", "^", "^|", "|", "/", "/*", "^*"};
     const std::size_t dollar = text.find('$');
     const std::string_view pattern = text.substr(0, dollar);
-    constexpr std::string_view below = "*.";
-    const std::size_t end = std::min(pattern.find_first_of("^|/*?", pattern.starts_with(below) ? below.size() : 0),  //
-                                     pattern.size());
+    const bool isBelow = pattern.starts_with("*.");
+    const auto endsHost = [](char c) { return c == '^' || c == '|' || c == '/' || c == '*' || c == '?'; };
+    const std::size_t end = isBelow ? 1 + firstOf(pattern.substr(1), endsHost) : firstOf(pattern, endsHost);
     const std::string_view host = pattern.substr(0, end);
     if (!contains(ends, pattern.substr(end)) || host.ends_with('.')) return {};
     return HostFilter{host, dollar == none ? std::string_view() : text.substr(dollar + 1)};
