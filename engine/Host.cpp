@@ -104,8 +104,11 @@ std::optional<std::uint16_t> port(std::string_view digits) {
 
 std::optional<Host> parseHost(std::string_view text) {
     if (auto found = address(text)) return Host{Host::Kind::address, *std::move(found)};
-    if (auto found = name(text)) return Host{Host::Kind::name, *std::move(found)};
-    return {};
+    auto found = name(text);
+    if (!found) return {};
+    // A dot at its end, or digits that are none of ASCII's, may have hidden an address.
+    const bool isAddress = *found != text && address(*found);
+    return Host{isAddress ? Host::Kind::address : Host::Kind::name, *std::move(found)};
 }
 
 std::optional<HostAndPort> splitPort(std::string_view text) {

@@ -25,6 +25,8 @@ TEST(Host, HasOneSpelling) {
         {"bücher。example。", Host::Kind::name, "xn--bcher-kva.example"},
         {"_dns.example", Host::Kind::name, "_dns.example"},
         {"192.0.2.7", Host::Kind::address, "192.0.2.7"},
+        {"192.0.2.7.", Host::Kind::address, "192.0.2.7"},
+        {"１９２.0.2.7", Host::Kind::address, "192.0.2.7"},
         {"2001:DB8:0:0::7", Host::Kind::address, "2001:db8::7"},
         {"[2001:db8::7]", Host::Kind::address, "2001:db8::7"},
         {"fe80::1%wlan0", Host::Kind::address, "fe80::1"},
