@@ -34,6 +34,10 @@ double sortLines(const std::filesystem::path& file) {
     return secondsOf([&] { run({"sort", "-f", "-o", "/dev/null", file}); });
 }
 
+double sortDistinctLines(const std::filesystem::path& file) {
+    return secondsOf([&] { run({"sort", "-u", "-o", "/dev/null", file}); });
+}
+
 double countLinesWith(const std::string& text, const std::filesystem::path& file) {
     return secondsOf([&] { run({"grep", "-icF", "-e", text, file}); });
 }
