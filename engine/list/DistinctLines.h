@@ -10,8 +10,8 @@ namespace engine {
 
 // A text of lines no two of which are equal, in the order in which they were first added. An open-addressing hash table
 // finds repeated ones: 11 to 22 bytes for each line beside the text, and no allocation for a line. Lines are looked up
-// in batches, after their slots were prefetched: one by one, waiting for memory is a quarter of the time that a hosts file takes. One
-// thread at a time.
+// in batches, after their slots were prefetched: one by one, waiting for memory is a quarter of the time that a hosts
+// file takes. One thread at a time.
 class DistinctLines {
 public:
     // Expects about as much text as the size says: memory that stays unused is never touched.
