@@ -5,9 +5,9 @@
 #include <mutex>
 #include <utility>
 
+#include "platform/network/Routes.h"
 #include "platform/system/HostLookup.h"
 #include "platform/system/RouteMonitor.h"
-#include "platform/network/Routes.h"
 
 namespace platform {
 

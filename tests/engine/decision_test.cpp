@@ -144,6 +144,20 @@ TEST(Decision, TheClosestEntryDecidesAndOfEqualOnesTheDenial) {
     }
 }
 
+TEST(Decision, APortThatIsAllowedCanBeLookedUp) {
+    Given given;
+    given.own(keys::allow, {"a.example.net:443"});
+    given.own(keys::deny, {"*", "b.example.net:443"});
+    const auto verdictAt = [&](const char* name, std::uint16_t port) {
+        return decide(given.configuration(), {std::string(app), {name, "192.0.2.7", port}, true}).verdict;
+    };
+    EXPECT_EQ(verdictAt("a.example.net", 443), Verdict::allow);
+    EXPECT_EQ(verdictAt("a.example.net", 53), Verdict::allow);
+    EXPECT_EQ(verdictAt("a.example.net", 80), Verdict::deny);
+    given.own(keys::deny, {"b.example.net:443"});
+    EXPECT_EQ(verdictAt("b.example.net", 53), Verdict::leave) << "to deny a port is not to deny the lookup";
+}
+
 TEST(Decision, AnOwnRuleComesBeforeACloserGlobalOne) {
     Given given;
     given.own(keys::allow, {"*net"});

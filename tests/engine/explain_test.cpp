@@ -67,7 +67,8 @@ TEST(Explain, SaysInOneLineWhatDecides) {
         EXPECT_EQ(outcome.status, status) << arguments;
         EXPECT_EQ(outcome.output, output) << arguments;
     }
-    for (const char* wrong : {"", "explain", "explain mail", "explain --jsn mail a.example", "guess mail a.example"}) {
+    for (const char* wrong :
+         {"serve", "--device", "explain", "explain mail", "explain --jsn mail a.example", "guess mail a.example"}) {
         const Outcome outcome = run(wrong);
         EXPECT_EQ(outcome.status, 2) << wrong;
         EXPECT_TRUE(outcome.output.starts_with("vexmor-engine: usage: ")) << outcome.output;
