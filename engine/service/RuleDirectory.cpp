@@ -186,7 +186,7 @@ void RuleDirectory::putHosts(const DaemonRule& rule, bool keepsOld) {
     Hosts added;
     std::set_difference(rule.hosts->hosts.begin(), rule.hosts->hosts.end(), old.begin(), old.end(),
                         std::back_inserter(added));
-    if (!old.empty() && !added.empty()) putTransitional(rule, std::move(added));
+    if (!old.empty() && !added.empty()) putTransitional(rule, added);
     if (keepsOld && !old.empty()) {
         Hosts both;
         std::set_union(rule.hosts->hosts.begin(), rule.hosts->hosts.end(), old.begin(), old.end(),
@@ -201,7 +201,7 @@ void RuleDirectory::putHosts(const DaemonRule& rule, bool keepsOld) {
 }
 
 // A rule for the hosts that join a file, while they are few enough for an expression.
-void RuleDirectory::putTransitional(const DaemonRule& rule, Hosts added) {
+void RuleDirectory::putTransitional(const DaemonRule& rule, const Hosts& added) {
     if (added.size() > expressionHosts) return;
     DaemonRule own = rule;
     own.conditions.push_back(

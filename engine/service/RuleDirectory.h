@@ -44,7 +44,7 @@ private:
     void removeOldDenials();
 
     void putHosts(const DaemonRule& rule, bool keepsOld);
-    void putTransitional(const DaemonRule& rule, std::vector<std::string> added);
+    void putTransitional(const DaemonRule& rule, const std::vector<std::string>& added);
     void putRule(const DaemonRule& rule);
     void remove(bool denying);
     void removeUnusedHosts();

@@ -95,6 +95,15 @@ std::string nameOf(std::string_view app) {
     return isWhole ? name : name + hash.data();
 }
 
+// The beginning of the names of an app's rules of one stage.
+std::string nameOf(std::string_view stage, std::string_view app) {
+    std::string name(rulePrefix);
+    name += stage;
+    name += '-';
+    name += nameOf(app);
+    return name;
+}
+
 class Translation {
 public:
     explicit Translation(std::size_t limit) : limit_(limit) {}
@@ -184,20 +193,19 @@ std::vector<DaemonRule> translate(const Configuration& configuration,
         const Policy policy = policyOf(configuration, app, isOnWiFi);
         if (policy.leaves) continue;
         const auto conditions = conditionsOf(itsPrograms);
-        const auto name = [&](const char* stage) { return prefix + stage + '-' + nameOf(app); };
         if (policy.denies) {
-            translation.addForAll(name(needsWiFi), Action::deny, conditions);
+            translation.addForAll(nameOf(needsWiFi, app), Action::deny, conditions);
             continue;
         }
         if (policy.usesOwnLists) {
             const auto record = store::AppRuleRecord::of(configuration.appRules, app);
             const store::Dictionary& own = record.dictionary();
-            translation.addLists(name(ownLists), conditions, own.find(keys::allow), own.find(keys::deny));
+            translation.addLists(nameOf(ownLists, app), conditions, own.find(keys::allow), own.find(keys::deny));
         }
-        if (policy.deniesAll) translation.addForAll(name(denyAll), Action::deny, conditions);
+        if (policy.deniesAll) translation.addForAll(nameOf(denyAll, app), Action::deny, conditions);
         if (policy.usesGlobalLists && !policy.deniesAll)
             underGlobalLists.insert(underGlobalLists.end(), itsPrograms.begin(), itsPrograms.end());
-        if (policy.allowsAll) translation.addForAll(name(allowAll), Action::allow, conditions);
+        if (policy.allowsAll) translation.addForAll(nameOf(allowAll, app), Action::allow, conditions);
     }
     const store::Dictionary& global = configuration.globalRules;
     translation.addLists(prefix + globalLists, conditionsOf(underGlobalLists), global.find(keys::globalAllow),
