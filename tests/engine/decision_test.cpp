@@ -6,6 +6,7 @@
 #include <functional>
 #include <iterator>
 
+#include "engine/Entries.h"
 #include "engine/Explanation.h"
 #include "store/Schema.h"
 
@@ -16,16 +17,7 @@ namespace keys = store::keys;
 
 constexpr std::string_view app = "org.example.HarbourMail";
 
-store::Value entries(std::initializer_list<const char*> rules) {
-    store::Array array;
-    for (const char* rule : rules) {
-        store::Dictionary entry;
-        entry.set("rule", store::Value(rule));
-        entry.set("date", store::Value(store::Date()));
-        array.emplace_back(std::move(entry));
-    }
-    return store::Value(std::move(array));
-}
+using testing_support::entries;
 
 // One app under the firewall, without any rule.
 struct Given {

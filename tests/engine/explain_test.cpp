@@ -1,12 +1,10 @@
 // The program itself, as people and other programs run it.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 
+#include "engine/RunProgram.h"
 #include "store/Files.h"
 #include "store/Schema.h"
 #include "store/SharedFiles.h"
@@ -14,19 +12,10 @@
 
 namespace {
 
-struct Outcome {
-    int status;
-    std::string output;  // and errors
-};
+using testing_support::Outcome;
 
 Outcome run(const std::string& arguments) {
-    const std::string command = std::string(VEXMOR_ENGINE) + ' ' + arguments + " 2>&1";
-    FILE* pipe = popen(command.c_str(), "r");
-    std::string output;
-    std::array<char, 256> part{};
-    while (pipe && std::fgets(part.data(), part.size(), pipe)) output += part.data();
-    const int status = pipe ? pclose(pipe) : -1;
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+    return testing_support::runProgram(VEXMOR_ENGINE, arguments);
 }
 
 TEST(Explain, SaysInOneLineWhatDecides) {

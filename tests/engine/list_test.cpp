@@ -1,11 +1,10 @@
 // Published lists of hosts, and the program that turns them into lists to import.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <array>
-#include <cstdio>
 #include <filesystem>
 
+#include "engine/RunProgram.h"
 #include "engine/list/HostList.h"
 #include "store/Files.h"
 #include "store/SharedFiles.h"
@@ -127,19 +126,10 @@ TEST(HostList, FindsRepeatedEntriesInALongList) {
     EXPECT_EQ(list->repeated, count);
 }
 
-struct Outcome {
-    int status;
-    std::string output;  // and errors
-};
+using testing_support::Outcome;
 
 Outcome run(const std::string& arguments) {
-    const std::string command = std::string(VEXMOR_LIST) + ' ' + arguments + " 2>&1";
-    FILE* pipe = popen(command.c_str(), "r");
-    std::string output;
-    std::array<char, 256> part{};
-    while (pipe && std::fgets(part.data(), part.size(), pipe)) output += part.data();
-    const int status = pipe ? pclose(pipe) : -1;
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+    return testing_support::runProgram(VEXMOR_LIST, arguments);
 }
 
 TEST(ListProgram, PutsAListBesideTheOthers) {

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "engine/DaemonInNamespace.h"
+#include "engine/Entries.h"
 #include "store/Files.h"
 #include "store/Schema.h"
 #include "store/SharedFiles.h"
@@ -21,6 +22,7 @@ namespace fs = std::filesystem;
 namespace keys = store::keys;
 using std::chrono::steady_clock;
 using testing_support::DaemonInNamespace;
+using testing_support::entries;
 
 constexpr std::uint16_t port = 8080;
 
@@ -64,16 +66,6 @@ private:
     store::AppRuleRecord record_ = store::AppRuleRecord::fresh();
     store::Dictionary apps_, global_;
 };
-
-store::Value entries(const std::vector<std::string>& rules) {
-    store::Array array;
-    for (const std::string& rule : rules) {
-        store::Dictionary entry;
-        entry.set("rule", store::Value(rule));
-        array.emplace_back(std::move(entry));
-    }
-    return store::Value(std::move(array));
-}
 
 class RunningService {
 public:
@@ -227,7 +219,7 @@ TEST_F(ServiceTest, WhatTheFilesSayIsWhatTheProgramMeets) {
 
 TEST_F(ServiceTest, WhatIsDeniedStaysDenied) {
     store::put(device_.rules() / "theirs.json", "{}");
-    device_.change([](auto& record) { record.dictionary().set(keys::deny, entries({"bad.example"})); });
+    device_.change([](auto& record) { record.dictionary().set(keys::deny, entries(std::vector{"bad.example"})); });
     {
         RunningService service(device_);
         expect("bad.example", false, "the service started");
@@ -237,7 +229,7 @@ TEST_F(ServiceTest, WhatIsDeniedStaysDenied) {
         store::put(device_.rules() / "vexmor-2-first-0003a-00000-0-old.json", R"({"action": "allow"})");
         store::put(device_.rules() / ".vexmor-9.json.vxm-abcdefghijkl", "");
         device_.change([](auto& record) {
-            record.dictionary().set(keys::deny, entries({"bad.example", "b.example"}));
+            record.dictionary().set(keys::deny, entries(std::vector{"bad.example", "b.example"}));
         });
     }
     RunningService service(device_);

@@ -9,6 +9,7 @@
 #include <set>
 
 #include "engine/Decision.h"
+#include "engine/Entries.h"
 #include "store/Schema.h"
 
 namespace engine {
@@ -123,13 +124,9 @@ public:
         return oneOf(before) + host + (once(4) ? ':' + std::to_string(port()) : "");
     }
     store::Value list() {
-        store::Array array;
-        for (std::size_t i = once(3) ? 0 : below(8); i > 0; --i) {
-            store::Dictionary entry;
-            entry.set("rule", store::Value(rule()));
-            array.emplace_back(std::move(entry));
-        }
-        return store::Value(std::move(array));
+        std::vector<std::string> rules(once(3) ? 0 : below(8));
+        for (std::string& each : rules) each = rule();
+        return testing_support::entries(rules);
     }
 
     Configuration configuration() {
@@ -184,14 +181,10 @@ TEST(Translation, TheFirstMatchDecidesAsTheFunctionDoes) {
 TEST(Translation, NamesTellWhatChanged) {
     Configuration configuration;
     const auto rulesWith = [&](std::size_t hosts) {
-        store::Array array;
-        for (std::size_t i = 0; i < hosts; ++i) {
-            store::Dictionary entry;
-            entry.set("rule", store::Value("host" + std::to_string(i) + ".example"));
-            array.emplace_back(std::move(entry));
-        }
+        std::vector<std::string> names;
+        for (std::size_t i = 0; i < hosts; ++i) names.push_back("host" + std::to_string(i) + ".example");
         auto record = store::AppRuleRecord::fresh();
-        record.dictionary().set(keys::deny, store::Value(std::move(array)));
+        record.dictionary().set(keys::deny, testing_support::entries(names));
         record.storeIn(configuration.appRules, "mail");
         return translate(configuration, programs, true, 10);
     };
