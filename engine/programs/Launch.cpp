@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <span>
 
+#include "engine/programs/Escaped.h"
 #include "engine/programs/ShellScript.h"
 #include "platform/desktop/RegularFile.h"
 
@@ -88,15 +89,6 @@ Launch unknown(std::string reason) {
 
 Launch program(const FileTree::File& file) {
     return {{{Program{.path = file.path, .command = {}, .flatpak = {}, .snap = {}}, file.path}}, {}};
-}
-
-std::string escaped(std::string_view text) {
-    std::string expression;
-    for (const char c : text) {
-        if (std::string_view(R"(\.+*?()|[]{}^$)").find(c) != std::string_view::npos) expression += '\\';
-        expression += c;
-    }
-    return expression;
 }
 
 // The interpreter at work on this script: `python3 -u /usr/bin/mail --now`.

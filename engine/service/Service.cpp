@@ -64,10 +64,11 @@ private:
     void watchFolders();
     void listenToBus();
 
-    void readSoon() {
-        sd_event_source_set_time_relative(reading_.get(), settling);
-        sd_event_source_set_enabled(reading_.get(), SD_EVENT_ONESHOT);
+    static void arm(const Owned<sd_event_source>& timer, std::uint64_t delay) {
+        sd_event_source_set_time_relative(timer.get(), delay);
+        sd_event_source_set_enabled(timer.get(), SD_EVENT_ONESHOT);
     }
+    void readSoon() { arm(reading_, settling); }
     void read();
     void step();
     void tellUnknown(const std::map<std::string, std::string>& unknown);
@@ -135,8 +136,7 @@ bool Service::prepare() {
 void Service::search() {
     watchFolders();
     if (!bus_) listenToBus();
-    sd_event_source_set_time_relative(searching_.get(), searchInterval);
-    sd_event_source_set_enabled(searching_.get(), SD_EVENT_ONESHOT);
+    arm(searching_, searchInterval);
 }
 
 void Service::watchFolders() {
@@ -201,16 +201,13 @@ void Service::step() {
             sd_event_exit(event_.get(), 1);
             return;
         }
-        sd_event_source_set_time_relative(reading_.get(), searchInterval);
-        sd_event_source_set_enabled(reading_.get(), SD_EVENT_ONESHOT);
+        arm(reading_, searchInterval);
         return;
     }
     if (!isReady_) sd_notify(0, "READY=1");
     isReady_ = true;
     sd_event_source_set_enabled(stepping_.get(), SD_EVENT_OFF);
-    if (!due) return;
-    sd_event_source_set_time_relative(stepping_.get(), static_cast<std::uint64_t>(due->count()) * 1000);
-    sd_event_source_set_enabled(stepping_.get(), SD_EVENT_ONESHOT);
+    if (due) arm(stepping_, static_cast<std::uint64_t>(due->count()) * 1000);
 }
 
 int Service::run() {

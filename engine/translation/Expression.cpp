@@ -4,23 +4,13 @@
 #include <iterator>
 #include <utility>
 
+#include "engine/programs/Escaped.h"
+
 namespace engine {
 
 namespace {
 
 using Texts = std::vector<std::string>;
-
-// A text as an expression for itself.
-std::string escaped(std::string_view text) {
-    std::string expression;
-    for (const char c : text) {
-        const bool isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
-                             c == '_' || c == '/' || c == ':' || static_cast<unsigned char>(c) >= 0x80;
-        if (!isPlain) expression += '\\';
-        expression += c;
-    }
-    return expression;
-}
 
 }  // namespace
 

@@ -115,6 +115,7 @@ public:
 
     void addLists(const std::string& name, const std::vector<Conditions>& programs, const store::Value* allow,
                   const store::Value* deny) {
+        if (programs.empty()) return;  // the lists may hold a million entries
         for (const HostSet& set : hostSetsInOrder(allow, deny))
             for (std::size_t i = 0; i < programs.size(); ++i) addSet(name, i, programs[i], set);
     }
