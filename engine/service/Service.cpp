@@ -20,6 +20,7 @@
 
 #include "engine/ConfigurationFiles.h"
 #include "engine/programs/Programs.h"
+#include "engine/service/DaemonConfiguration.h"
 #include "engine/service/NetworkWatch.h"
 #include "engine/service/RuleDirectory.h"
 #include "engine/translation/Translation.h"
@@ -217,6 +218,8 @@ int Service::run() {
     if (!fs::is_directory(places_.rules, failure))
         return complain("cannot use " + places_.rules.string(), std::strerror(failure ? failure.value() : ENOTDIR)), 1;
     if (!prepare()) return complain("cannot start", std::strerror(errno)), 1;
+    for (const std::string& complaint : complaintsAbout(places_.daemonConfiguration, places_.rules))
+        complain(places_.daemonConfiguration.string(), complaint);
     search();
     readSoon();
     const int status = sd_event_loop(event_.get());

@@ -16,6 +16,7 @@ struct Places {
     std::filesystem::path device = "/";                      // below which the shared files and the apps are
     std::filesystem::path rules = "/etc/opensnitchd/rules";  // the daemon's rules
     std::filesystem::path state = "/var/lib/vexmor-engine";  // files of hosts; made if missing
+    std::filesystem::path daemonConfiguration = "/etc/opensnitchd/default-config.json";
 };
 
 // Returns the exit status: 0 after a signal. Each failure is one line on standard error; one at start ends the service
