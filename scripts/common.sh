@@ -76,6 +76,7 @@ groups_of() {
     case $1 in
         release) echo build ;;
         bench) echo build engine bench ;;
+        package) echo build engine ;;
         tidy) echo build engine test bench ;;
         fuzz) echo build fuzz ;;
         arm64) echo build arm64 ;;
