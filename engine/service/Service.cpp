@@ -25,6 +25,7 @@
 #include "engine/service/RuleDirectory.h"
 #include "engine/translation/Translation.h"
 #include "platform/desktop/DataDirectories.h"
+#include "store/Schema.h"
 #include "store/SharedFiles.h"
 
 namespace engine {
@@ -180,7 +181,8 @@ void Service::read() {
     const Configuration configuration = readConfiguration(places_.device);
     isOnWiFi_ = isOnWiFi();
     std::vector<std::string> apps;
-    for (const auto& [app, record] : configuration.appRules) apps.emplace_back(app);
+    for (const auto& [app, record] : configuration.appRules)
+        if (app != store::keys::marker) apps.emplace_back(app);
     const Programs programs = findPrograms(apps, places_.device);
     tellUnknown(programs.unknown);
     directory_.bringTo(translate(configuration, programs.known, isOnWiFi_));
