@@ -5,8 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <fstream>
+#include <thread>
 #include <utility>
 
 namespace testing_support {
@@ -175,7 +177,6 @@ DaemonInNamespace::DaemonInNamespace(const Setup& setup) : rules_(setup.rules) {
 }
 
 DaemonInNamespace::~DaemonInNamespace() {
-    if (failure_.empty()) stop();
     for (const pid_t process : listening_) {
         kill(process, SIGKILL);
         waitpid(process, nullptr, 0);
@@ -201,6 +202,15 @@ DaemonInNamespace::Outcome DaemonInNamespace::run(const std::vector<std::string>
     const Child child(inside(arguments));
     const std::string output = child.read();
     return {child.wait(), output};
+}
+
+bool DaemonInNamespace::waitFor(const std::function<bool()>& isSo) {
+    using Clock = std::chrono::steady_clock;
+    for (const auto end = Clock::now() + std::chrono::seconds(30); Clock::now() < end;) {
+        if (isSo()) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
 }
 
 bool DaemonInNamespace::listen(std::uint16_t port) {

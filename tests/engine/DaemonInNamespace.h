@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -56,6 +57,9 @@ public:
         std::string output;  // and errors
     };
     Outcome run(const std::vector<std::string>& arguments) const;
+
+    // Tries until it is so, for half a minute at most.
+    static bool waitFor(const std::function<bool()>& isSo);
 
     // Accepts TCP connections on a port, and closes them, until the object is destroyed. False when it cannot.
     bool listen(std::uint16_t port);
