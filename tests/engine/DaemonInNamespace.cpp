@@ -97,9 +97,11 @@ struct Child {
 
     explicit Child(const std::vector<std::string>& arguments) {
         std::vector<char*> words;
+        words.reserve(arguments.size() + 1);
         for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
         words.push_back(nullptr);
-        const std::string path = std::string(getenv("PATH")) + ":/usr/sbin:/sbin";
+        const char* known = getenv("PATH");
+        const std::string path = std::string(known ? known : "/usr/bin:/bin") + ":/usr/sbin:/sbin";
         int ends[2];
         if (pipe2(ends, O_CLOEXEC) != 0) return;
         process = fork();

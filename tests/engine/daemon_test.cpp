@@ -109,17 +109,17 @@ TEST_F(Daemon, ReportsEachConnectionOnceAndWhatBecameOfIt) {
 
     const struct {
         std::string host;
-        std::uint16_t port;
         std::string protocol;
         std::string rule;
+        std::uint16_t port;
         bool isAllowed;
     } cases[] = {
-        {"good.example", port, "tcp", "good", true},
-        {"bad.example", 53, "udp", "bad", false},  // its lookup fails already
-        {"192.0.2.9", port, "tcp", "answer", true},
-        {"ugly.example", 53, "udp", "answer", false},
+        {"good.example", "tcp", "good", port, true},
+        {"bad.example", "udp", "bad", 53, false},  // its lookup fails already
+        {"192.0.2.9", "tcp", "answer", port, true},
+        {"ugly.example", "udp", "answer", 53, false},
     };
-    for (const auto& [host, itsPort, protocol, rule, isAllowed] : cases) {
+    for (const auto& [host, protocol, rule, itsPort, isAllowed] : cases) {
         const auto reports = interface.reportsOf(host, itsPort);
         ASSERT_FALSE(reports.empty()) << host << '\n' << daemon_->log();
         const Report& report = reports.front();
