@@ -20,6 +20,7 @@ namespace {
 using Arguments = std::vector<std::string>;
 
 struct App {
+    std::string name;
     Arguments arguments;
     Launch launch;
 };
@@ -96,6 +97,7 @@ Apps readApps(const std::filesystem::path& root) {
             platform::KeyFile::parse({bytes->constData(), static_cast<std::size_t>(bytes->size())}, keysOfUse);
         if (!keys) continue;
         App& app = apps[item.key().toStdString()];
+        app.name = entry.name.toStdString();
         app.launch = launchOf(*keys, app.arguments, tree);
     }
     return apps;
@@ -151,12 +153,14 @@ Programs findPrograms(const std::vector<std::string>& apps, const std::filesyste
         }
         const Launch& launch = app->second.launch;
         const std::vector<std::string> sharers = sharersOf(id, installed, asked);
-        if (launch.targets.empty())
+        if (launch.targets.empty()) {
             programs.unknown[id] = launch.reason;
-        else if (!sharers.empty())
+        } else if (!sharers.empty()) {
             programs.unknown[id] = "shared with " + joined(sharers);
-        else
+        } else {
             for (const Launch::Target& target : launch.targets) programs.known[id].push_back(target.program);
+            programs.names[id] = app->second.name;
+        }
     }
     return programs;
 }

@@ -22,6 +22,7 @@ struct Program {
 struct Programs {
     std::map<std::string, std::vector<Program>> known;
     std::map<std::string, std::string> unknown;  // why the app is left alone: a clause for people
+    std::map<std::string, std::string> names;    // of the known ones, as their entries name them
 };
 
 // The programs of these apps, as their desktop entries (Desktop Entry Specification 1.5) below `root` start them. Only

@@ -6,6 +6,7 @@
 #include <systemd/sd-daemon.h>
 #include <systemd/sd-event.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -13,6 +14,7 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,6 +22,7 @@
 
 #include "engine/ConfigurationFiles.h"
 #include "engine/programs/Programs.h"
+#include "engine/service/ConnectionLog.h"
 #include "engine/service/DaemonConfiguration.h"
 #include "engine/service/NetworkWatch.h"
 #include "engine/service/RuleDirectory.h"
@@ -54,7 +57,15 @@ void complain(std::string_view what, const std::string& why) {
 class Service {
 public:
     explicit Service(const Places& places)
-        : places_(places), directory_(places.rules, places.state), watched_(foldersToWatch(places.device)) {}
+        : places_(places),
+          directory_(places.rules, places.state),
+          log_(places.device),
+          watched_(foldersToWatch(places.device)) {
+        using store::File;
+        for (const File file : {File::appRules, File::globalRules})
+            sharedNames_.insert(store::pathOf(file, places.device).filename());
+        sharedNames_.insert(store::disabledMarker(places.device).filename());
+    }
 
     int run();
 
@@ -73,18 +84,26 @@ private:
     void readSoon() { arm(reading_, settling); }
     void read();
     void step();
-    void tellUnknown(const std::map<std::string, std::string>& unknown);
+    void changed(sd_event_source* source, const inotify_event& change);
+    void listenToDaemon();
+    void writeLog();
+
+    // Problems by what has them, each said once for as long as it lasts.
+    using Problems = std::map<std::string, std::string>;
+    static void tell(Problems now, Problems& before);
 
     Owned<sd_event_source> addTimer(sd_event_time_handler_t handler);
     static Service& of(void* self) { return *static_cast<Service*>(self); }
 
     Places places_;
     RuleDirectory directory_;
+    ConnectionLog log_;
     NetworkWatch network_;
     bool isOnWiFi_ = true;
     bool isReady_ = false;
-    std::map<std::string, std::string> unknown_;  // apps that are left alone, as told last
+    Problems unknown_, unreadable_, unheard_, unlogged_;  // as told last
 
+    std::set<std::string> sharedNames_;
     std::vector<fs::path> watched_;
     Owned<sd_event> event_;
     std::map<fs::path, Owned<sd_event_source>> watches_;
@@ -131,6 +150,8 @@ bool Service::prepare() {
     };
     if (network_.descriptor() >= 0)
         sd_event_add_io(event, nullptr, network_.descriptor(), EPOLLIN, networkChanged, this);
+    const auto reported = [](sd_event_source*, int, std::uint32_t, void* self) { return of(self).writeLog(), 0; };
+    if (log_.descriptor() >= 0) sd_event_add_io(event, nullptr, log_.descriptor(), EPOLLIN, reported, this);
     return reading_ && stepping_ && searching_;
 }
 
@@ -138,15 +159,13 @@ bool Service::prepare() {
 void Service::search() {
     watchFolders();
     if (!bus_) listenToBus();
+    listenToDaemon();
     arm(searching_, searchInterval);
 }
 
 void Service::watchFolders() {
     const auto changed = [](sd_event_source* source, const inotify_event* change, void* self) {
-        if (change->mask & (IN_IGNORED | IN_MOVE_SELF | IN_DELETE_SELF))
-            std::erase_if(of(self).watches_, [&](const auto& watch) { return watch.second.get() == source; });
-        of(self).readSoon();
-        return 0;
+        return of(self).changed(source, *change), 0;
     };
     for (const fs::path& folder : watched_) {
         if (watches_.contains(folder)) continue;
@@ -157,6 +176,16 @@ void Service::watchFolders() {
         watches_.emplace(folder, watch);
         readSoon();  // it may have come, with files, since it was missing
     }
+}
+
+void Service::changed(sd_event_source* source, const inotify_event& change) {
+    const auto watch = std::ranges::find_if(watches_, [&](const auto& one) { return one.second.get() == source; });
+    // Beside the shared files lie others, and the log that grows with each connection.
+    if (watch->first == store::preferencesFolder(places_.device) && change.len > 0 &&
+        !sharedNames_.contains(change.name))
+        return;
+    if (change.mask & (IN_IGNORED | IN_MOVE_SELF | IN_DELETE_SELF)) watches_.erase(watch);
+    readSoon();
 }
 
 void Service::listenToBus() {
@@ -177,22 +206,44 @@ void Service::listenToBus() {
     if (listens) bus_ = std::move(owned);
 }
 
+void Service::listenToDaemon() {
+    std::error_code ignored;
+    constexpr std::string_view scheme = "unix://";
+    if (places_.interface.starts_with(scheme))
+        fs::create_directory(fs::path(places_.interface.substr(scheme.size())).parent_path(), ignored);
+    std::string failure;
+    Problems problems;
+    if (!log_.listen(places_.interface, failure)) problems[places_.interface] = failure;
+    tell(std::move(problems), unheard_);
+}
+
+void Service::writeLog() {
+    Problems problems;
+    if (const std::error_code failed = log_.write()) problems["cannot write the log"] = failed.message();
+    tell(std::move(problems), unlogged_);
+}
+
 void Service::read() {
-    const Configuration configuration = readConfiguration(places_.device);
+    Problems unreadable;
+    const Configuration configuration = readConfiguration(places_.device, unreadable);
+    tell(std::move(unreadable), unreadable_);
     isOnWiFi_ = isOnWiFi();
     std::vector<std::string> apps;
     for (const auto& [app, record] : configuration.appRules)
         if (app != store::keys::marker) apps.emplace_back(app);
     const Programs programs = findPrograms(apps, places_.device);
-    tellUnknown(programs.unknown);
+    Problems unknown;
+    for (const auto& [app, why] : programs.unknown) unknown.emplace(app + " is left alone", why);
+    tell(std::move(unknown), unknown_);
+    log_.update(programs, store::boolValue(configuration.globalRules, store::keys::log));
     directory_.bringTo(translate(configuration, programs.known, isOnWiFi_));
     step();
 }
 
-void Service::tellUnknown(const std::map<std::string, std::string>& unknown) {
-    for (const auto& [app, why] : unknown)
-        if (!unknown_.contains(app) || unknown_[app] != why) complain(app + " is left alone", why);
-    unknown_ = unknown;
+void Service::tell(Problems now, Problems& before) {
+    for (const auto& [what, why] : now)
+        if (const auto told = before.find(what); told == before.end() || told->second != why) complain(what, why);
+    before = std::move(now);
 }
 
 void Service::step() {

@@ -1,5 +1,5 @@
-// vexmor-engine [--device DIR] [--rules DIR] [--state DIR]
-// vexmor-engine explain [--device DIR] [--mobile] [--json] APP HOST[:PORT]
+// vexmor-engine [--device DIR] [--rules DIR] [--state DIR] [--interface ADDRESS]
+// vexmor-engine explain [--device DIR] [--wifi|--mobile] [--json] APP HOST[:PORT]
 #include <iostream>
 #include <optional>
 #include <span>
@@ -10,14 +10,16 @@
 #include "engine/ConfigurationFiles.h"
 #include "engine/Decision.h"
 #include "engine/Explanation.h"
+#include "engine/service/NetworkWatch.h"
 #include "engine/service/Service.h"
 
 namespace {
 
 constexpr int misused = 2;
-constexpr std::string_view serviceUsage = "usage: vexmor-engine [--device DIR] [--rules DIR] [--state DIR]";
+constexpr std::string_view serviceUsage =
+    "usage: vexmor-engine [--device DIR] [--rules DIR] [--state DIR] [--interface ADDRESS]";
 constexpr std::string_view explainUsage =
-    "usage: vexmor-engine explain [--device DIR] [--mobile] [--json] APP HOST[:PORT]";
+    "usage: vexmor-engine explain [--device DIR] [--wifi|--mobile] [--json] APP HOST[:PORT]";
 
 int refuse(std::string_view reason) {
     std::cerr << "vexmor-engine: " << reason << std::endl;
@@ -26,7 +28,7 @@ int refuse(std::string_view reason) {
 
 struct Options {
     std::string device = "/";
-    bool isMobile = false;
+    bool isOnWiFi = engine::isOnWiFi();
     bool isJson = false;
     std::string app;
     std::string host;
@@ -39,8 +41,8 @@ std::optional<Options> parse(std::span<char*> arguments) {
         const std::string_view argument = arguments[i];
         if (argument == "--device" && i + 1 < arguments.size())
             options.device = arguments[++i];
-        else if (argument == "--mobile")
-            options.isMobile = true;
+        else if (argument == "--wifi" || argument == "--mobile")
+            options.isOnWiFi = argument == "--wifi";
         else if (argument == "--json")
             options.isJson = true;
         else if (argument.starts_with('-'))
@@ -57,7 +59,7 @@ std::optional<Options> parse(std::span<char*> arguments) {
 int explain(const Options& options) {
     const auto destination = engine::parseDestination(options.host);
     if (!destination) return refuse(options.host + " is no host");
-    const engine::Connection connection{options.app, *destination, !options.isMobile};
+    const engine::Connection connection{options.app, *destination, options.isOnWiFi};
     const engine::Decision decision = engine::decide(engine::readConfiguration(options.device), connection);
     if (options.isJson)
         std::cout << engine::jsonOf(decision, options.app, options.host) << std::endl;
@@ -77,6 +79,8 @@ std::optional<engine::Places> parsePlaces(std::span<char*> arguments) {
             places.rules = arguments[i + 1];
         else if (argument == "--state")
             places.state = arguments[i + 1];
+        else if (argument == "--interface")
+            places.interface = arguments[i + 1];
         else
             return {};
     }

@@ -15,6 +15,7 @@
 #include "store/Schema.h"
 #include "store/SharedFiles.h"
 #include "store/plist/PropertyListFile.h"
+#include "store/text/Utf.h"
 
 namespace {
 
@@ -44,6 +45,7 @@ public:
     fs::path root() const { return folder_ / "device"; }
     fs::path rules() const { return folder_ / "rules"; }
     fs::path state() const { return folder_ / "state"; }
+    std::string interface() const { return "unix://" + (folder_ / "interface").string(); }
     fs::path program(const std::string& app) const { return folder_ / "programs" / app; }
 
     // Changes the first app's record, and writes what the app would write.
@@ -73,7 +75,7 @@ public:
         process_ = fork();
         if (process_ == 0) {
             execl(VEXMOR_ENGINE, VEXMOR_ENGINE, "--device", device.root().c_str(), "--rules", device.rules().c_str(),
-                  "--state", device.state().c_str(), nullptr);
+                  "--state", device.state().c_str(), "--interface", device.interface().c_str(), nullptr);
             _exit(127);
         }
     }
@@ -92,12 +94,19 @@ private:
     pid_t process_ = -1;
 };
 
+std::string textOfLog(const Device& device) {
+    const std::string bytes = store::contentOf(store::logFile(device.root()));
+    std::size_t malformedAt = 0;
+    if (bytes.size() < 2) return {};
+    return store::utf8FromUtf16(std::string_view(bytes).substr(2), store::ByteOrder::little, malformedAt).value_or("");
+}
+
 class ServiceTest : public testing::Test {
 protected:
     void SetUp() override {
         if (const std::string obstacle = DaemonInNamespace::obstacle(); !obstacle.empty()) GTEST_SKIP() << obstacle;
         daemon_ = std::make_unique<DaemonInNamespace>(
-            DaemonInNamespace::Setup{.rules = device_.rules(), .interfaceAddress = "unix:///nonexistent"});
+            DaemonInNamespace::Setup{.rules = device_.rules(), .interfaceAddress = device_.interface()});
         ASSERT_EQ(daemon_->failure(), "");
         ASSERT_TRUE(daemon_->listen(port));
     }
@@ -241,6 +250,25 @@ TEST_F(ServiceTest, WhatIsDeniedStaysDenied) {
     const auto names = store::namesIn(device_.rules());
     EXPECT_EQ(names.size(), 3U) << testing::PrintToString(names);
     EXPECT_TRUE(names.contains("theirs.json"));
+}
+
+TEST_F(ServiceTest, TheLogShowsWhatTheDaemonDecided) {
+    device_.change([](auto& record) { record.dictionary().set(keys::deny, entries(std::vector{"bad.example"})); });
+    RunningService service(device_);
+    expect("bad.example", false, "the service started");
+    EXPECT_FALSE(fs::exists(store::logFile(device_.root()))) << "the log is off";
+    device_.changeAll([](auto& all) { all.set(keys::log, store::Value(true)); });
+    // A lookup that is denied, and a connection that is allowed; of the other app nothing.
+    const auto hasLine = [&](const std::string& line) {
+        return textOfLog(device_).find(' ' + line + '\n') != std::string::npos;
+    };
+    EXPECT_TRUE(DaemonInNamespace::waitFor([&] {
+        EXPECT_FALSE(reaches("first", "bad.example"));
+        EXPECT_TRUE(reaches("first", "good.example"));
+        EXPECT_TRUE(reaches("second", "bad.example"));
+        return hasLine("first → bad.example:53 denied") && hasLine("first → good.example:8080");
+    })) << textOfLog(device_);
+    EXPECT_EQ(textOfLog(device_).find("second"), std::string::npos) << textOfLog(device_);
 }
 
 }  // namespace
