@@ -23,6 +23,7 @@ void IconView::setCentre(QPointF centre) {
     icon.moveCenter(centre);
     const QRect around = icon.toAlignedRect();
     offset_ = icon.topLeft() - around.topLeft();
+    isCentred_ = true;
     setGeometry(around);
 }
 
@@ -42,20 +43,21 @@ void IconView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     if (!image_.isNull()) {
-        painter.drawImage(iconRect(painter), image_);
+        painter.drawImage(imageRect(painter), image_);
     } else if (!imageName_.isEmpty()) {
         const QPixmap image = platform::Images::named(imageName_, devicePixelRatioF());
-        painter.drawPixmap(iconRect(painter), image, image.rect());
+        painter.drawPixmap(imageRect(painter), image, image.rect());
     }
 }
 
-// Aligns the icon to whole pixels; a fraction would blur it.
-QRectF IconView::iconRect(const QPainter& painter) const {
+// Aligns the image to whole pixels; a fraction would blur it.
+QRectF IconView::imageRect(const QPainter& painter) const {
     const double pixelsPerPoint = painter.deviceTransform().m11();
     const auto snapped = [pixelsPerPoint](double points) {
         return std::floor(points * pixelsPerPoint) / pixelsPerPoint;
     };
-    return {snapped(offset_.x()), snapped(offset_.y()), iconSize, iconSize};
+    const QSizeF extent = isCentred_ ? QSizeF(iconSize, iconSize) : QSizeF(size());
+    return {QPointF(snapped(offset_.x()), snapped(offset_.y())), extent};
 }
 
 }  // namespace views

@@ -5,8 +5,9 @@
 
 namespace views {
 
-// An icon of 29 by 29 points: an image, or an image resource by name. It is aligned to device pixels, which may be half
-// points; as widget geometry is in whole points, the widget may be one point larger than the icon.
+// An image, or an image resource by name. It fills the widget, at first 29 by 29 points, unless it is centred on a point:
+// then it has that size and is aligned to device pixels, which may be half points. As widget geometry is in whole points,
+// the widget may be one point larger than such an icon.
 class IconView : public QWidget {
 public:
     explicit IconView(QWidget* parent);
@@ -25,9 +26,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QRectF iconRect(const QPainter& painter) const;
+    QRectF imageRect(const QPainter& painter) const;
 
-    QPointF offset_;  // position of the icon in the widget: 0 or 0.5 points
+    bool isCentred_ = false;
+    QPointF offset_;  // position of a centred icon in the widget: 0 or 0.5 points
     QImage image_;
     QString imageName_;
 };

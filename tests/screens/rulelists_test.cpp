@@ -142,7 +142,10 @@ TEST_P(RuleListTest, CancelledAndEmptyAddsStoreNothing) {
     EXPECT_EQ(field->inputMethodHints(), Qt::ImhUrlCharactersOnly | Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText);
     EXPECT_TRUE(field->isClearButtonEnabled());
     const auto images = device.alert()->findChildren<views::IconView*>();
-    EXPECT_TRUE(std::ranges::count(images, QRect(11, 80, 262, 31), &QWidget::geometry)) << "the field's background";
+    const auto background = std::ranges::find(images, QRect(11, 80, 262, 31), &QWidget::geometry);
+    ASSERT_NE(background, images.end());
+    const QImage frame = (*background)->grab().toImage();
+    EXPECT_NE(frame.pixel(261, 15), frame.pixel(130, 15)) << "the line around the field should reach its right end";
     device.type(QStringLiteral("x"));
     device.answer(0);
     addRule(device, {});
