@@ -15,56 +15,6 @@ namespace testing_support {
 
 namespace {
 
-// What makes the namespace, as its first process, which waits for those that nobody else does. $1: the folder with the
-// daemon's configuration.
-constexpr const char* makesNamespace = R"sh(
-set -eu
-mkdir "$1/machine-etc" "$1/bin"
-mount --bind /etc "$1/machine-etc"
-mount -t tmpfs -o mode=755 tmpfs /etc
-for entry in "$1"/machine-etc/*; do
-    case ${entry##*/} in resolv.conf|opensnitchd) ;; *) ln -s "$entry" /etc ;; esac
-done
-mkdir /etc/opensnitchd
-cp "$1/default-config.json" /etc/opensnitchd
-printf 'nameserver 127.0.0.1\noptions timeout:1 attempts:1\n' >/etc/resolv.conf
-ip link set lo up
-ip address add 192.0.2.1/24 dev lo
-ip address add 2001:db8::1/128 dev lo 2>/dev/null || true
-ln -s "$(command -v iptables-legacy)" "$1/bin/iptables"
-ln -s "$(command -v ip6tables-legacy)" "$1/bin/ip6tables"
-dnsmasq --no-daemon --conf-file=/dev/null --no-resolv --no-hosts --pid-file= --listen-address=127.0.0.1 \
-    --bind-interfaces '--address=/#/192.0.2.1' >"$1/names" 2>&1 &
-until ss -lun | grep -q 127.0.0.1:53; do
-    kill -0 $! || { cat "$1/names"; exit 1; }
-    sleep 0.02
-done
-echo ready
-sleep infinity &
-wait
-)sh";
-
-// $1: the folder; $2: the daemon; $3: its rules. Ends when the daemon filters, or has ended.
-constexpr const char* startsDaemon = R"sh(
-PATH=$1/bin:$PATH XTABLES_LOCKFILE=$1/xtables.lock
-export PATH XTABLES_LOCKFILE
-rm -f "$1/log"
-"$2" -rules-path "$3" -log-file "$1/log" >"$1/output" 2>&1 &
-echo $! >"$1/daemon"
-while kill -0 $!; do
-    grep -q 'Running on netfilter queue' "$1/log" && iptables -t mangle -S OUTPUT | grep -q NFQUEUE && exit
-    sleep 0.05
-done 2>/dev/null
-exit 1
-)sh";
-
-// $1: the folder; $2: the signal. Ends when the daemon has ended.
-constexpr const char* stopsDaemon = R"sh(
-kill -"$2" "$(cat "$1/daemon")" || exit 0
-while kill -0 "$(cat "$1/daemon")"; do sleep 0.02; done 2>/dev/null
-exit 0
-)sh";
-
 constexpr const char* listens = R"py(
 import socket, sys
 server = socket.create_server(('', int(sys.argv[1])), backlog=64)
@@ -80,6 +30,10 @@ try:
 except OSError as problem:
     sys.exit(str(problem))
 )py";
+
+std::string script(const std::string& name) {
+    return VEXMOR_NETWORK_SCRIPTS + ('/' + name);
+}
 
 bool isRoot() {
     return geteuid() == 0;
@@ -167,7 +121,7 @@ std::string DaemonInNamespace::obstacle() {
 
 DaemonInNamespace::DaemonInNamespace(const Setup& setup) : rules_(setup.rules) {
     configure(folder_ / "default-config.json", setup);
-    const Child child(unsharing({"sh", "-c", makesNamespace, "sh", folder_.path()}));
+    const Child child(unsharing({script("make_network.sh"), folder_.path()}));
     namespace_ = child.process;
     const std::string said = child.read();
     const std::string process = std::to_string(namespace_);
@@ -192,12 +146,12 @@ std::string DaemonInNamespace::log() const {
 }
 
 void DaemonInNamespace::start() {
-    const Outcome outcome = run({"sh", "-c", startsDaemon, "sh", folder_.path(), daemonProgram(), rules_});
+    const Outcome outcome = run({script("start_daemon.sh"), folder_.path(), daemonProgram(), rules_});
     failure_ = outcome.status == 0 ? "" : "the daemon does not run: " + store::contentOf(folder_ / "output") + log();
 }
 
 void DaemonInNamespace::stop(int signal) {
-    run({"sh", "-c", stopsDaemon, "sh", folder_.path(), std::to_string(signal)});
+    run({script("stop_daemon.sh"), folder_.path(), std::to_string(signal)});
 }
 
 DaemonInNamespace::Outcome DaemonInNamespace::run(const std::vector<std::string>& arguments) const {
@@ -227,7 +181,7 @@ std::vector<std::string> DaemonInNamespace::connecting(const std::string& python
 }
 
 std::vector<std::string> DaemonInNamespace::inside(const std::vector<std::string>& arguments) const {
-    std::vector<std::string> words{"nsenter", "--target", init_, "--net", "--mount", "--pid"};
+    std::vector<std::string> words{"nsenter", "--target", init_, "--root", "--net", "--mount", "--pid"};
     if (!isRoot()) words.insert(words.end(), {"--user", "--preserve-credentials"});
     words.insert(words.end(), arguments.begin(), arguments.end());
     return words;
