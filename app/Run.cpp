@@ -4,6 +4,7 @@
 #include <QPalette>
 #include <QStyle>
 
+#include "app/SingleInstance.h"
 #include "app/Termination.h"
 #include "app/VxmAppDelegate.h"
 #include "platform/system/Fonts.h"
@@ -42,7 +43,7 @@ std::jthread prepare() {
     return fonts;
 }
 
-int run(QApplication& application, const platform::Device& device, std::jthread fonts) {
+int run(QApplication& application, const platform::Device& device, const SingleInstance& instance, std::jthread fonts) {
     resources::initialize();
     // QT_STYLE_OVERRIDE takes precedence over the style that prepare() has set.
     if (QApplication::style()->name() != styleName()) QApplication::setStyle(styleName());
@@ -52,6 +53,7 @@ int run(QApplication& application, const platform::Device& device, std::jthread 
     VxmAppDelegate delegate(device);
     callAtEnd([&delegate] { delegate.applicationWillTerminate(); });
     delegate.didFinishLaunching();
+    instance.answer(*delegate.window(), [&delegate](const QByteArray& token) { delegate.bringToFront(token); });
     return application.exec();
 }
 

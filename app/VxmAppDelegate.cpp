@@ -63,6 +63,19 @@ void VxmAppDelegate::didFinishLaunching() {
     layout->addWidget(navigation_);
 }
 
+void VxmAppDelegate::bringToFront(const QByteArray& activationToken) {
+    window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
+    window_->raise();
+    // A request to an X server is as old as the last event that Qt has seen, and without effect when something else has
+    // been used since. Setting a title has an event as answer, even when nothing changes.
+    window_->windowHandle()->setTitle(window_->windowTitle());
+    QGuiApplication::sync();
+    // Qt takes a Wayland compositor's token from the environment.
+    if (!activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken);
+    window_->activateWindow();
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
 void VxmAppDelegate::applicationWillTerminate() {
     store_.terminate();
 }

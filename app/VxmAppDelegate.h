@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QWidget>
 #include <memory>
 #include <optional>
@@ -30,6 +31,10 @@ public:
 
     // Shows the window. Call once, after the application object has been created.
     void didFinishLaunching();
+
+    // Shows the window above others and gives it the keyboard, restored if it was minimized. Call after
+    // didFinishLaunching(). `activationToken` is what a Wayland compositor demands for that; empty elsewhere.
+    void bringToFront(const QByteArray& activationToken);
 
     // Call once, at an orderly end of the app. Writes no file.
     void applicationWillTerminate();

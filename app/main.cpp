@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/Run.h"
+#include "app/SingleInstance.h"
 #include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopAddress.h"
 #include "platform/system/DesktopApplicationList.h"
@@ -25,6 +26,10 @@ QSize deviceScreen(const QScreen& real) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    platform::Device device;
+    const app::SingleInstance instance(device.root);
+    if (instance.exitStatus()) return *instance.exitStatus();
+
     std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
     platform::DesktopApplicationList applications(platform::dataDirectories("/"));
@@ -36,12 +41,11 @@ int main(int argc, char** argv) {
     platform::SystemNotifyCenter notifyCenter;
     platform::HostNetwork network;
     platform::DesktopNotification notification;
-    platform::Device device;
     device.notifyCenter = &notifyCenter;
     device.applicationList = &applications;
     device.network = &network;
     device.openURL = platform::openOnDesktop;
     device.notify = [&](const QString& summary, const QString& body) { notification.post(summary, body); };
     device.screen = deviceScreen(*QGuiApplication::primaryScreen());
-    return app::run(application, device, std::move(fonts));
+    return app::run(application, device, instance, std::move(fonts));
 }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/Run.h"
+#include "app/SingleInstance.h"
 #include "benchmarks/FirstFrame.h"
 #include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopApplicationList.h"
@@ -12,6 +13,7 @@
 
 int main(int argc, char** argv) {
     if (argc != 3) return 2;
+    const app::SingleInstance instance(argv[2]);
     std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
     const bench::FirstFrame firstFrame("views::VxmAppCell", argv[1]);
@@ -26,5 +28,5 @@ int main(int argc, char** argv) {
     device.applicationList = &applications;
     device.network = &network;
     device.openURL = [](const QUrl&) {};
-    return app::run(application, device, std::move(fonts));
+    return app::run(application, device, instance, std::move(fonts));
 }

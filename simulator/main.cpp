@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/Run.h"
+#include "app/SingleInstance.h"
 #include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
@@ -56,6 +57,9 @@ std::unique_ptr<platform::Network> makeNetwork(simulator::Network network) {
 }
 
 int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notifyCenter, int& argc, char** argv) {
+    const app::SingleInstance instance(options.device);
+    if (instance.exitStatus()) return *instance.exitStatus();
+
     std::jthread fonts = app::prepare();
     QApplication application(argc, argv);
     platform::DesktopApplicationList applications(platform::dataDirectories(options.device), options.device);
@@ -71,7 +75,7 @@ int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notif
     device.openURL = [](const QUrl& address) { simulator::print("opened", address.toEncoded().toStdString()); };
     device.model = options.model;
     device.screen = options.screen;
-    return app::run(application, device, std::move(fonts));
+    return app::run(application, device, instance, std::move(fonts));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include "app/Run.h"
+#include "app/SingleInstance.h"
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/Device.h"
 #include "platform/system/FixedNetwork.h"
@@ -78,7 +79,8 @@ TEST(AppearanceTest, IsItsOwnWhateverTheDesktopWants) {
         QApplication::quit();
     });
     idle.start();
-    EXPECT_EQ(app::run(application, device, std::move(fonts)), 0);
+    const app::SingleInstance instance(root);
+    EXPECT_EQ(app::run(application, device, instance, std::move(fonts)), 0);
 }
 
 }  // namespace

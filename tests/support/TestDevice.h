@@ -58,6 +58,7 @@ public:
     platform::DesktopApplicationList& applications() { return applications_; }
     void launch();
     void terminate();
+    void bringToFront(const QByteArray& activationToken) { app_->bringToFront(activationToken); }
 
     QWidget* window() const;
     platform::NavigationController* navigation() const { return app_->navigationController(); }
