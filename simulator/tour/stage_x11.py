@@ -11,7 +11,9 @@ class X11Stage(Stage):
     def open(self, start, scratch):
         reading, writing = os.pipe()
         size = "x".join(str(round(points * self.scale)) for points in self.screen)
-        start("Xvfb", "-displayfd", str(writing), "-screen", "0", f"{size}x24", "-nolisten", "tcp", pass_fds=[writing])
+        # A display without windows would start anew, and refuse meanwhile whoever comes next.
+        start("Xvfb", "-displayfd", str(writing), "-screen", "0", f"{size}x24", "-nolisten", "tcp", "-noreset",
+              pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as answer:
             number = answer.readline().strip()

@@ -1,9 +1,12 @@
 // What a second process of the app does, as far as it needs no second process.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 
 #include <QTest>
 #include <QWidget>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <future>
@@ -11,6 +14,7 @@
 #include <string>
 
 #include "app/SingleInstance.h"
+#include "store/files/Descriptor.h"
 #include "support/AnotherPerson.h"
 #include "support/TestDevice.h"
 
@@ -45,6 +49,18 @@ TEST_F(SingleInstanceTest, HandsOverTheTokenAndShowsAMinimizedWindow) {
     EXPECT_FALSE(device.window()->isMinimized());
     EXPECT_TRUE(QTest::qWaitForWindowActive(device.window()));
     EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN")) << "it is used up";
+}
+
+// The lock alone: another user's process has a name of its own.
+TEST_F(SingleInstanceTest, SharesTheDeviceWithNoOtherUser) {
+    const store::Descriptor others(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const auto lock = [&] { return flock(others.number(), LOCK_EX | LOCK_NB); };
+    {
+        const app::SingleInstance first(root);
+        EXPECT_NE(lock(), 0);
+    }
+    EXPECT_EQ(lock(), 0);
+    EXPECT_EQ(start(root), EXIT_FAILURE);
 }
 
 TEST_F(SingleInstanceTest, RunsBesideAnotherOneWhereNothingCanBeLostOrLocked) {
