@@ -17,6 +17,7 @@ namespace keys = store::keys;
 
 constexpr std::string_view app = "org.example.HarbourMail";
 
+using Rules = std::vector<const char*>;
 using testing_support::entries;
 
 // One app under the firewall, without any rule.
@@ -31,10 +32,8 @@ struct Given {
         all.appRules.set(keys::marker, store::Value(true));
         return all;
     }
-    void own(std::string_view list, std::initializer_list<const char*> rules) {
-        record.dictionary().set(list, entries(rules));
-    }
-    void all(std::string_view list, std::initializer_list<const char*> rules) { global.set(list, entries(rules)); }
+    void own(std::string_view list, const Rules& rules) { record.dictionary().set(list, entries(rules)); }
+    void all(std::string_view list, const Rules& rules) { global.set(list, entries(rules)); }
 };
 
 Connection to(std::string name, bool isOnWiFi = true) {
@@ -46,53 +45,28 @@ TEST(Decision, TheFirstCauseThatAppliesDecides) {
     using enum Cause;
     // Each case adds to what the one before has given, from the last cause to the first.
     Given given;
-    const struct {
-        const char* what;
-        std::function<void()> change;
-        Decision online, mobile;
-    } cases[] = {
-        {"nothing", [] {}, {leave, nothing, {}}, {leave, nothing, {}}},
-        {"a global rule for another host",
-         [&] { given.all(keys::globalDeny, {"other.example"}); },
-         {leave, nothing, {}},
-         {leave, nothing, {}}},
-        {"a global rule",
-         [&] { given.all(keys::globalDeny, {"*example.net"}); },
-         {deny, globalRule, "*example.net"},
-         {deny, globalRule, "*example.net"}},
-        {"all allowed",
-         [&] { given.record.setBlanketMode(store::BlanketMode::allowAll); },
-         {allow, allowAll, {}},
-         {allow, allowAll, {}}},
-        {"which respects global",
-         [&] { given.global.set(keys::respectGlobal, store::Value(true)); },
-         {deny, globalRule, "*example.net"},
-         {deny, globalRule, "*example.net"}},
-        {"all denied",
-         [&] {
-             given.record.setBlanketMode(store::BlanketMode::denyAll);
-             given.all(keys::globalAllow, {"a.example.net"});
-         },
-         {deny, denyAll, {}},
-         {deny, denyAll, {}}},
-        {"a rule of its own that does not apply",
-         [&] { given.own(keys::allow, {"a.example.net"}); },
-         {deny, denyAll, {}},
-         {deny, denyAll, {}}},
-        {"and now does",
-         [&] { given.record.setFlag(keys::stillUseRules, true); },
-         {allow, ownRule, "a.example.net"},
-         {allow, ownRule, "a.example.net"}},
-        {"Wi-Fi only, all apps",
-         [&] { given.global.set(keys::blockNonWiFi, store::Value(true)); },
-         {allow, ownRule, "a.example.net"},
-         {deny, allNeedWiFi, {}}},
+    const Decision none{leave, nothing, {}}, globally{deny, globalRule, "*example.net"};
+    const Decision all{deny, denyAll, {}}, own{allow, ownRule, "a.example.net"};
+    const Decision everything{allow, allowAll, {}}, off{leave, appOff, {}}, allOff{leave, firewallOff, {}};
+    const auto flag = [&](std::string_view key) { given.global.set(key, store::Value(true)); };
+    const auto mode = [&](store::BlanketMode set) { given.record.setBlanketMode(set); };
+    const std::tuple<const char*, std::function<void()>, Decision, Decision> cases[] = {
+        {"nothing", [] {}, none, none},
+        {"a global rule for another host", [&] { given.all(keys::globalDeny, {"other.example"}); }, none, none},
+        {"a global rule", [&] { given.all(keys::globalDeny, {"*example.net"}); }, globally, globally},
+        {"all allowed", [&] { mode(store::BlanketMode::allowAll); }, everything, everything},
+        {"which respects global", [&] { flag(keys::respectGlobal); }, globally, globally},
+        {"all denied", [&] { mode(store::BlanketMode::denyAll); }, all, all},
+        {"a closer global rule", [&] { given.all(keys::globalAllow, {"a.example.net"}); }, all, all},
+        {"a rule of its own that does not apply", [&] { given.own(keys::allow, {"a.example.net"}); }, all, all},
+        {"and now does", [&] { given.record.setFlag(keys::stillUseRules, true); }, own, own},
+        {"Wi-Fi only, all apps", [&] { flag(keys::blockNonWiFi); }, own, {deny, allNeedWiFi, {}}},
         {"Wi-Fi only, this app",
          [&] { given.record.setFlag(keys::blockSpecificWiFi, true); },
-         {allow, ownRule, "a.example.net"},
+         own,
          {deny, appNeedsWiFi, {}}},
-        {"the app off", [&] { given.record.setEnabled(false); }, {leave, appOff, {}}, {leave, appOff, {}}},
-        {"the firewall off", [&] { given.isDisabled = true; }, {leave, firewallOff, {}}, {leave, firewallOff, {}}},
+        {"the app off", [&] { given.record.setEnabled(false); }, off, off},
+        {"the firewall off", [&] { given.isDisabled = true; }, allOff, allOff},
     };
     for (const auto& [what, change, online, mobile] : cases) {
         SCOPED_TRACE(what);
@@ -109,11 +83,7 @@ TEST(Decision, TheFirstCauseThatAppliesDecides) {
 }
 
 TEST(Decision, TheClosestEntryDecidesAndOfEqualOnesTheDenial) {
-    const struct {
-        std::initializer_list<const char*> allow, deny;
-        const char* decides;
-        Verdict verdict;
-    } cases[] = {
+    const std::tuple<Rules, Rules, const char*, Verdict> cases[] = {
         {{"a.example.net"}, {"*example.net"}, "a.example.net", Verdict::allow},
         {{"*example.net"}, {"a.example.net"}, "a.example.net", Verdict::deny},
         {{"a.example.net"}, {"a.example.net"}, "a.example.net", Verdict::deny},

@@ -4,11 +4,12 @@
 #include <filesystem>
 #include <fstream>
 
-#include "engine/RunProgram.h"
+#include "engine/Entries.h"
 #include "store/Files.h"
 #include "store/Schema.h"
 #include "store/SharedFiles.h"
 #include "store/plist/PropertyListFile.h"
+#include "support/RunProgram.h"
 
 namespace {
 
@@ -26,18 +27,12 @@ TEST(Explain, SaysInOneLineWhatDecides) {
     record.setBlanketMode(store::BlanketMode::denyAll);
     record.setFlag(store::keys::stillUseRules, true);
     record.setFlag(store::keys::blockSpecificWiFi, true);
-    store::Dictionary entry;
-    entry.set("rule", store::Value("*example.net"));
-    record.dictionary().set(store::keys::allow, store::Value(store::Array{store::Value(entry)}));
+    record.dictionary().set(store::keys::allow, testing_support::entries(std::vector{"*example.net"}));
     record.storeIn(rules, "mail");
     store::writeDictionary(store::pathOf(store::File::appRules, device.path()), rules);
 
     const std::string explain = "explain --device " + device.path().string() + ' ';
-    const struct {
-        std::string arguments;
-        int status;
-        std::string output;
-    } cases[] = {
+    const std::tuple<std::string, int, std::string> cases[] = {
         {explain + "mail imap.Example.net:993", 0,
          "imap.Example.net:993 is allowed for mail: the app's own allow rule \"*example.net\"\n"},
         {explain + "mail other.example", 0,

@@ -7,16 +7,14 @@
 namespace engine {
 namespace {
 
+using namespace std::string_view_literals;
+
 TEST(Host, HasOneSpelling) {
     const std::string longLabel(63, 'a');
     const std::string tooLongLabel = longLabel + 'a';
     const std::string longName = longLabel + '.' + longLabel + '.' + longLabel + '.' + std::string(61, 'a');
     const std::string tooLongName = longName + 'a';
-    const struct {
-        std::string_view text;
-        Host::Kind kind;
-        std::string_view spelling;  // empty: no host
-    } cases[] = {
+    const std::tuple<std::string_view, Host::Kind, std::string_view> cases[] = {
         {"Example.NET", Host::Kind::name, "example.net"},
         {"example.net.", Host::Kind::name, "example.net"},
         {"bücher.example", Host::Kind::name, "xn--bcher-kva.example"},
@@ -31,42 +29,25 @@ TEST(Host, HasOneSpelling) {
         {"[2001:db8::7]", Host::Kind::address, "2001:db8::7"},
         {"fe80::1%wlan0", Host::Kind::address, "fe80::1"},
         {"::ffff:192.0.2.7", Host::Kind::address, "192.0.2.7"},
-        {"", Host::Kind::name, ""},
-        {".", Host::Kind::name, ""},
-        {".example.net", Host::Kind::name, ""},
-        {std::string_view("192.0.2.7\0x", 11), Host::Kind::name, ""},
-        {"example..", Host::Kind::name, ""},
-        {"b\xFF.example", Host::Kind::name, ""},
         {longLabel, Host::Kind::name, longLabel},
-        {tooLongLabel, Host::Kind::name, ""},
         {longName, Host::Kind::name, longName},
-        {tooLongName, Host::Kind::name, ""},
-        {"a..example", Host::Kind::name, ""},
-        {"https://example.net/", Host::Kind::name, ""},
-        {"two words.example", Host::Kind::name, ""},
-        {"a*b.example", Host::Kind::name, ""},
-        {"2001:db8::7::1", Host::Kind::name, ""},
-        {"[example.net]", Host::Kind::name, ""},
     };
     for (const auto& [text, kind, spelling] : cases) {
         SCOPED_TRACE(text);
         const auto host = parseHost(text);
-        ASSERT_EQ(host.has_value(), !spelling.empty());
-        if (!host) continue;
+        ASSERT_TRUE(host);
         EXPECT_EQ(host->kind, kind);
         EXPECT_EQ(host->text, spelling);
     }
+    for (const std::string_view none :
+         {""sv, "."sv, ".example.net"sv, "192.0.2.7\0x"sv, "example.."sv, "b\xFF.example"sv,
+          std::string_view(tooLongLabel), std::string_view(tooLongName), "a..example"sv, "https://example.net/"sv,
+          "two words.example"sv, "a*b.example"sv, "2001:db8::7::1"sv, "[example.net]"sv})
+        EXPECT_FALSE(parseHost(none)) << none;
 }
 
 TEST(HostPattern, MatchesHostsPortsAndWhatLiesBelow) {
-    struct Place {
-        std::string_view text;
-        bool matches;
-    };
-    const struct {
-        std::string_view pattern;
-        std::vector<Place> places;
-    } cases[] = {
+    const std::pair<std::string_view, std::vector<std::pair<std::string_view, bool>>> cases[] = {
         {"example.net", {{"example.net", true}, {"example.net:80", true}, {"a.example.net", false}}},
         {" Example.net ", {{"example.net", true}}},
         {"*example.net",

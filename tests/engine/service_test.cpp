@@ -132,47 +132,35 @@ protected:
 
 TEST_F(ServiceTest, ListsAreWhatTheProgramMeets) {
     RunningService service(device_);
-    const auto list = [](std::string_view key, const std::vector<std::string>& rules) {
-        return [key, rules](store::AppRuleRecord& record) { record.dictionary().set(key, entries(rules)); };
+    using Hosts = std::vector<std::string>;
+    using Act = std::function<void()>;
+    const auto own = [&](std::string_view key, const Hosts& rules) -> Act {
+        return [=, this] { device_.change([&](auto& record) { record.dictionary().set(key, entries(rules)); }); };
     };
-    const auto globalList = [](std::string_view key, const std::vector<std::string>& rules) {
-        return [key, rules](store::Dictionary& all) { all.set(key, entries(rules)); };
+    const auto global = [&](const Hosts& rules) -> Act {
+        return [=, this] { device_.changeAll([&](auto& all) { all.set(keys::globalDeny, entries(rules)); }); };
     };
-    std::vector<std::string> many;
+    const Act deniesAllButAPort = [&] {
+        device_.change([](auto& record) {
+            record = store::AppRuleRecord::fresh();
+            record.setBlanketMode(store::BlanketMode::denyAll);
+            record.setFlag(keys::stillUseRules, true);
+        });
+        own(keys::allow, {"good.example:8080", "other.example:80"})();
+    };
+    const Act fresh = [&] { device_.change([](auto& record) { record = store::AppRuleRecord::fresh(); }); };
+    Hosts many;
     for (int i = 0; i < 20000; ++i) many.push_back("host" + std::to_string(i) + ".example");
+    Hosts others = many;
+    others.front() = "bad.example";
 
-    const struct {
-        const char* what;
-        std::function<void()> change;
-        std::vector<std::string> denied, allowed;
-    } steps[] = {
-        {"an address denied", [&] { device_.change(list(keys::deny, {"192.0.2.1"})); }, {"bad.example"}, {}},
-        {"all denied but a port",
-         [&] {
-             device_.change([&](store::AppRuleRecord& record) {
-                 record.setBlanketMode(store::BlanketMode::denyAll);
-                 record.setFlag(keys::stillUseRules, true);
-                 list(keys::deny, {})(record);
-                 list(keys::allow, {"good.example:8080", "other.example:80"})(record);
-             });
-         },
-         {"bad.example", "other.example"},
-         {"good.example"}},
-        {"nothing in particular",
-         [&] { device_.change([](auto& record) { record = store::AppRuleRecord::fresh(); }); },
-         {},
-         {"host7.example"}},
-        {"many hosts",
-         [&] { device_.changeAll(globalList(keys::globalDeny, many)); },
-         {"host7.example", "host19999.example"},
-         {"bad.example"}},
-        {"one of them gone and one more",
-         [&] {
-             many.front() = "bad.example";
-             device_.changeAll(globalList(keys::globalDeny, many));
-         },
-         {"bad.example", "host19999.example"},
-         {"host0.example"}},
+    const std::tuple<const char*, Act, Hosts, Hosts> steps[] = {
+        // denied, allowed
+        {"an address denied", own(keys::deny, {"192.0.2.1"}), {"bad.example"}, {}},
+        {"all denied but a port", deniesAllButAPort, {"bad.example", "other.example"}, {"good.example"}},
+        {"nothing in particular", fresh, {}, {"host7.example"}},
+        {"many hosts", global(many), {"host7.example", "host19999.example"}, {"bad.example"}},
+        {"one gone, one more", global(others), {"bad.example", "host19999.example"}, {"host0.example"}},
         {"removed", [&] { device_.removeApp(); }, {}, {"host7.example", "bad.example"}},
     };
     for (const auto& [what, change, denied, allowed] : steps) {

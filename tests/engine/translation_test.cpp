@@ -95,33 +95,24 @@ public:
 
     bool once(unsigned in) { return below(in) == 0; }
     std::size_t below(std::size_t count) { return std::uniform_int_distribution<std::size_t>(0, count - 1)(engine_); }
-    template <typename Choices>
-    auto oneOf(const Choices& choices) {
-        return *std::next(std::begin(choices), static_cast<std::ptrdiff_t>(below(std::size(choices))));
+    template <typename T>
+    T oneOf(std::initializer_list<T> choices) {
+        return choices.begin()[below(choices.size())];
     }
 
     std::string name() {
-        static const std::vector<std::string> top{"example", "test"}, labels{"a", "b", "ab", "c-d"};
-        std::string name = oneOf(top);
-        for (std::size_t i = below(4); i > 0; --i) name = oneOf(labels) + '.' + name;
+        std::string name = oneOf({"example", "test"});
+        for (std::size_t i = below(4); i > 0; --i) name = std::string(oneOf({"a", "b", "ab", "c-d"})) + '.' + name;
         return name;
     }
-    std::string address() {
-        static const std::vector<std::string> all{"192.0.2.1", "192.0.2.11", "2001:db8::1"};
-        return oneOf(all);
-    }
-    std::uint16_t port() {
-        static const std::vector<std::uint16_t> all{53, 80, 443};
-        return oneOf(all);
-    }
+    std::string address() { return oneOf({"192.0.2.1", "192.0.2.11", "2001:db8::1"}); }
+    std::uint16_t port() { return oneOf({std::uint16_t{53}, std::uint16_t{80}, std::uint16_t{443}}); }
 
     std::string rule() {
-        static const std::vector<std::string> odd{"", "*", "two words", "*:443", "a..b", "*.", "B.EXAMPLE."};
-        if (once(8)) return oneOf(odd);
+        if (once(8)) return oneOf({"", "*", "two words", "*:443", "a..b", "*.", "B.EXAMPLE."});
         std::string host = once(5) ? address() : name();
         if (host.find(':') != std::string::npos) host = '[' + host + ']';
-        static const std::vector<std::string> before{"", "", "*", "*", "*."};
-        return oneOf(before) + host + (once(4) ? ':' + std::to_string(port()) : "");
+        return oneOf({"", "", "*", "*", "*."}) + host + (once(4) ? ':' + std::to_string(port()) : "");
     }
     store::Value list() {
         std::vector<std::string> rules(once(3) ? 0 : below(8));
@@ -136,9 +127,8 @@ public:
             if (once(6)) continue;
             auto record = store::AppRuleRecord::fresh();
             record.setEnabled(!once(12));
-            static const std::vector<store::BlanketMode> modes{
-                store::BlanketMode::neither, store::BlanketMode::allowAll, store::BlanketMode::denyAll};
-            record.setBlanketMode(oneOf(modes));
+            using enum store::BlanketMode;
+            record.setBlanketMode(oneOf({neither, allowAll, denyAll}));
             for (const auto key : keys::appSwitches) record.setFlag(key, once(2));
             record.dictionary().set(keys::allow, list());
             record.dictionary().set(keys::deny, list());
@@ -166,7 +156,7 @@ TEST(Translation, TheFirstMatchDecidesAsTheFunctionDoes) {
         const auto rules = translate(configuration, programs, isOnWiFi, chance.once(2) ? 1 : 1000);
         Daemon daemon(rules);
         for (unsigned i = 0; i < connections; ++i) {
-            const Process process = chance.oneOf(processes);
+            const Process process = processes[chance.below(processes.size())];
             const Destination to = chance.destination();
             const Decision decision = decide(configuration, {process.app, to, isOnWiFi});
             met.emplace(decision.cause, decision.verdict);
