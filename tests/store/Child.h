@@ -4,11 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <memory>
 #include <new>
-#include <optional>
-#include <string>
 
 namespace store {
 
@@ -38,23 +34,6 @@ private:
     static void* map() { return mmap(nullptr, sizeof(T), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0); }
 
     T* value_;
-};
-
-// A program that is running, and the lines that it prints.
-class Program {
-public:
-    explicit Program(const std::string& command) : output_(popen(command.c_str(), "r"), pclose) {}
-
-    // Nothing when it has ended.
-    std::optional<std::string> line() {
-        std::string text;
-        int c;
-        while ((c = std::fgetc(output_.get())) != EOF && c != '\n') text.push_back(static_cast<char>(c));
-        return c == EOF ? std::nullopt : std::optional(text);
-    }
-
-private:
-    std::unique_ptr<FILE, int (*)(FILE*)> output_;
 };
 
 }  // namespace store

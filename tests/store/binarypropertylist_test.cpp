@@ -15,11 +15,7 @@ namespace {
 using namespace std::string_literals;
 
 TEST(BinaryPropertyList, ReadsEveryKind) {
-    struct Row {
-        std::string file;
-        const char* element;
-    };
-    const Row table[] = {
+    const std::pair<std::string, const char*> table[] = {
         {holding("\x09"), "<true/>"},
         {holding("\x08"), "<false/>"},
         {holding("\x10\xFF"), "<integer>255</integer>"},
@@ -43,28 +39,23 @@ TEST(BinaryPropertyList, ReadsEveryKind) {
         {holding("\xD2\x01\x03\x04\x04", {ascii("b"), "\x08"}),
          "<dict><key>a</key><false/><key>b</key><false/></dict>"},
     };
-    for (const Row& row : table) {
-        ReadResult result = readText(row.file);
+    for (const auto& [file, element] : table) {
+        ReadResult result = readText(file);
         auto* dictionary = std::get_if<Dictionary>(&result);
-        ASSERT_TRUE(dictionary) << row.element << ": " << outcome(result);
-        EXPECT_EQ(canonical(*dictionary), canonical(dictionaryOf(holdingXml(row.element))));
+        ASSERT_TRUE(dictionary) << element << ": " << outcome(result);
+        EXPECT_EQ(canonical(*dictionary), canonical(dictionaryOf(holdingXml(element))));
     }
 }
 
 TEST(BinaryPropertyList, RejectsWhatIsWrong) {
     using enum ReadFailure;
-    struct Row {
-        const char* what;
-        std::string file;
-        ReadFailure reason;
-    };
     auto odd = [](auto change) {
         Binary binary = holder("\x09");
         change(binary);
         return binary.bytes();
     };
     const std::uint64_t huge = ~std::uint64_t{0};
-    const Row table[] = {
+    const std::tuple<const char*, std::string, ReadFailure> table[] = {
         {"no trailer", "bplist00", unexpectedEnd},
         {"zero offset size", odd([](Binary& b) { b.offsetSize = 0; }), badTrailer},
         {"large offset size", odd([](Binary& b) { b.offsetSize = 9; }), badTrailer},
@@ -98,12 +89,12 @@ TEST(BinaryPropertyList, RejectsWhatIsWrong) {
         {"a date beyond the last year", holding("\x33" + real(252423993600)), badDate},
         {"an unfinished date", holding("\x33\x00"s), badOffset},
     };
-    for (const Row& row : table) {
-        ReadResult result = readText(row.file);
+    for (const auto& [what, file, reason] : table) {
+        ReadResult result = readText(file);
         auto* error = std::get_if<ReadError>(&result);
-        ASSERT_TRUE(error) << row.what;
-        EXPECT_EQ(error->reason, row.reason) << row.what;
-        EXPECT_LE(error->byte, row.file.size()) << row.what;
+        ASSERT_TRUE(error) << what;
+        EXPECT_EQ(error->reason, reason) << what;
+        EXPECT_LE(error->byte, file.size()) << what;
     }
 }
 

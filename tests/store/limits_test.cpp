@@ -111,12 +111,7 @@ std::string unfolding() {
 }
 
 TEST(Limits, AreASmallMultipleOfTheFile) {
-    struct Row {
-        const char* what;
-        bool isList;
-        std::string (*file)();
-    };
-    const Row table[] = {
+    const std::tuple<const char*, bool, std::string (*)()> table[] = {
         {"levels of arrays", true, [] { return holdingXml(times("<array>", levels) + times("</array>", levels)); }},
         {"levels of dictionaries", true,
          [] { return holdingXml(times("<dict><key/>", levels) + "<true/>" + times("</dict>", levels)); }},
@@ -153,10 +148,10 @@ TEST(Limits, AreASmallMultipleOfTheFile) {
     };
     const TemporaryDirectory directory;
     const auto from = directory / "file";
-    for (const Row& row : table) {
+    for (const auto& [what, isList, make] : table) {
         // Memory that this process has had is no measure for what comes later: it never does anything itself.
-        const auto makeFile = [&] {
-            put(from, row.file());
+        const auto makeFile = [&, make = make] {
+            put(from, make());
             return 0;
         };
         const Shared<Outcome> outcome;
@@ -166,14 +161,14 @@ TEST(Limits, AreASmallMultipleOfTheFile) {
             *outcome = {dictionary && writeDictionary(directory / "again", *dictionary), mostKilobytes() - before};
             return 0;
         };
-        ASSERT_EQ(inChild(makeFile), 0) << row.what;
-        ASSERT_EQ(inChild(readAndWrite), 0) << "it did not survive " << row.what;
-        EXPECT_EQ((*outcome).isList, row.isList) << row.what;
+        ASSERT_EQ(inChild(makeFile), 0) << what;
+        ASSERT_EQ(inChild(readAndWrite), 0) << "it did not survive " << what;
+        EXPECT_EQ((*outcome).isList, isList) << what;
         const auto size = static_cast<double>(std::filesystem::file_size(from));
         const double multiple = static_cast<double>((*outcome).kilobytes) * 1024 / size;
-        EXPECT_LE(multiple, 8) << row.what;
+        EXPECT_LE(multiple, 8) << what;
         std::cout << std::fixed << std::setprecision(1) << std::setw(8) << size / megabyte << " MB, " << multiple
-                  << " times its memory: " << row.what << '\n';
+                  << " times its memory: " << what << '\n';
     }
 }
 

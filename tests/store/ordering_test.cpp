@@ -23,13 +23,7 @@ int signOf(int order) {
 }
 
 TEST(Ordering, ComparesByTheLocalesRules) {
-    struct Row {
-        const char* locale;
-        const char* a;
-        const char* b;
-        int order;
-    };
-    const Row table[] = {
+    const std::tuple<const char*, const char*, const char*, int> table[] = {
         {"en_US", "Alpha", "alpha", 0},
         {"en_US", "alpha", "beta", -1},
         {"en_US", "Mail", "maps", -1},
@@ -52,10 +46,10 @@ TEST(Ordering, ComparesByTheLocalesRules) {
         {"en_US", "", "a", -1},
         {"en_US", "*example.net", "example.net", -1},
     };
-    for (const Row& row : table) {
-        NameOrder order(row.locale);
-        EXPECT_EQ(signOf(order.compare(row.a, row.b)), row.order) << row.locale << ": " << row.a << ", " << row.b;
-        EXPECT_EQ(signOf(order.sortKey(row.a).compare(order.sortKey(row.b))), row.order) << row.a << ", " << row.b;
+    for (const auto& [locale, a, b, sign] : table) {
+        NameOrder order(locale);
+        EXPECT_EQ(signOf(order.compare(a, b)), sign) << locale << ": " << a << ", " << b;
+        EXPECT_EQ(signOf(order.sortKey(a).compare(order.sortKey(b))), sign) << locale << ": " << a << ", " << b;
     }
 }
 

@@ -4,14 +4,15 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "Binary.h"
-#include "Child.h"
 #include "Files.h"
 #include "Values.h"
+#include "support/RunProgram.h"
 
 namespace store {
 namespace {
@@ -33,9 +34,12 @@ public:
 
     // peers.py says a line for each file, in the order of their names.
     std::vector<Opinion> ask(const std::string& peer, const std::string& option = "") const {
-        Program program(PYTHON " " PEERS " " + peer + option + " '" + directory_.path().string() + "'");
+        std::istringstream lines(
+            testing_support::runProgram(PYTHON " " PEERS, peer + option + " '" + directory_.path().string() + "'")
+                .output);
         std::vector<Opinion> opinions;
-        while (const auto line = program.line()) opinions.push_back(line == "-" ? std::nullopt : line);
+        for (std::string line; std::getline(lines, line);)
+            opinions.push_back(line == "-" ? std::nullopt : Opinion(line));
         if (opinions.size() != count_) throw std::runtime_error(peer + " does not answer");
         return opinions;
     }

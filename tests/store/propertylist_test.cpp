@@ -17,12 +17,6 @@ namespace {
 
 using namespace std::string_literals;
 
-struct Accepted {
-    const char* what;
-    std::string text;
-    const char* expected;  // the outermost dictionary's content as it is written back
-};
-
 std::string wrapped(std::string_view content) {
     return "<plist><dict>" + std::string(content) + "</dict></plist>";
 }
@@ -37,7 +31,8 @@ std::string contentOf(const Dictionary& dictionary) {
 }
 
 TEST(PropertyListReading, Accepts) {
-    const Accepted table[] = {
+    // The outermost dictionary's content as it is written back.
+    const std::tuple<const char*, std::string, const char*> table[] = {
         {"without any wrapping", "<dict/>", ""},
         {"without a declaration", wrapped("<key>a</key><true/>"), "<key>a</key><true/>"},
         {"the whole prolog",
@@ -92,24 +87,19 @@ TEST(PropertyListReading, Accepts) {
                  "\xF4\x8F\xBF\xBF</string>"),
          "<key>a</key><string>\x7F\xC2\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD\xF4\x8F\xBF\xBF</string>"},
     };
-    for (const Accepted& row : table) {
-        ReadResult result = readText(row.text);
+    for (const auto& [what, text, content] : table) {
+        ReadResult result = readText(text);
         auto* dictionary = std::get_if<Dictionary>(&result);
-        ASSERT_TRUE(dictionary) << row.what << ": " << outcome(result);
-        EXPECT_EQ(contentOf(*dictionary), row.expected) << row.what;
+        ASSERT_TRUE(dictionary) << what << ": " << outcome(result);
+        EXPECT_EQ(contentOf(*dictionary), content) << what;
     }
 }
-
-struct Rejected {
-    std::string text;
-    ReadFailure reason;
-    std::string at;  // what the error is at: it stands there in the text, and nowhere before; empty for the end
-};
 
 TEST(PropertyListReading, Rejects) {
     using enum ReadFailure;
     auto value = [&](const std::string& element) { return wrapped("<key>a</key>" + element); };
-    const Rejected table[] = {
+    // What the error is at stands there in the text, and nowhere before; empty for the end.
+    const std::tuple<std::string, ReadFailure, std::string> table[] = {
         // Characters and markup.
         {"", noDictionary, ""},
         {"<plist>", unexpectedEnd, ""},
@@ -205,12 +195,12 @@ TEST(PropertyListReading, Rejects) {
         {value("<data>AA=</data>"), badData, "AA="},
         {value("<data>AA==AA==</data>"), badData, "AA=="},
     };
-    for (const Rejected& row : table) {
-        ReadResult result = readText(row.text);
+    for (const auto& [text, reason, at] : table) {
+        ReadResult result = readText(text);
         auto* error = std::get_if<ReadError>(&result);
-        ASSERT_TRUE(error) << row.text;
-        EXPECT_EQ(error->reason, row.reason) << row.text;
-        EXPECT_EQ(error->byte, row.at.empty() ? row.text.size() : row.text.find(row.at)) << row.text;
+        ASSERT_TRUE(error) << text;
+        EXPECT_EQ(error->reason, reason) << text;
+        EXPECT_EQ(error->byte, at.empty() ? text.size() : text.find(at)) << text;
     }
 }
 
@@ -313,31 +303,20 @@ TEST(PropertyListWriting, WritesValuesOfAnyDepth) {
 }
 
 TEST(PropertyListValue, TellsTruth) {
-    struct Row {
-        const char* element;
-        bool isTrue;
+    const std::pair<bool, std::vector<const char*>> table[] = {
+        {true,
+         {"<true/>", "<integer>-2</integer>", "<integer>18446744073709551615</integer>", "<real>0.5</real>",
+          "<string>yes</string>", "<string> True</string>", "<string>-007</string>"}},
+        {false,
+         {"<false/>", "<integer>0</integer>", "<real>0.0</real>", "<string>+0.5</string>", "<string>no</string>",
+          "<string></string>", "<array><true/></array>", "<date>2001-01-01T00:00:00Z</date>"}},
     };
-    const Row table[] = {
-        {"<true/>", true},
-        {"<false/>", false},
-        {"<integer>0</integer>", false},
-        {"<integer>-2</integer>", true},
-        {"<integer>18446744073709551615</integer>", true},
-        {"<real>0.0</real>", false},
-        {"<real>0.5</real>", true},
-        {"<string>yes</string>", true},
-        {"<string> True</string>", true},
-        {"<string>-007</string>", true},
-        {"<string>+0.5</string>", false},
-        {"<string>no</string>", false},
-        {"<string></string>", false},
-        {"<array><true/></array>", false},
-        {"<date>2001-01-01T00:00:00Z</date>", false},
-    };
-    for (const Row& row : table) {
-        const Value value = *dictionaryOf(holdingXml(row.element)).find("a");
-        EXPECT_EQ(value.boolValue(), row.isTrue) << row.element;
-        EXPECT_EQ(rebuilt(value).boolValue(), row.isTrue) << row.element;
+    for (const auto& [isTrue, elements] : table) {
+        for (const char* element : elements) {
+            const Value value = *dictionaryOf(holdingXml(element)).find("a");
+            EXPECT_EQ(value.boolValue(), isTrue) << element;
+            EXPECT_EQ(rebuilt(value).boolValue(), isTrue) << element;
+        }
     }
 }
 

@@ -140,26 +140,6 @@ TEST(RuleList, SortsByNameOrDate) {
     EXPECT_EQ(rulesOf(list), "alpha beta delta Alpha gamma ");
 }
 
-TEST(RuleList, AddsBehindEqualNamesAndBeforeEqualDatesAlsoAfterAnEdit) {
-    NameOrder order("en_US");
-    RuleList list = listOf(entry("a") + entry("b") + entry("c"));
-    EXPECT_EQ(list.add("B", at(1), RuleOrder::name, order), 2u);
-    list.replace(0, "z", at(2));
-    EXPECT_EQ(rulesOf(list), "z b B c ");
-    EXPECT_EQ(list.add("d", at(1), RuleOrder::name, order), 3u);
-    EXPECT_EQ(rulesOf(list), "b B c d z ");
-    list.replace(1, "B", at(1));
-    EXPECT_EQ(list.add("e", at(1), RuleOrder::date, order), 1u);
-    EXPECT_EQ(rulesOf(list), "z e B d b c ");
-    const Value stored = list.value();
-    RuleList again = RuleList::load(&stored);
-    for (RuleList* each : {&list, &again}) {
-        each->sort(RuleOrder::name, order);
-        each->sort(RuleOrder::date, order);
-        EXPECT_EQ(rulesOf(*each), "z e B d b c ");
-    }
-}
-
 TEST(RuleList, RemovesWhatIsEqualInAllKeys) {
     NameOrder order("en_US");
     RuleList list = listOf(entry("x", "<key>mine</key><true/>") + "<dict/><dict/>");

@@ -28,12 +28,7 @@ std::vector<RuleStorage::Index> rowsOf(std::size_t count) {
 }
 
 TEST(Search, MatchesWithoutRegardToCase) {
-    struct Row {
-        const char* text;
-        const char* field;
-        bool matches;
-    };
-    const Row table[] = {
+    const std::tuple<const char*, const char*, bool> table[] = {
         {"MAIL", "Webmail", true},
         {"mail", "MAIL", true},
         {"exa", "static.example.net", true},
@@ -55,11 +50,10 @@ TEST(Search, MatchesWithoutRegardToCase) {
         {"ss", "\u00DF", false},
         {"\U00010400", "\U00010428", true},
     };
-    for (const Row& row : table) {
-        EXPECT_EQ(SearchText(row.text).matches(row.field), row.matches) << row.text << " in " << row.field;
-        const RuleStorage storage = storageOf({row.field});
-        EXPECT_EQ(RuleSearch(storage).search(row.text, rowsOf(1)), Positions(row.matches, 0))
-            << row.text << " in " << row.field;
+    for (const auto& [text, field, matches] : table) {
+        SCOPED_TRACE(std::string(text) + " in " + field);
+        EXPECT_EQ(SearchText(text).matches(field), matches);
+        EXPECT_EQ(RuleSearch(storageOf({field})).search(text, rowsOf(1)), Positions(matches, 0));
     }
 }
 
