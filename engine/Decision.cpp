@@ -1,7 +1,11 @@
 #include "engine/Decision.h"
 
+#include <mutex>
+#include <utility>
+
 #include "store/Schema.h"
-#include "store/rules/RuleList.h"
+#include "store/parallel/Parts.h"
+#include "store/rules/RuleStorage.h"
 
 namespace engine {
 
@@ -9,23 +13,45 @@ namespace {
 
 namespace keys = store::keys;
 
+using Index = store::RuleStorage::Index;
+
 struct Match {
+    Closeness closeness;
+    Index index;
+
+    // Of equally close ones the first of its list.
+    bool isBehind(const Match& other) const {
+        return other.closeness != closeness ? other.closeness > closeness : other.index < index;
+    }
+};
+
+struct FoundRule {
     Closeness closeness;
     std::string rule;
 };
 
-std::optional<Match> closestMatch(Verdict verdict, const store::Value* list, const Destination& destination) {
-    const store::RuleList rules = store::RuleList::load(list);
+// Several threads parse the entries of a long list, which takes longer than to read it.
+std::optional<FoundRule> closestMatch(Verdict verdict, const store::Value* list, const Destination& destination) {
+    constexpr std::size_t worthwhile = 10000;  // entries for each thread
+    const bool isLookup = verdict == Verdict::allow && destination.port == lookupPort;
+    const store::RuleStorage rules = store::RuleStorage::readAll(list);
+    std::mutex mutex;
     std::optional<Match> closest;
-    for (std::size_t i = 0; i < rules.size(); ++i) {
-        const auto pattern = HostPattern::parse(rules.rule(i));
-        if (!pattern) continue;
-        const bool isLookup = verdict == Verdict::allow && destination.port == lookupPort;
-        if (!(isLookup ? pattern->matchesHost(destination) : pattern->matches(destination))) continue;
-        if (!closest || pattern->closeness() > closest->closeness)
-            closest = Match{pattern->closeness(), std::string(rules.rule(i))};
-    }
-    return closest;
+    store::inParts(rules.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
+        std::optional<Match> own;
+        for (std::size_t i = begin; i < end; ++i) {
+            const auto index = static_cast<Index>(i);
+            const auto pattern = HostPattern::parse(rules.rule(index));
+            if (!pattern) continue;
+            if (!(isLookup ? pattern->matchesHost(destination) : pattern->matches(destination))) continue;
+            const Match match{pattern->closeness(), index};
+            if (!own || own->isBehind(match)) own = match;
+        }
+        const std::lock_guard lock(mutex);
+        if (own && (!closest || closest->isBehind(*own))) closest = own;
+    });
+    if (!closest) return {};
+    return FoundRule{closest->closeness, std::string(rules.rule(closest->index))};
 }
 
 std::optional<Decision> decideByLists(Cause cause, const store::Value* allow, const store::Value* deny,

@@ -8,7 +8,7 @@
 #include <unordered_map>
 
 #include "engine/HostPattern.h"
-#include "store/rules/RuleList.h"
+#include "store/rules/RuleStorage.h"
 
 namespace engine {
 
@@ -83,16 +83,20 @@ void sortOnce(std::vector<std::string>& hosts) {
 
 std::vector<HostSet> hostSetsInOrder(const store::Value* allow, const store::Value* deny) {
     std::map<Key, HostSet> sets;
+    std::size_t mostNames = 0;
     const auto place = [&](const Entry& entry, unsigned layer) {
         const std::uint16_t port = entry.pattern.port();
-        HostSet& set = sets.try_emplace({layer, entry.allows, port}).first->second;
-        insert(set, entry.pattern);
+        const auto [set, isNew] = sets.try_emplace({layer, entry.allows, port});
+        if (isNew)
+            set->second.names.reserve(mostNames);  // memory that is not used is never touched; growing copies all
+        insert(set->second, entry.pattern);
     };
 
     std::vector<Entry> withAsterisk;
     for (const bool allows : {false, true}) {
-        const store::RuleList rules = store::RuleList::load(allows ? allow : deny);
-        for (std::size_t i = 0; i < rules.size(); ++i) {
+        const store::RuleStorage rules = store::RuleStorage::readAll(allows ? allow : deny);
+        mostNames = rules.size();
+        for (store::RuleStorage::Index i = 0; i < rules.size(); ++i) {
             auto pattern = HostPattern::parse(rules.rule(i));
             if (!pattern) continue;
             Entry entry{*std::move(pattern), allows};

@@ -169,4 +169,10 @@ RuleStorage RuleStorage::read(const Slice& array) {
     return storage;
 }
 
+RuleStorage RuleStorage::readAll(const Value* array) {
+    RuleStorage storage;
+    if (array && array->kind() == Kind::array) RuleReader(sliceOf(*array), storage).read();
+    return storage;
+}
+
 }  // namespace store
