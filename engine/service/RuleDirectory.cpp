@@ -25,7 +25,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Action = DaemonRule::Action;
-using Hosts = std::vector<std::string>;
+using Hosts = std::vector<std::string_view>;  // of a list that is alive; sorted
 using Clock = std::chrono::steady_clock;
 
 // The daemon looks every 4 s, and then has a million hosts to read.
@@ -43,13 +43,14 @@ std::string_view prefixOf(HostFile::Kind kind) {
     return kind == HostFile::Kind::names ? "0.0.0.0 " : "";
 }
 
+template <class Hosts>
 std::string textOf(HostFile::Kind kind, const Hosts& hosts) {
     const std::string_view prefix = prefixOf(kind);
     std::size_t size = 0;
-    for (const std::string& host : hosts) size += prefix.size() + host.size() + 1;
+    for (const auto& host : hosts) size += prefix.size() + host.size() + 1;
     std::string text;
     text.reserve(size);
-    for (const std::string& host : hosts) {
+    for (const auto& host : hosts) {
         text += prefix;
         text += host;
         text += '\n';
@@ -111,6 +112,11 @@ void RuleDirectory::note(std::error_code error) {
     if (!failure_) failure_ = error;
 }
 
+void RuleDirectory::abandon() {
+    wanted_ = {};
+    stage_ = Stage::done;
+}
+
 void RuleDirectory::bringTo(std::vector<DaemonRule> rules) {
     wanted_ = std::move(rules);
     stage_ = Stage::newDenials;
@@ -130,7 +136,7 @@ std::optional<std::chrono::milliseconds> RuleDirectory::step(std::error_code& fa
             break;
         case Stage::oldDenials:
             removeOldDenials();
-            stage_ = Stage::done;
+            abandon();
             break;
         case Stage::done:
             break;
@@ -183,14 +189,14 @@ void RuleDirectory::putHosts(const DaemonRule& rule, bool keepsOld) {
     note(error);
     store::removeStaleTemporaries(folder);
     const Hosts old = hostsOf(kind, before);
-    Hosts added;
-    std::set_difference(rule.hosts->hosts.begin(), rule.hosts->hosts.end(), old.begin(), old.end(),
-                        std::back_inserter(added));
+    const std::vector<std::string>& hosts = rule.hosts->hosts;
+    std::vector<std::string> added;
+    std::set_difference(hosts.begin(), hosts.end(), old.begin(), old.end(), std::back_inserter(added));
     if (!old.empty() && !added.empty()) putTransitional(rule, added);
     if (keepsOld && !old.empty()) {
         Hosts both;
-        std::set_union(rule.hosts->hosts.begin(), rule.hosts->hosts.end(), old.begin(), old.end(),
-                       std::back_inserter(both));
+        both.reserve(old.size() + added.size());
+        std::set_union(hosts.begin(), hosts.end(), old.begin(), old.end(), std::back_inserter(both));
         const std::string text = textOf(kind, both);
         if (text == before) return;
         note(replace(file, text));
@@ -201,12 +207,11 @@ void RuleDirectory::putHosts(const DaemonRule& rule, bool keepsOld) {
 }
 
 // A rule for the hosts that join a file, while they are few enough for an expression.
-void RuleDirectory::putTransitional(const DaemonRule& rule, const Hosts& added) {
+void RuleDirectory::putTransitional(const DaemonRule& rule, const std::vector<std::string>& added) {
     if (added.size() > expressionHosts) return;
-    DaemonRule own = rule;
+    DaemonRule own{rule.name, rule.action, rule.conditions, {}};
     own.conditions.push_back(
         isOneOf(rule.hosts->kind == HostFile::Kind::names ? "dest.host" : "dest.ip", added, false));
-    own.hosts.reset();
     own.name = rule.name + "-joining-" + digestOf(own);
     transitional_.insert(own.name);
     putRule(own);

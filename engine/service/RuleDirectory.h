@@ -32,6 +32,9 @@ public:
     // Begins to bring the folder to these rules, which replaces what was begun before. Call step() next.
     void bringTo(std::vector<DaemonRule> rules);
 
+    // Leaves the folder between two sets, and lets go of the one that it was to be brought to. Call bringTo() next.
+    void abandon();
+
     // Does the next step. Returns after how long the one after it is due, at least; nothing when everything is done or
     // this step has failed. After a failure the folder is in a state between, as above; begin anew later.
     std::optional<std::chrono::milliseconds> step(std::error_code& failure);

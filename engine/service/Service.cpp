@@ -1,5 +1,6 @@
 #include "engine/service/Service.h"
 
+#include <malloc.h>
 #include <sys/epoll.h>
 #include <sys/inotify.h>
 #include <systemd/sd-bus.h>
@@ -83,6 +84,7 @@ private:
     }
     void readSoon() { arm(reading_, settling); }
     void read();
+    std::vector<DaemonRule> rulesNow();
     void step();
     void changed(sd_event_source* source, const inotify_event& change);
     void listenToDaemon();
@@ -224,6 +226,15 @@ void Service::writeLog() {
 }
 
 void Service::read() {
+    // First: a million hosts take as much memory as their file, and what is freed is in small pieces.
+    directory_.abandon();
+    malloc_trim(0);
+    directory_.bringTo(rulesNow());
+    step();
+}
+
+// The configuration has gone when it returns: it may be as large as the rules that step() makes of it.
+std::vector<DaemonRule> Service::rulesNow() {
     Problems unreadable;
     const Configuration configuration = readConfiguration(places_.device, unreadable);
     tell(std::move(unreadable), unreadable_);
@@ -236,8 +247,7 @@ void Service::read() {
     for (const auto& [app, why] : programs.unknown) unknown.emplace(app + " is left alone", why);
     tell(std::move(unknown), unknown_);
     log_.update(programs, store::boolValue(configuration.globalRules, store::keys::log));
-    directory_.bringTo(translate(configuration, programs.known, isOnWiFi_));
-    step();
+    return translate(configuration, programs.known, isOnWiFi_);
 }
 
 void Service::tell(Problems now, Problems& before) {
