@@ -7,7 +7,9 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
+#include <fstream>
 #include <stdexcept>
 
 #include "store/files/Descriptor.h"
@@ -61,6 +63,23 @@ std::string run(const std::vector<std::string>& command) {
         throw std::runtime_error(line + (WIFEXITED(status) ? "failed" : "was killed"));
     }
     return output;
+}
+
+RunningProgram::RunningProgram(const std::vector<std::string>& command) : process_(start(command, STDOUT_FILENO)) {}
+
+RunningProgram::~RunningProgram() {
+    kill(process_, SIGTERM);
+    while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
+    }
+}
+
+double RunningProgram::peakMemory() const {
+    std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+    for (std::string word; status >> word;) {
+        double kilobytes = 0;
+        if (word == "VmHWM:" && status >> kilobytes) return kilobytes * 1024;
+    }
+    throw std::runtime_error("a program has ended before its time");
 }
 
 std::filesystem::path programFolder() {

@@ -26,6 +26,7 @@ Rows measureUse(const Conditions& conditions);
 Rows measureSort(const Conditions& conditions);
 Rows measureImport(const Conditions& conditions);
 Rows measureList(const Conditions& conditions);
+Rows measureEngine(const Conditions& conditions);
 Rows measureExport(const Conditions& conditions);
 Rows measureScroll(const Conditions& conditions);
 Rows measureLog(const Conditions& conditions);
@@ -40,9 +41,9 @@ struct Subject {
 inline constexpr std::array subjects{
     Subject{"start", measureStart},   Subject{"chooser", measureChooser}, Subject{"icons", measureIcons},
     Subject{"switch", measureSwitch}, Subject{"rules", measureRuleList},  Subject{"sort", measureSort},
-    Subject{"import", measureImport}, Subject{"list", measureList},       Subject{"export", measureExport},
-    Subject{"scroll", measureScroll}, Subject{"log", measureLog},         Subject{"growth", measureGrowth},
-    Subject{"use", measureUse},
+    Subject{"import", measureImport}, Subject{"list", measureList},       Subject{"engine", measureEngine},
+    Subject{"export", measureExport}, Subject{"scroll", measureScroll},   Subject{"log", measureLog},
+    Subject{"growth", measureGrowth}, Subject{"use", measureUse},
 };
 
 }  // namespace bench
