@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <string>
-#include <vector>
 
 #include "Binary.h"
 #include "Values.h"
@@ -18,6 +16,7 @@ TEST(BinaryPropertyList, ReadsEveryKind) {
     const std::pair<std::string, const char*> table[] = {
         {holding("\x09"), "<true/>"},
         {holding("\x08"), "<false/>"},
+        {holding("\x09", {}, 2), "<true/>"},
         {holding("\x10\xFF"), "<integer>255</integer>"},
         {holding("\x11\x01\x00"s), "<integer>256</integer>"},
         {holding("\x13\x80\0\0\0\0\0\0\0"s), "<integer>-9223372036854775808</integer>"},

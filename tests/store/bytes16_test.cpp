@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <string>
-#include <vector>
 
 #include "store/files/Buffer.h"
 #include "store/plist/XmlText.h"
@@ -42,21 +40,6 @@ TEST(Bytes16, FindsTheFirstByteInTextsOfAnyLength) {
                 EXPECT_EQ(skipPlainText(buffer.bytes.get()) - buffer.bytes.get(), firstOf(text, isOther)) << where();
             }
         }
-    }
-}
-
-TEST(Bytes16, ListsThePositions) {
-    for (unsigned set = 0; set < 1U << registerSize; set += 5) {
-        std::string text(registerSize, '.');
-        std::vector<std::size_t> expected, found;
-        for (std::size_t i = 0; i < registerSize; ++i) {
-            if ((set >> i & 1) == 0) continue;
-            text[i] = 'x';
-            expected.push_back(i);
-        }
-        Positions positions(loadBytes(text.data()) == sixteen('x'));
-        for (; !positions.empty(); positions.removeFirst()) found.push_back(positions.first());
-        ASSERT_EQ(found, expected) << set;
     }
 }
 

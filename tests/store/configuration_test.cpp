@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <string>
-#include <vector>
 
 #include "Child.h"
 #include "Files.h"
@@ -21,8 +19,7 @@ std::string text(std::string_view entries) {
     return "<dict>" + std::string(entries) + "</dict>";
 }
 
-class ConfigurationStoreTest : public testing::Test {
-protected:
+struct ConfigurationStoreTest : testing::Test {
     ConfigurationStoreTest() { startAnew(); }
 
     void startAnew() {
@@ -51,16 +48,10 @@ constexpr const char* none = nullptr;
 constexpr const char* marker = "<key>150</key><true/>";
 
 TEST_F(ConfigurationStoreTest, FollowsTheWritersTable) {
-    struct Row {
-        const char* what;
-        Writer writer;
-        const char* whenMissing;  // the file after the change, when there was none; none: still none
-        bool addsMarker;
-        const char* notification;
-    };
     const char* change = "<key>changed</key><true/>";
     const std::string changeAndMarker = std::string(marker) + change;
-    const Row table[] = {
+    // The file after the change, when there was none (none: still none); whether a marker joins; the notification.
+    const std::tuple<const char*, Writer, const char*, bool, const char*> table[] = {
         {"prune", writers::pruneApps, none, true, none},
         {"add app", writers::addApp, none, true, none},
         {"delete app", writers::deleteApp, none, false, none},
@@ -73,27 +64,28 @@ TEST_F(ConfigurationStoreTest, FollowsTheWritersTable) {
         {"global switch", writers::globalSwitch, changeAndMarker.c_str(), true, "com.urmeld.vxm.reloadBoth"},
         {"list import", writers::listImport, none, true, none},
     };
-    for (const Row& row : table) {
-        SCOPED_TRACE(row.what);
-        std::filesystem::path path = store.path(row.writer.file);
+    for (const auto& [what, by, whenMissing, addsMarker, notification] : table) {
+        SCOPED_TRACE(what);
+        const Writer writer = by;
+        std::filesystem::path path = store.path(writer.file);
         std::vector<std::string> steps;
         posts.atPost = [&] { steps.push_back("posted " + posts.names.back()); };
         std::vector<std::string> expectedSteps{"wrote"};
-        if (row.notification) expectedSteps.push_back(std::string("posted ") + row.notification);
+        if (notification) expectedSteps.push_back(std::string("posted ") + notification);
         const auto makeChange = [&](const char* before) {
             std::filesystem::remove(path);
             if (before) put(path, before);
             steps.clear();
             return store.change(
-                row.writer, [](Dictionary& dictionary) { dictionary.set("changed", Value(true)); },
+                writer, [](Dictionary& dictionary) { dictionary.set("changed", Value(true)); },
                 [&] { steps.push_back(contentOf(path).find("changed") == std::string::npos ? "early" : "wrote"); });
         };
         for (const char* broken : {none, "", "<array/>", "<dict><key>a</key>"}) {
-            EXPECT_EQ(makeChange(broken), row.whenMissing != none);
-            EXPECT_EQ(steps, row.whenMissing ? expectedSteps : std::vector<std::string>());
-            EXPECT_EQ(store.exists(row.writer.file), row.whenMissing || broken);
-            if (row.whenMissing)
-                EXPECT_TRUE(holdsExactly(row.writer.file, row.whenMissing));
+            EXPECT_EQ(makeChange(broken), whenMissing != none);
+            EXPECT_EQ(steps, whenMissing ? expectedSteps : std::vector<std::string>());
+            EXPECT_EQ(store.exists(writer.file), whenMissing || broken);
+            if (whenMissing)
+                EXPECT_TRUE(holdsExactly(writer.file, whenMissing));
             else
                 EXPECT_EQ(contentOf(path), broken ? broken : "");
         }
@@ -101,8 +93,8 @@ TEST_F(ConfigurationStoreTest, FollowsTheWritersTable) {
         const std::string kept = "<key>unknown</key>" + array;
         for (const char* before : {"", marker, "<key>150</key><string>odd</string>"}) {
             EXPECT_TRUE(makeChange(text(before + kept).c_str()));
-            std::string expectedMarker = *before || !row.addsMarker ? before : marker;
-            EXPECT_TRUE(holdsExactly(row.writer.file, expectedMarker + change + kept));
+            std::string expectedMarker = *before || !addsMarker ? before : marker;
+            EXPECT_TRUE(holdsExactly(writer.file, expectedMarker + change + kept));
             EXPECT_NE(contentOf(path).find(array), std::string::npos) << "it was not left as it stood";
             EXPECT_EQ(steps, expectedSteps);
         }
@@ -162,14 +154,7 @@ TEST_F(ConfigurationStoreTest, KeepsWhatItDoesNotBuildOn) {
     };
     const std::string readable = text("<key>a</key><string>mine</string>");
     const std::string damaged = "<dict><key>cut sh";
-    struct Row {
-        const char* what;
-        std::function<void()> act;
-        File file;
-        std::string before;
-        const char* keptAs;  // none: nothing is kept
-    };
-    const Row table[] = {
+    const std::tuple<const char*, std::function<void()>, File, std::string, const char*> table[] = {
         {"flag", changeBy(writers::guiFlag), File::guiSettings, readable, none},
         {"flag, damaged", changeBy(writers::guiFlag), File::guiSettings, damaged, ".damaged"},
         {"flag, empty", changeBy(writers::guiFlag), File::guiSettings, "", ".damaged"},
@@ -180,16 +165,16 @@ TEST_F(ConfigurationStoreTest, KeepsWhatItDoesNotBuildOn) {
         {"import", import, File::guiSettings, readable, ".previous"},
         {"import, damaged", import, File::appRules, damaged, ".damaged"},
     };
-    for (const Row& row : table) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, act, file, before, keptAs] : table) {
+        SCOPED_TRACE(what);
         startAnew();
-        const std::string path = store.path(row.file);
-        put(path, row.before);
-        row.act();
+        const std::string path = store.path(file);
+        put(path, before);
+        act();
         for (const char* suffix : {".previous", ".damaged"}) {
-            const bool isKept = row.keptAs && suffix == std::string_view(row.keptAs);
+            const bool isKept = keptAs && suffix == std::string_view(keptAs);
             EXPECT_EQ(std::filesystem::exists(path + suffix), isKept) << suffix;
-            EXPECT_EQ(contentOf(path + suffix), isKept ? row.before : "") << suffix;
+            EXPECT_EQ(contentOf(path + suffix), isKept ? before : "") << suffix;
         }
     }
 }
@@ -244,26 +229,20 @@ TEST_F(ConfigurationStoreTest, KeepsTheFilesOfAnotherPerson) {
         ASSERT_EQ(chown(path.c_str(), owner, group) + chmod(path.c_str(), mode), 0);
     };
     const std::string readable = text("<key>mine</key><true/>");
-    struct Row {
-        const char* what;
-        std::string before;
-        mode_t mode;
-        const char* keptAs;
-    };
-    const Row table[] = {
+    const std::tuple<const char*, std::string, mode_t, const char*> table[] = {
         {"readable", readable, 0644, ".previous"},
         {"damaged", "<dict><key>cut sh", 0644, ".damaged"},
         {"unreadable", readable, 0600, ".damaged"},
     };
     std::filesystem::permissions(root.path(), std::filesystem::perms(0755));
-    for (const Row& row : table) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, before, mode, keptAs] : table) {
+        SCOPED_TRACE(what);
         startAnew();
-        const std::filesystem::path kept = rules.string() + row.keptAs;
-        put(rules, row.before);
+        const std::filesystem::path kept = rules.string() + keptAs;
+        put(rules, before);
         put(kept, "an earlier generation");
-        give(rules, row.mode);
-        give(kept, row.mode);
+        give(rules, mode);
+        give(kept, mode);
         give(preferences(""), 0775);
         EXPECT_EQ(inChild([&] {
                       if (setgroups(0, nullptr) != 0 || setgid(group) != 0 || setuid(other) != 0) return 1;
@@ -272,9 +251,9 @@ TEST_F(ConfigurationStoreTest, KeepsTheFilesOfAnotherPerson) {
                   }),
                   0);
         EXPECT_TRUE(holdsExactly(File::appRules, "<key>imported</key><true/>"));
-        EXPECT_EQ(contentOf(kept), row.before);
+        EXPECT_EQ(contentOf(kept), before);
         EXPECT_EQ(statusOf(kept).st_uid, owner);
-        EXPECT_EQ(statusOf(rules).st_mode & 07777, row.mode);
+        EXPECT_EQ(statusOf(rules).st_mode & 07777, mode);
         EXPECT_EQ(namesIn(preferences("")), (Names{"Vxm", rules.filename(), kept.filename()}));
     }
 }

@@ -1,9 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <set>
-#include <string>
-#include <vector>
-
 #include "Files.h"
 #include "Values.h"
 #include "Verbs.h"
@@ -45,8 +41,7 @@ std::vector<std::string> rulesOf(const Value* list) {
     return texts;
 }
 
-class EngineContractTest : public testing::Test {
-protected:
+struct EngineContractTest : testing::Test {
     EngineContractTest() {
         std::filesystem::create_directories(store.path(File::appRules).parent_path());
         for (File file : {File::appRules, File::globalRules}) put(store.path(file), exampleOf(store.path(file)));

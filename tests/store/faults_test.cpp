@@ -5,13 +5,6 @@
 
 #include <cerrno>
 #include <functional>
-#include <iostream>
-#include <map>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <variant>
-#include <vector>
 
 #include "Child.h"
 #include "Files.h"
@@ -262,17 +255,13 @@ private:
 // A disk that could not take the new file is believed, even when all its bytes seem to be there.
 TEST(Faults, StopAChangeBeforeTheFileIsInPlace) {
     ChangeUnderFaults switching(everyChange().front());
-    struct Row {
-        long call;
-        std::vector<bool> isMade;
-    };
-    const Row table[] = {
+    const std::pair<long, std::vector<bool>> table[] = {
         {SYS_write, {false}},
         {SYS_fsync, {false, true}},              // the file, the folder
         {SYS_close, {true, false, true, true}},  // of the old file, of the new one, of its lock, of the folder
         {SYS_renameat2, {false}},
     };
-    for (const Row& row : table) EXPECT_EQ(switching.isMadeWhenFails(row.call), row.isMade) << row.call;
+    for (const auto& [call, isMade] : table) EXPECT_EQ(switching.isMadeWhenFails(call), isMade) << call;
 }
 
 // What was switched on again must not be found off after a power cut.
@@ -289,7 +278,6 @@ void meetAll(const std::vector<Fault>& faults, bool withManyRules) {
         for (const Fault& fault : faults) points += changing.meet(fault);
         if (testing::Test::HasFailure()) return;
     }
-    std::cout << points << " faults met\n";
     EXPECT_GE(points, 200 * int(faults.size()));
 }
 

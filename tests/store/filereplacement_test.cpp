@@ -8,7 +8,6 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <string>
 #include <thread>
 
 #include "Child.h"
@@ -28,8 +27,7 @@ std::error_code replaceWith(const std::filesystem::path& path, std::string_view 
     return replaceFile(path, [&](Sink& sink) { sink.write(content); });
 }
 
-class FileReplacement : public testing::Test {
-protected:
+struct FileReplacement : testing::Test {
     void expectAlone(std::string_view content) const {
         EXPECT_EQ(contentOf(file), content);
         EXPECT_EQ(namesIn(directory.path()), Names{"file"});

@@ -3,10 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <iomanip>
-#include <iostream>
-#include <string>
-
 #include "Binary.h"
 #include "Child.h"
 #include "Files.h"
@@ -167,8 +163,6 @@ TEST(Limits, AreASmallMultipleOfTheFile) {
         const auto size = static_cast<double>(std::filesystem::file_size(from));
         const double multiple = static_cast<double>((*outcome).kilobytes) * 1024 / size;
         EXPECT_LE(multiple, 8) << what;
-        std::cout << std::fixed << std::setprecision(1) << std::setw(8) << size / megabyte << " MB, " << multiple
-                  << " times its memory: " << what << '\n';
     }
 }
 

@@ -5,13 +5,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <functional>
 #include <numeric>
 #include <random>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "store/sorting/NameSort.h"
 

@@ -4,7 +4,6 @@
 
 #include <limits>
 #include <random>
-#include <string>
 
 #include "LargeRuleList.h"
 #include "Values.h"

@@ -4,10 +4,6 @@
 
 #include <algorithm>
 #include <random>
-#include <set>
-#include <string>
-#include <tuple>
-#include <vector>
 
 #include "LargeRuleList.h"
 #include "Values.h"
@@ -140,17 +136,6 @@ TEST(RuleList, SortsByNameOrDate) {
     EXPECT_EQ(rulesOf(list), "alpha beta delta Alpha gamma ");
 }
 
-TEST(RuleList, RemovesWhatIsEqualInAllKeys) {
-    NameOrder order("en_US");
-    RuleList list = listOf(entry("x", "<key>mine</key><true/>") + "<dict/><dict/>");
-    for (int second : {1, 2, 1}) list.add("x", at(second), RuleOrder::name, order);
-    ASSERT_EQ(rulesOf(list), "  x x x x ");
-    EXPECT_EQ(list.removeEqual(3), (std::vector<std::size_t>{3, 5}));
-    EXPECT_EQ(list.removeEqual(0), (std::vector<std::size_t>{0, 1}));
-    EXPECT_EQ(list.removeEqual(0), (std::vector<std::size_t>{0}));
-    EXPECT_EQ(list.date(0), at(2));
-}
-
 // Beside a plain list of these, through the same thousands of changes.
 struct Plain {
     std::string rule;
@@ -160,8 +145,7 @@ struct Plain {
     bool operator==(const Plain& other) const { return rule == other.rule && date == other.date; }
 };
 
-class RuleListInLocale : public testing::TestWithParam<const char*> {
-protected:
+struct RuleListInLocale : testing::TestWithParam<const char*> {
     std::size_t pick(std::size_t limit) { return static_cast<std::size_t>(random_() % limit); }
 
     std::string text(std::size_t longest) {

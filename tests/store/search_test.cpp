@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <numeric>
 #include <random>
-#include <string>
 
 #include "store/rules/RuleSearch.h"
 #include "store/rules/RuleStorage.h"
@@ -13,6 +12,7 @@
 namespace store {
 namespace {
 
+using namespace std::string_literals;
 using Positions = LargeVector<std::uint32_t>;
 
 RuleStorage storageOf(const std::vector<std::string>& rules) {
@@ -79,7 +79,7 @@ TEST(Search, LowersTextOfAnyLength) {
 TEST(Search, FindsAtEveryPlaceOfAnyLength) {
     std::vector<std::string> rules;
     for (std::size_t size = 1; size <= 34; ++size) {
-        for (const std::string_view wanted : {"Q", "qX", "Qxy", "qxyzW"}) {
+        for (const std::string_view wanted : {"Q", "qX", "Qxy", "qxyzW", "qqQww"}) {
             for (std::size_t place = 0; place + wanted.size() <= size; ++place)
                 rules.push_back(std::string(size, 'x').replace(place, wanted.size(), wanted));
         }
@@ -89,8 +89,7 @@ TEST(Search, FindsAtEveryPlaceOfAnyLength) {
     const RuleSearch search(storage);
     const auto rows = rowsOf(rules.size());
     const std::string longest = 'q' + std::string(20, 'x');
-    for (const std::string& wanted : {std::string("q"), std::string("QX"), std::string("qxy"), std::string("qxYzw"),
-                                      std::string("x\u00C9"), longest}) {
+    for (const std::string& wanted : {"q"s, "QX"s, "qxy"s, "qxYzw"s, "qqwW"s, "x\u00C9"s, longest}) {
         const Positions found = search.search(wanted, rows);
         for (std::uint32_t i = 0; i < rules.size(); ++i)
             EXPECT_EQ(std::binary_search(found.begin(), found.end(), i), SearchText(wanted).matches(rules[i]))
