@@ -1,4 +1,5 @@
 // Host list files, and what becomes of their lines in a rule list.
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -29,27 +30,47 @@ std::vector<std::string> linesOf(std::string_view text) {
     return lines;
 }
 
-// The rules of a list to which a text was appended, as the file says them.
+// The rules of a list to which a text was appended, as the file says them, and "-" for what is no entry.
 std::vector<std::string> rulesWith(const std::string& list, const std::string& text) {
     store::Dictionary file = store::dictionaryOf("<dict>" + list + "</dict>");
     file.set("l", store::Value(std::make_shared<store::AppendedRules>(file.find("l"), text)));
     std::vector<std::string> rules;
     const store::Dictionary written = store::dictionaryOf(store::written(file));
-    const store::Array entries = *written.find("l")->array();
-    for (const store::Value& entry : entries) rules.push_back(*entry.dictionary()->find("rule")->string());
+    const store::Array elements = *written.find("l")->array();
+    for (const store::Value& element : elements) {
+        const auto entry = element.dictionary();
+        rules.push_back(entry ? *entry->find("rule")->string() : "-");
+        if (!entry || entry->contains("old")) continue;
+        const auto age = std::chrono::system_clock::now() - entry->find("date")->date().value();
+        demand(std::chrono::abs(age) < std::chrono::hours(1), "an entry is not of today");
+    }
     return rules;
 }
+
+const std::string old = "<dict><key>old</key><true/><key>rule</key><string>&lt;/array></string></dict>";
+
+// What may be there before, and the elements of it that stay.
+const std::pair<std::string, std::vector<std::string>> lists[] = {
+    {"", {}},
+    {"<key>l</key><string>no list</string>", {}},
+    {"<key>l</key><array/>", {}},
+    {"<key>l</key><array>\n</array>", {}},
+    {"<key>l</key><array a='>'>" + old + "</array >", {"</array>"}},
+    {"<key>l</key><array>" + old + "<!-- </array> --> </array>", {"</array>"}},
+    {"<key>l</key><array><array>" + old + "</array><string>x</string></array>", {"-", "-"}},
+};
 
 }  // namespace
 
 bool accepts(std::string_view bytes) {
     const std::optional<std::string> text = screens::hostListText(bytes);
     if (!text) return false;
-    std::vector<std::string> rules = linesOf(*text);
-    demand(rulesWith("", *text) == rules, "the lines are not the rules");
-    rules.insert(rules.begin(), "old");
-    const std::string old = "<key>l</key><array><dict><key>rule</key><string>old</string></dict></array>";
-    demand(rulesWith(old, *text) == rules, "the lines do not follow what was there");
+    const std::vector<std::string> lines = linesOf(*text);
+    for (const auto& [list, before] : lists) {
+        std::vector<std::string> rules = before;
+        rules.insert(rules.end(), lines.begin(), lines.end());
+        demand(rulesWith(list, *text) == rules, "the lines do not follow what was there");
+    }
     return true;
 }
 

@@ -1,15 +1,7 @@
-// Host list files: their encodings, and how a rule list grows by one.
+// The encodings of host list files. How a rule list grows by one is the fuzz target's matter.
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <string_view>
-
 #include "screens/settings/HostListText.h"
-#include "store/Schema.h"
-#include "store/files/BufferSink.h"
-#include "store/plist/PropertyListReader.h"
-#include "store/plist/XmlWriter.h"
-#include "store/rules/AppendedRules.h"
 
 namespace {
 
@@ -33,49 +25,6 @@ TEST(HostListText, IsDecodedByMarkThenByValidity) {
         {"\x81", "\xC2\x81"},
     };
     for (const auto& [bytes, text] : cases) EXPECT_EQ(screens::hostListText(bytes), text) << bytes;
-}
-
-// The rules of a list after lines were appended, read back from what was written; "-" for what is no entry.
-std::vector<std::string> appended(const std::string& list, const std::string& lines) {
-    const auto read = [](std::string_view text) {
-        return std::get<store::Dictionary>(store::readPropertyList(store::Buffer::copyOf(text)));
-    };
-    store::Dictionary file;
-    if (!list.empty()) file = read("<dict><key>l</key>" + list + "</dict>");
-    file.set("l", store::Value(std::make_shared<store::AppendedRules>(file.find("l"), lines)));
-    store::BufferSink sink;
-    store::XmlWriter(sink).document(file);
-
-    std::vector<std::string> rules;
-    const auto elements = read(sink.take().view()).find("l")->array();
-    for (const store::Value& element : *elements) {
-        const auto entry = element.dictionary();
-        const store::Value* rule = entry ? entry->find(store::keys::rule) : nullptr;
-        rules.push_back(rule ? rule->string().value_or("?") : "-");
-        if (!entry || entry->contains("old")) continue;
-        const auto age = std::chrono::system_clock::now() - entry->find(store::keys::date)->date().value();
-        EXPECT_LT(std::chrono::abs(age), std::chrono::minutes(1));
-    }
-    return rules;
-}
-
-TEST(AppendedRules, FollowWhatWasThere) {
-    const std::string old = "<dict><key>old</key><true/><key>rule</key><string>&lt;/array></string></dict>";
-    const struct {
-        std::string list;
-        std::string lines;
-        std::vector<std::string> rules;
-    } cases[] = {
-        {"", "alpha.example\nbeta.example\n", {"alpha.example", "beta.example", ""}},
-        {"", "", {""}},
-        {"<array/>", "a", {"a"}},
-        {"<array>\n</array>", "a\n\nb", {"a", "", "b"}},
-        {"<array a='>'>" + old + "</array >", "a\r\nb", {"</array>", "a\r", "b"}},
-        {"<array>" + old + "<!-- </array> --> </array>", "a", {"</array>", "a"}},
-        {"<array><array>" + old + "</array><string>x</string></array>", "a&b<c", {"-", "-", "a&b<c"}},
-        {"<string>no list</string>", "a", {"a"}},
-    };
-    for (const auto& each : cases) EXPECT_EQ(appended(each.list, each.lines), each.rules) << each.list;
 }
 
 }  // namespace
