@@ -5,7 +5,6 @@
 #include <QTest>
 #include <QThread>
 #include <mutex>
-#include <optional>
 #include <semaphore>
 
 #include "catalog/IconThreads.h"
@@ -51,8 +50,7 @@ private:
     std::counting_semaphore<> gate_{0};
 };
 
-class IconQueueTest : public testing::Test {
-protected:
+struct IconQueueTest : testing::Test {
     IconQueueTest() {
         const std::string icon = directory_.writeSvg("icon.svg", "lime");
         for (const QString& app : apps_) directory_.writeEntry(app.toStdString() + ".desktop", "Name=A\nIcon=" + icon);

@@ -14,11 +14,8 @@ TEST(VxmAppList, AnswersWithAndWithoutIdentifiers) {
         directory.writeEntry(id.toStdString() + ".desktop", "Name=Name of " + id.toStdString() + "\n");
     platform::DesktopApplicationList list({directory.path()});
 
-    const struct {
-        QStringList identifiers;
-        QList<int> found;  // of the installed ones
-        QList<int> with;   // the same, and the one that is always there
-    } cases[] = {
+    // Which of the installed ones are found; the same, and the one that is always there.
+    const std::tuple<QStringList, QList<int>, QList<int>> cases[] = {
         {{}, {}, {0}},
         {{u"plain"_s}, {3}, {0, 3}},
         {{u"ORG.EXAMPLE.mixed"_s, u"PLAIN"_s}, {2, 3}, {0, 2, 3}},

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <unistd.h>
+#include <QtWidgets>
 
-#include <QApplication>
 #include <array>
 #include <filesystem>
 #include <fstream>
@@ -54,10 +54,9 @@ struct Belongings {
     // All there are, by name.
     std::string text() const {
         std::string text;
-        const std::pair<const char*, const std::vector<std::string>&> kinds[] = {
-            {"threads", threads}, {"descriptors", descriptors}, {"widgets", widgets}};
-        for (const auto& [what, names] : kinds) {
-            text += " " + std::to_string(names.size()) + " " + what + ":";
+        for (const auto& [what, names] :
+             {std::pair(" threads:", threads), {" descriptors:", descriptors}, {" widgets:", widgets}}) {
+            text += " " + std::to_string(names.size()) + what;
             for (const std::string& name : names) text += " " + name;
         }
         return text;

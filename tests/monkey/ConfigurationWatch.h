@@ -1,12 +1,11 @@
 #pragma once
 
-#include <fstream>
-#include <iterator>
 #include <optional>
 
 #include "monkey/Rights.h"
 #include "platform/desktop/RegularFile.h"
 #include "store/ConfigurationStore.h"
+#include "store/Files.h"
 #include "store/files/Temporaries.h"
 
 namespace monkey {
@@ -58,14 +57,9 @@ private:
         Known now{platform::stampOf(path), platform::isRegularFile(path), {}, {}};
         if (now.stamp == known(file).stamp) return known(file);
         if (!now.isRegular) return now;
-        now.bytes = bytesOf(path);
+        now.bytes = store::contentOf(path);
         now.dictionary = store::readRuleFile(path);
         return now;
-    }
-
-    static std::string bytesOf(const fs::path& path) {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
     }
 
     std::string checkFile(store::File file, const Sights& seen) {
@@ -89,7 +83,7 @@ private:
         }
         const std::string kept =
             files_.path(file).string() + std::string(wasDamaged ? store::damagedSuffix : store::previousSuffix);
-        return !before.stamp || bytesOf(kept) == before.bytes ? "" : "was not kept as " + kept;
+        return !before.stamp || store::contentOf(kept) == before.bytes ? "" : "was not kept as " + kept;
     }
 
     std::string refusedChanges(store::File file, const store::Dictionary& before, const store::Dictionary& now,

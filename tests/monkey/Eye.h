@@ -1,10 +1,6 @@
 #pragma once
 
-#include <QImage>
-#include <QLineEdit>
-#include <QPainter>
-#include <QScreen>
-#include <QTemporaryDir>
+#include <QtWidgets>
 #include <algorithm>
 #include <functional>
 

@@ -1,14 +1,7 @@
 #pragma once
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QClipboard>
-#include <QInputMethodEvent>
-#include <QKeySequence>
-#include <QLineEdit>
-#include <QPointer>
-#include <QTest>
-#include <QWheelEvent>
+#include <QtTest>
+#include <QtWidgets>
 #include <algorithm>
 #include <functional>
 

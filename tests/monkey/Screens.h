@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QPointer>
+#include <QtWidgets>
 #include <algorithm>
 #include <map>
 #include <string>

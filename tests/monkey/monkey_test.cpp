@@ -2,9 +2,6 @@
 // Lets the monkey at the app and tells what it has seen.
 #include <sys/stat.h>
 
-#include <QApplication>
-#include <QCommandLineParser>
-#include <QHashFunctions>
 #include <iostream>
 
 #include "app/Run.h"
@@ -61,7 +58,6 @@ public:
         Journal::event(events);
         settle();
         terminate();
-        std::filesystem::remove_all(device_->device().root);
 
         std::cout << "seed " << Journal::seed << ", " << events << " events, " << launches_ << " launches, digest "
                   << Journal::digest << ", 0 findings\n";
@@ -122,8 +118,6 @@ private:
 
     void takeNewDevice() {
         static constexpr QSize screens[] = {{320, 568}, {320, 480}, {375, 667}, {768, 1024}};
-        // By hand: Qt's temporary directory leaves behind what has no name in Unicode.
-        if (device_) std::filesystem::remove_all(device_->device().root);
         device_.emplace(random_.chance(80) ? QStringLiteral("iPhone") : QStringLiteral("iPad"), random_.oneOf(screens));
         platform::AnimationClock::setInstant(false);
         device_->device().notifyCenter = &posts_;

@@ -18,8 +18,7 @@ using platform::DesktopNotification;
 constexpr int patience = 10'000;  // milliseconds
 
 // A real bus on a socket of its own, and a listener in another process that writes down what it hears.
-class BusTest : public testing::Test {
-protected:
+struct BusTest : testing::Test {
     void SetUp() override {
         announceBus(address_.toLocal8Bit());
         startBus();

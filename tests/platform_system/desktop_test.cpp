@@ -5,7 +5,6 @@
 
 #include <QSet>
 #include <QUrl>
-#include <tuple>
 
 #include "platform/desktop/DataDirectories.h"
 #include "platform/system/DesktopAddress.h"

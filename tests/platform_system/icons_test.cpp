@@ -5,12 +5,12 @@
 #include <QProcess>
 #include <atomic>
 #include <latch>
-#include <memory>
 #include <thread>
 
 #include "platform/system/DesktopApplicationList.h"
 #include "platform/system/IconImage.h"
 #include "platform_system/DataDirectory.h"
+#include "store/Files.h"
 
 namespace {
 
@@ -47,8 +47,7 @@ std::string gzip(const std::string& bytes) {
     return program.readAllStandardOutput().toStdString();
 }
 
-class IconsTest : public testing::Test {
-protected:
+struct IconsTest : testing::Test {
     // Counts announcements, from whatever thread.
     void count(const DesktopApplicationList& list) {
         QObject::connect(&list, &DesktopApplicationList::iconLoaded, [this] { ++announced; });
@@ -196,22 +195,13 @@ TEST_F(IconsTest, BadVectorsAreHarmless) {
 
 TEST_F(IconsTest, WhatCannotBeLoadedIsRememberedUntilItChanges) {
     directory.writeTheme();
-    const std::string png = [this] {
-        std::ifstream file(directory.writePng("good.png", 29, Qt::green), std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(file), {});
-    }();
+    const std::string png = store::contentOf(directory.writePng("good.png", 29, Qt::green));
     const std::string vectors = svg("<rect width='8' height='8' fill='lime'/>");
     const std::string picture = directory.path() / "picture";
     const std::string good =
         "[Desktop Entry]\nType=Application\nName=App\nIcon=" + (directory.path() / "good.png").string();
     const std::string absent = "absent", pipe = "pipe";
-    const struct {
-        const char* what;
-        std::string icon;
-        std::string file;
-        std::string before;
-        std::string after;
-    } cases[] = {
+    const std::tuple<const char*, std::string, std::string, std::string, std::string> cases[] = {
         {"truncated picture", "cut", "icons/hicolor/32/apps/cut.png", png.substr(0, png.size() / 2), png},
         {"broken vectors", "broken", "icons/hicolor/vectors/apps/broken.svg", "<svg><g></svg", vectors},
         {"endless vectors", "nested", "icons/hicolor/vectors/apps/nested.svg", repeated("<svg>", 100'000), vectors},

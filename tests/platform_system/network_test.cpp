@@ -2,8 +2,6 @@
 
 #include <QSignalSpy>
 #include <QTest>
-#include <memory>
-#include <tuple>
 
 #include "platform/system/HostNetwork.h"
 #include "platform_system/NetworkNamespace.h"
@@ -18,8 +16,7 @@ const testing_support::NetworkNamespace ownNetwork;
 
 constexpr int patience = 10'000;  // milliseconds
 
-class HostNetworkTest : public testing::Test {
-protected:
+struct HostNetworkTest : testing::Test {
     void SetUp() override {
         if (!ownNetwork.isIsolated()) GTEST_SKIP() << "this process may not make a network namespace";
         ownNetwork.reset();
@@ -32,9 +29,10 @@ std::string withFlags(HostNetwork& network, const QString& text) {
     for (const QString& item : text.split(u", "_s)) {
         const QString address = item.section(u' ', 0, 0);
         const std::uint32_t flags = network.flagsForAddress(platform::HostAddress(address)).value_or(~0u);
-        const auto letter = [flags](std::uint32_t flag, const char* name) { return flags & flag ? name : ""; };
-        all.append(address + u' ' + QLatin1String(letter(reachable, "R")) + QLatin1String(letter(isDirect, "D")) +
-                   QLatin1String(letter(isWWAN, "W")));
+        QString letters;
+        for (const auto& [flag, letter] : {std::pair(reachable, u'R'), {isDirect, u'D'}, {isWWAN, u'W'}})
+            if (flags & flag) letters += letter;
+        all.append(address + u' ' + letters);
     }
     return all.join(u", ").toStdString();
 }

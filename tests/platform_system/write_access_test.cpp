@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include <QTemporaryDir>
-#include <tuple>
 
 #include "store/Child.h"
 
@@ -58,15 +57,8 @@ TEST(WriteAccess, TellsWhatHelpsWhom) {
     constexpr uid_t nameless = 54321;
 
     const Fields refused(Kind::refused, "", "");
-    const struct {
-        const char* what;
-        uid_t user;
-        gid_t login;  // the group that the login has
-        uid_t owner;
-        gid_t folder;
-        mode_t mode;
-        Fields access;
-    } table[] = {
+    // The person, the group that the login has; the folder's owner, group and mode.
+    const std::tuple<const char*, uid_t, gid_t, uid_t, gid_t, mode_t, Fields> table[] = {
         {"a member", games, own, 0, own, 02775, {Kind::granted, "", ""}},
         {"a member from the next login on", games, daemon, 0, own, 02775, {Kind::fromNextLogin, "games", "games"}},
         {"no member", games, own, 0, daemon, 02775, {Kind::forMembers, "games", "daemon"}},
@@ -79,12 +71,12 @@ TEST(WriteAccess, TellsWhatHelpsWhom) {
     chmod(parent.path().toLocal8Bit(), 0755);
     const std::filesystem::path folder = parent.filePath(QStringLiteral("folder")).toStdString();
     std::filesystem::create_directory(folder);
-    for (const auto& row : table) {
-        SCOPED_TRACE(row.what);
-        ASSERT_EQ(chown(folder.c_str(), row.owner, row.folder) + chmod(folder.c_str(), row.mode), 0);
-        const SomebodyElse rights(row.user, row.login);
+    for (const auto& [what, person, login, owner, itsGroup, mode, access] : table) {
+        SCOPED_TRACE(what);
+        ASSERT_EQ(chown(folder.c_str(), owner, itsGroup) + chmod(folder.c_str(), mode), 0);
+        const SomebodyElse rights(person, login);
         ASSERT_TRUE(rights.isReady());
-        EXPECT_EQ(accessTo(folder), row.access);
+        EXPECT_EQ(accessTo(folder), access);
     }
 }
 

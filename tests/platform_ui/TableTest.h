@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QKeyEvent>
-#include <QLineEdit>
 #include <climits>
 #include <memory>
 
@@ -100,8 +98,7 @@ private:
     int removedFrom_ = INT_MAX;
 };
 
-class TableTest : public WindowTest {
-protected:
+struct TableTest : WindowTest {
     // Counts the Escapes that nobody took: those would leave the screen.
     class Window : public QWidget {
     public:

@@ -2,15 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QKeySequence>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 #include "platform/ui/motion/AnimationClock.h"
 
 // A window in front of all others, with a finger and keys. Animations are instant, unless a test says otherwise.
-class WindowTest : public testing::Test {
-protected:
+struct WindowTest : testing::Test {
     WindowTest() { platform::AnimationClock::setInstant(true); }
     ~WindowTest() override { platform::AnimationClock::setInstant(false); }
 
@@ -41,6 +39,9 @@ protected:
             QTest::keyClick(front->windowHandle(), combination.key(), combination.keyboardModifiers());
         }
     }
+
+    // As a screen reader has it.
+    static QAccessibleInterface* read(QObject* object) { return QAccessible::queryAccessibleInterface(object); }
 
     QWidget* front = nullptr;
 };

@@ -1,6 +1,4 @@
 // What a table, an alert and a field are to a screen reader.
-#include <QAccessible>
-#include <QLabel>
 
 #include "platform/ui/accessibility/Accessibility.h"
 #include "platform/ui/alert/AlertView.h"
@@ -16,10 +14,6 @@ using Action = QAccessibleActionInterface;
 
 constexpr int many = 1'000'000;  // positions, with the two fixed rows
 
-QAccessibleInterface* read(QObject* object) {
-    return QAccessible::queryAccessibleInterface(object);
-}
-
 // Whether the action is offered.
 bool act(QAccessibleInterface* element, const QString& action) {
     const bool offered = element->actionInterface()->actionNames().contains(action);
@@ -27,8 +21,7 @@ bool act(QAccessibleInterface* element, const QString& action) {
     return offered;
 }
 
-class AccessibilityTest : public TableTest {
-protected:
+struct AccessibilityTest : TableTest {
     AccessibilityTest() { installAccessibility(); }
     void SetUp() override { show(many - 2); }
 

@@ -1,12 +1,5 @@
 #include "platform/ui/alert/AlertView.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QScrollBar>
-#include <tuple>
-
 #include "platform_ui/WindowTest.h"
 
 namespace {
@@ -14,8 +7,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using platform::AlertView;
 
-class AlertViewTest : public WindowTest, public platform::AlertViewDelegate {
-protected:
+struct AlertViewTest : WindowTest, platform::AlertViewDelegate {
     AlertViewTest() : below(new QPushButton(&window)) {
         window.resize(320, 460);
         below->resize(window.size());

@@ -1,7 +1,4 @@
 // The switch and the image button under a finger, keys and a screen reader, and the images.
-#include <QAccessible>
-#include <QDir>
-#include <QPointer>
 
 #include "platform/ui/accessibility/Accessibility.h"
 #include "platform/ui/controls/ImageButton.h"
@@ -16,8 +13,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace platform;
 
-class ControlsTest : public WindowTest {
-protected:
+struct ControlsTest : WindowTest {
     ControlsTest() : toggle(new Switch(&view)), button(new ImageButton(&view)) {
         installAccessibility();
         view.resize(200, 100);
@@ -37,13 +33,8 @@ protected:
 };
 
 TEST_F(ControlsTest, AnswerToTheFinger) {
-    const struct {
-        const char* what;
-        QAbstractButton* control;
-        bool wasOn;
-        std::vector<QPoint> path;  // pressed at the first, released at the last
-        QString told;
-    } cases[] = {
+    // Pressed at the first point, released at the last.
+    const std::tuple<const char*, QAbstractButton*, bool, std::vector<QPoint>, QString> cases[] = {
         {"tap", toggle, false, {{40, 15}}, u"1"_s},
         {"tap when on", toggle, true, {{10, 15}}, u"0"_s},
         {"a trembling tap", toggle, false, {{20, 15}, {22, 14}, {21, 15}}, u"1"_s},
@@ -103,13 +94,9 @@ TEST_F(ControlsTest, HeldSwitchIsAsBeforeWhenThePressIsCancelled) {
 }
 
 TEST_F(ControlsTest, AnswerToTheKeyboardAndToAssistance) {
-    const struct {
-        QAbstractButton* control;
-        QAccessible::Role role;
-        QString action;
-        QString told;
-    } cases[] = {{toggle, QAccessible::CheckBox, QAccessibleActionInterface::toggleAction(), u"1010"_s},
-                 {button, QAccessible::Button, QAccessibleActionInterface::pressAction(), u"!!!!"_s}};
+    const std::tuple<QAbstractButton*, QAccessible::Role, QString, QString> cases[] = {
+        {toggle, QAccessible::CheckBox, QAccessibleActionInterface::toggleAction(), u"1010"_s},
+        {button, QAccessible::Button, QAccessibleActionInterface::pressAction(), u"!!!!"_s}};
     for (const auto& [control, role, action, heard] : cases) {
         told.clear();
         for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
@@ -118,17 +105,17 @@ TEST_F(ControlsTest, AnswerToTheKeyboardAndToAssistance) {
             QCoreApplication::sendEvent(control, &held);
         }
         control->setText(u"Name"_s);
-        QAccessibleInterface* read = QAccessible::queryAccessibleInterface(control);
-        EXPECT_EQ(read->role(), role);
-        EXPECT_EQ(read->text(QAccessible::Name), u"Name");
-        EXPECT_EQ(read->state().checked, control == toggle);
-        read->actionInterface()->doAction(action);
-        EXPECT_FALSE(read->state().checked);
+        QAccessibleInterface* element = read(control);
+        EXPECT_EQ(element->role(), role);
+        EXPECT_EQ(element->text(QAccessible::Name), u"Name");
+        EXPECT_EQ(element->state().checked, control == toggle);
+        element->actionInterface()->doAction(action);
+        EXPECT_FALSE(element->state().checked);
         EXPECT_EQ(told, heard);
         control->setEnabled(false);
         QTest::mouseClick(control, Qt::LeftButton);
         QTest::keyClick(control, Qt::Key_Return);
-        read->actionInterface()->doAction(action);
+        element->actionInterface()->doAction(action);
         EXPECT_EQ(told, heard);
     }
 }

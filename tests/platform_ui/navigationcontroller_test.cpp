@@ -1,11 +1,5 @@
 #include "platform/ui/navigation/NavigationController.h"
 
-#include <QAccessible>
-#include <QLineEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <tuple>
-
 #include "platform/ui/accessibility/Accessibility.h"
 #include "platform/ui/alert/AlertView.h"
 #include "platform/ui/controls/ImageButton.h"
@@ -52,8 +46,7 @@ private:
     QStringList& log_;
 };
 
-class NavigationControllerTest : public WindowTest {
-protected:
+struct NavigationControllerTest : WindowTest {
     NavigationControllerTest() : navigation(adopted(u"root"_s)), root(current) {
         installAccessibility();
         navigation.resize(320, 460);
@@ -130,10 +123,8 @@ TEST_F(NavigationControllerTest, TakesNoInputWhileScreensMove) {
     Screen* next = run(u"push"_s);
     heard();
     const auto pressByAssistance = [&] {
-        for (const Screen* screen : {root, next}) {
-            auto* actions = QAccessible::queryAccessibleInterface(screen->button)->actionInterface();
-            actions->doAction(QAccessibleActionInterface::pressAction());
-        }
+        for (const Screen* screen : {root, next})
+            read(screen->button)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     };
     tap(onButton);
     keys(u"Esc"_s);

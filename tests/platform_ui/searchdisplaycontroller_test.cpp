@@ -1,8 +1,6 @@
 // Searching by keyboard and mouse.
 #include "platform/ui/search/SearchDisplayController.h"
 
-#include <QAccessible>
-#include <QScrollBar>
 #include <functional>
 
 #include "platform/ui/accessibility/Accessibility.h"
@@ -14,8 +12,7 @@ using namespace Qt::StringLiterals;
 using namespace platform;
 
 // Over a hundred numbered rows, of which those are found whose number contains what was typed.
-class SearchTest : public TableTest, public SearchDisplayDelegate {
-protected:
+struct SearchTest : TableTest, SearchDisplayDelegate {
     void SetUp() override {
         installAccessibility();
         show(100);
@@ -49,7 +46,6 @@ protected:
         bar->field()->setFocus();
         QTest::keyClicks(bar->field(), text);
     }
-    static QAccessibleInterface* read(QObject* object) { return QAccessible::queryAccessibleInterface(object); }
     TableView* results() const { return search->searchResultsTableView(); }
     void expectEnded() const {
         EXPECT_FALSE(search->isActive());
@@ -114,16 +110,6 @@ TEST_F(SearchTest, EndsByEveryWayOut) {
         leave();
         expectEnded();
     }
-}
-
-TEST_F(SearchTest, KeysGoFromTheFieldToTheResultsAndChoose) {
-    type(u"42"_s);
-    keys(u"Down"_s);
-    EXPECT_TRUE(results()->hasFocus());
-    keys(u"Return"_s);
-    EXPECT_EQ(found.told, QStringList{u"selected fixed 0"_s});
-    EXPECT_TRUE(rows->told.isEmpty());
-    EXPECT_TRUE(search->isActive());
 }
 
 TEST_F(SearchTest, TabGoesRoundInReadingOrderAndNotBelowTheResults) {

@@ -3,11 +3,11 @@
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
-#include <vector>
 
 #include "simulator/DeviceDirectory.h"
 #include "simulator/PrintingNotifyCenter.h"
 #include "simulator/SimulatorOptions.h"
+#include "store/Verbs.h"
 
 using namespace Qt::StringLiterals;
 using namespace simulator;
@@ -19,10 +19,7 @@ std::variant<SimulatorOptions, Misuse, Help> parsed(const QString& line) {
 }
 
 TEST(SimulatorOptions, TakesEveryOption) {
-    const struct {
-        QString line;
-        SimulatorOptions taken;
-    } cases[] = {
+    const std::pair<QString, SimulatorOptions> cases[] = {
         {u"--device /tmp/phone"_s, {"/tmp/phone", u"iPhone"_s, {320, 568}, Network::host, u""_s}},
         {u"--network wwan --screen 320x480 --device=phone --model iPad --documentation-host 127.0.0.1:8000"_s,
          {"phone", u"iPad"_s, {320, 480}, Network::wwan, u"127.0.0.1:8000"_s}},
@@ -38,10 +35,8 @@ TEST(SimulatorOptions, TakesEveryOption) {
 }
 
 TEST(SimulatorOptions, SaysInOneLineWhatItDoesNotTake) {
-    const struct {
-        QString line;
-        QString named;  // what the reason must name
-    } cases[] = {
+    const std::pair<QString, QString> cases[] = {
+        // what the reason must name
         {u""_s, u"--device"_s},
         {u"--device"_s, u"device"_s},
         {u"--device= --model iPhone"_s, u"--device"_s},
@@ -67,11 +62,7 @@ TEST(DeviceDirectory, GetsTheFoldersThatAreMissingOrIsRefusedByTheNameOfWhatIsIn
     const QTemporaryDir folder;
     const std::filesystem::path directory = folder.path().toStdString(), file = directory / "file";
     std::ofstream(file) << "kept";
-    const struct {
-        std::filesystem::path directory;
-        std::vector<std::filesystem::path> folders;
-        std::string inTheWay;
-    } cases[] = {
+    const std::tuple<std::filesystem::path, std::vector<std::filesystem::path>, std::string> cases[] = {
         {directory, {directory, directory / "b/c"}, ""},
         {directory / "missing", {}, directory / "missing"},
         {file, {}, file},
@@ -88,17 +79,14 @@ TEST(DeviceDirectory, GetsTheFoldersThatAreMissingOrIsRefusedByTheNameOfWhatIsIn
 }
 
 TEST(PrintingNotifyCenter, PostsAndPrintsALineEach) {
-    struct Recorder : store::NotifyCenter {
-        std::vector<std::string> posted;
-        void post(std::string_view name) override { posted.emplace_back(name); }
-    } recorder;
-    PrintingNotifyCenter center(recorder);
+    store::Posts posts;
+    PrintingNotifyCenter center(posts);
     testing::internal::CaptureStdout();
     center.post(store::hookLate);
     center.post(store::reloadBoth);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "posted com.urmeld.vxm.hookLate\nposted com.urmeld.vxm.reloadBoth\n");
-    EXPECT_EQ(recorder.posted, (std::vector<std::string>{"com.urmeld.vxm.hookLate", "com.urmeld.vxm.reloadBoth"}));
+    EXPECT_EQ(posts.names, (std::vector<std::string>{"com.urmeld.vxm.hookLate", "com.urmeld.vxm.reloadBoth"}));
 }
 
 }  // namespace

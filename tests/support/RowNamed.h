@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QApplication>
+#include <QtWidgets>
 #include <optional>
 #include <stdexcept>
 

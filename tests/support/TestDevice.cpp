@@ -1,15 +1,5 @@
 #include "support/TestDevice.h"
 
-#include <QAbstractButton>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMultiMap>
-#include <QPushButton>
-#include <QTest>
-#include <algorithm>
-#include <fstream>
-#include <iterator>
-
 #include "platform/ui/motion/AnimationClock.h"
 #include "resources/Resources.h"
 #include "support/RowNamed.h"
@@ -33,8 +23,6 @@ TestDevice::TestDevice(const QString& model, QSize screen) {
 TestDevice::~TestDevice() {
     app_.reset();
     platform::AnimationClock::setInstant(false);
-    // QTemporaryDir leaves behind what has no name in Unicode.
-    fs::remove_all(device_.root);
 }
 
 void TestDevice::Recorder::post(std::string_view name) {
@@ -49,15 +37,6 @@ void TestDevice::install(const std::string& identifier, const std::string& name)
 
 void TestDevice::put(store::File file, const std::string& xmlContent) {
     putBytes(path(file), "<plist version=\"1.0\">" + xmlContent + "</plist>\n");
-}
-
-void TestDevice::putBytes(const fs::path& file, const std::string& bytes) {
-    std::ofstream(file, std::ios::binary) << bytes;
-}
-
-std::string TestDevice::bytes(const fs::path& file) {
-    std::ifstream content(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(content), {}};
 }
 
 void TestDevice::launch() {
@@ -182,6 +161,12 @@ QStringList TestDevice::rowTexts(int section, int row) const {
 int TestDevice::rows(int section) const {
     auto* dataSource = dynamic_cast<platform::TableViewDataSource*>(screen());
     return dataSource ? dataSource->numberOfRowsInSection(*table(), section) : 0;
+}
+
+QStringList TestDevice::titles(int section) const {
+    QStringList titles;
+    for (int row = 0; row < rows(section); ++row) titles.append(rowTexts(section, row).value(0));
+    return titles;
 }
 
 platform::AlertView* TestDevice::alert() const {

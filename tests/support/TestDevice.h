@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QApplication>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +19,7 @@
 #include "platform/ui/table/IndexPath.h"
 #include "platform/ui/table/TableView.h"
 #include "platform/ui/table/TableViewCell.h"
+#include "store/Files.h"
 #include "store/NotifyCenter.h"
 #include "store/Writers.h"
 #include "store/plist/PropertyList.h"
@@ -47,9 +47,9 @@ public:
     std::filesystem::path path(store::File file) const { return store_.path(file); }
     const store::ConfigurationStore& files() const { return store_; }
     void put(store::File file, const std::string& xmlContent);
-    void putBytes(const std::filesystem::path& file, const std::string& bytes);
+    static void putBytes(const std::filesystem::path& file, const std::string& bytes) { store::put(file, bytes); }
     std::string bytes(store::File file) const { return bytes(path(file)); }
-    static std::string bytes(const std::filesystem::path& file);
+    static std::string bytes(const std::filesystem::path& file) { return store::contentOf(file); }
     std::optional<store::Dictionary> plist(store::File file) const { return store_.read(file); }
     const std::vector<Post>& posts() const { return recorder_.posts; }
 
@@ -84,6 +84,8 @@ public:
     // Texts of the row's labels and fields, top to bottom.
     QStringList rowTexts(int section, int row) const;
     int rows(int section) const;
+    // The topmost text of each row.
+    QStringList titles(int section) const;
 
     // The alert on top, or nullptr; and its buttons.
     platform::AlertView* alert() const;
@@ -104,8 +106,8 @@ private:
     int middleOfRow(platform::IndexPath row) const;
     QWidget* focus() const;
 
-    QTemporaryDir directory_;
-    const std::filesystem::path root_ = directory_.path().toStdString();
+    const store::TemporaryDirectory directory_;
+    const std::filesystem::path root_ = directory_.path();
     const std::filesystem::path applicationFolder_ = root_ / "usr/share/applications";
     Recorder recorder_{*this};
     store::ConfigurationStore store_{root_, recorder_};

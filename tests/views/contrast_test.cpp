@@ -42,12 +42,7 @@ TEST(Contrast, TextsCanBeReadAndTheFocusCanBeSeen) {
     const QColor cap = platform::Images::named(QStringLiteral("CapSelected"), 1).toImage().pixelColor(53, 15);
     constexpr double text = 4.5;
     constexpr double mark = 3;
-    const struct {
-        const char* what;
-        QColor ink;
-        QColor ground;
-        double least;
-    } pairs[] = {
+    const std::tuple<const char*, QColor, QColor, double> pairs[] = {
         {"text", ink, white, text},
         {"text of a row that is pressed", ink, over(pressedVeil, white), text},
         {"title of the button that matters", accentInk, white, text},

@@ -38,11 +38,7 @@ TEST(FontsTest, EachTextHasTheFaceOfItsNameOrTheFallbacks) {
     const views::Chrome chrome(true, u"iPhone"_s, {320, 568});
     const char* condensed = "Helvetica Neue";
     const char* fallback = "Liberation Sans";
-    const struct {
-        QFont font;
-        const char* family;
-        int size;
-    } cases[] = {
+    const std::tuple<QFont, const char*, int> cases[] = {
         {chrome.barTitle(), condensed, 20},    {chrome.rowTitle(), condensed, 15}, {chrome.bigText(), condensed, 30},
         {chrome.rowUnderText(), fallback, 13}, {chrome.smallText(), fallback, 15}, {chrome.button(), fallback, 15},
         {chrome.helpText(), fallback, 13},

@@ -65,13 +65,9 @@ QColor textColour(const QWidget* widget) {
 }
 
 TEST(ChromeTest, BodyHeightFollowsModelAndScreen) {
-    const struct {
-        QString model;
-        int height;
-        int bodyHeight;
-    } cases[] = {{u"iPhone"_s, 568, 508},     {u"iPod"_s, 568, 508},   {u"iPhone"_s, 480, 420},
-                 {u"iPad"_s, 568, 420},       {u"iPhone"_s, 569, 420}, {u"iPhone"_s, 567, 420},
-                 {u"iPod touch"_s, 568, 420}, {u"iphone"_s, 568, 420}};
+    const std::tuple<QString, int, int> cases[] = {
+        {u"iPhone"_s, 568, 508}, {u"iPod"_s, 568, 508},   {u"iPhone"_s, 480, 420},     {u"iPad"_s, 568, 420},
+        {u"iPhone"_s, 569, 420}, {u"iPhone"_s, 567, 420}, {u"iPod touch"_s, 568, 420}, {u"iphone"_s, 568, 420}};
     for (const auto& [model, height, bodyHeight] : cases)
         EXPECT_EQ(Chrome(false, model, {320, height}).bodyHeight(), bodyHeight) << model.toStdString() << height;
 }
@@ -101,12 +97,8 @@ TEST(NavBarTest, ShowsTheButtonsItIsAskedForInTheirPlaces) {
     VxmNavBarView edit(barFrame, screen, false, false, true), settings(barFrame, screen, false, false, false);
     views::VxmAppChooserNavBarView chooser(barFrame, screen);
     settings.showSettingsButton();
-    const struct {
-        VxmNavBarView& bar;
-        QString button;  // the only one
-        QRect frame;
-        QString asked;
-    } cases[] = {
+    const std::tuple<VxmNavBarView&, QString, QRect, QString> cases[] = {
+        // each with its only button
         {back, u"Back"_s, {0, -3, 52, 46}, u""_s},          {add, u"Add"_s, {276, 4, 32, 32}, u"add "_s},
         {edit, u"Edit"_s, {276, 4, 32, 32}, u"edit "_s},    {settings, u"Settings"_s, {0, -3, 52, 46}, u"settings "_s},
         {chooser, u"Done"_s, {276, 3, 32, 32}, u"done "_s},
@@ -228,12 +220,8 @@ TEST(RuleCellTest, FieldCanBeEditedOnlyInEditModeAndIsAsMuchWiderAsTheRow) {
     Shown<views::VxmRuleCell> cell;
     EXPECT_EQ(cell.titleTextField()->geometry(), QRect(16, 7, 296, 20));
     EXPECT_FALSE(cell.titleTextField()->isEnabled());
-    const struct {
-        int rowWidth;
-        bool isEditing;
-        int width;
-    } cases[] = {{320, true, 256}, {320, false, 296}, {412, false, 388},
-                 {412, true, 348}, {300, true, 236},  {300, false, 276}};
+    const std::tuple<int, bool, int> cases[] = {{320, true, 256}, {320, false, 296}, {412, false, 388},
+                                                {412, true, 348}, {300, true, 236},  {300, false, 276}};
     for (const auto& [rowWidth, isEditing, width] : cases) {
         cell.resize(rowWidth, 50);
         cell.setEditing(isEditing, false);
@@ -254,11 +242,8 @@ void show(views::VxmRuleCell& cell, const QString& rule, int rowWidth, bool isEd
 
 TEST(RuleCellTest, ShowsARuleTheSameWhateverTheCellShowedBefore) {
     const QString wide(60, u'w');
-    const struct {
-        QString rule;
-        int rowWidth;
-        bool isEditing;
-    } pasts[] = {{u"short"_s, 320, false}, {wide, 320, false}, {wide, 320, true}, {wide, 200, false}};
+    const std::tuple<QString, int, bool> pasts[] = {
+        {u"short"_s, 320, false}, {wide, 320, false}, {wide, 320, true}, {wide, 200, false}};
     const QFont fullSize = tallPhone().rowTitle();
     for (const int ruleWidth : {100, 250, 280, 300, 500}) {
         QString rule;
@@ -272,9 +257,9 @@ TEST(RuleCellTest, ShowsARuleTheSameWhateverTheCellShowedBefore) {
                 EXPECT_EQ(field.font().pixelSize() < fullSize.pixelSize(), ruleWidth > field.width());
                 const QImage shown = fresh.grab().toImage();
                 QTest::keyClicks(&field, wide);
-                for (const auto& past : pasts) {
+                for (const auto& [pastRule, pastWidth, wasEditing] : pasts) {
                     views::VxmRuleCell cell(tallPhone(), u"RCell"_s);
-                    show(cell, past.rule, past.rowWidth, past.isEditing);
+                    show(cell, pastRule, pastWidth, wasEditing);
                     show(cell, rule, rowWidth, isEditing);
                     EXPECT_EQ(cell.grab().toImage(), shown);
                     QTest::keyClicks(cell.titleTextField(), wide);
@@ -301,15 +286,10 @@ TEST(RuleCellTest, PlacesItsLabels) {
 }
 
 TEST(ScreenViewTest, PanelFillsWhatTheDesignLeavesIt) {
-    const struct {
-        QSize window;
-        int bodyHeight;
-        int designHeight;
-        QSize panel;
-    } cases[] = {{{320, 548}, 508, 548, {320, 508}},
-                 {{320, 460}, 420, 460, {320, 420}},
-                 {{320, 548}, 420, 548, {320, 420}},
-                 {{412, 915}, 508, 548, {412, 875}}};
+    const std::tuple<QSize, int, int, QSize> cases[] = {{{320, 548}, 508, 548, {320, 508}},
+                                                        {{320, 460}, 420, 460, {320, 420}},
+                                                        {{320, 548}, 420, 548, {320, 420}},
+                                                        {{412, 915}, 508, 548, {412, 875}}};
     for (const auto& [window, bodyHeight, designHeight, panel] : cases) {
         views::ScreenView view(new QWidget, new QWidget, bodyHeight, designHeight);
         view.resize(window);
