@@ -1,6 +1,5 @@
 // The app's look on a desktop that has another one.
 #include <gtest/gtest.h>
-#include <utility>
 
 #include <QApplication>
 #include <QLineEdit>

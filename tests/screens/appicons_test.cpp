@@ -2,13 +2,9 @@
 // files, loaded by the real queue, seen in the picture of the rows.
 #include <gtest/gtest.h>
 
-#include <QAccessible>
-#include <QColor>
-#include <QImage>
 #include <functional>
 
 #include "catalog/VxmAppList.h"
-#include "platform/system/DesktopApplicationList.h"
 #include "platform/ui/search/SearchDisplayController.h"
 #include "screens/apps/AppListScreen.h"
 #include "screens/apps/VxmMainViewController.h"
@@ -19,8 +15,7 @@ namespace {
 constexpr int apps = 60;
 constexpr int iconCentre = 26;  // points from the left edge of a row
 
-class AppIconsTest : public testing::Test {
-protected:
+struct AppIconsTest : testing::Test {
     void SetUp() override {
         for (int app = 0; app < apps; ++app) {
             device.install(identifierOf(app), nameOf(app));

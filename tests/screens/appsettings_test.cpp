@@ -22,8 +22,7 @@ std::string rulesWith(const std::string& record) {
     return rules.append(identifier).append("</key><dict>").append(record).append("</dict></dict>");
 }
 
-class AppSettingsTest : public testing::Test {
-protected:
+struct AppSettingsTest : testing::Test {
     // Opens the app's screen; its record is given as the inside of a dictionary.
     void open(const std::string& record) {
         device.install(identifier, "Mail");
@@ -54,11 +53,8 @@ protected:
 };
 
 TEST_F(AppSettingsTest, FirstAppearanceShowsTheRecordAndWritesIt) {
-    const struct {
-        const char* record;
-        const char* states;  // allow, deny, still, Wi-Fi | enabled
-        bool stillUseRules;
-    } cases[] = {
+    const std::tuple<const char*, const char*, bool> cases[] = {
+        // allow, deny, still, Wi-Fi | enabled
         {"", "off off off- off | on", false},
         {"<key>allowEverything</key><string>1</string><key>stillUseRules</key><true/>", "on off- on off | on", true},
         {"<key>allowEverything</key><string>2</string>", "off- on off off | on", false},
@@ -68,10 +64,10 @@ TEST_F(AppSettingsTest, FirstAppearanceShowsTheRecordAndWritesIt) {
         {"<key>allowEverything</key><string>2</string><key>stillUseRules</key><integer>0</integer>",
          "off- on on off | on", true},
     };
-    for (const auto& each : cases) {
-        open(each.record);
-        EXPECT_EQ(states(), each.states) << each.record;
-        EXPECT_EQ(flag("stillUseRules"), each.stillUseRules) << each.record;
+    for (const auto& [given, shown, stillUseRules] : cases) {
+        open(given);
+        EXPECT_EQ(states(), shown) << given;
+        EXPECT_EQ(flag("stillUseRules"), stillUseRules) << given;
         EXPECT_EQ(device.plist(File::appRules)->find("150")->boolean(), true);
         EXPECT_TRUE(device.posts().empty());
     }
@@ -79,12 +75,7 @@ TEST_F(AppSettingsTest, FirstAppearanceShowsTheRecordAndWritesIt) {
 
 TEST_F(AppSettingsTest, BlanketModesFollowTheirStates) {
     open("<key>deny</key><array><string>odd</string></array><key>own</key><integer>7</integer>");
-    const struct {
-        QStringView tapped;
-        const char* states;
-        const char* mode;
-        bool stillUseRules;
-    } steps[] = {
+    const std::tuple<QStringView, const char*, const char*, bool> steps[] = {
         {allow, "on off- off off | on", "1", false},
         {still, "on off- on off | on", "1", true},
         {deny, "on off- on off | on", "1", true},  // it cannot be used now
@@ -95,11 +86,11 @@ TEST_F(AppSettingsTest, BlanketModesFollowTheirStates) {
         {allow, "off- on on off | on", "2", true},  // it cannot be used now
         {deny, "off off off- off | on", "", false},
     };
-    for (const auto& step : steps) {
-        toggle(step.tapped);
-        EXPECT_EQ(states(), step.states);
-        EXPECT_EQ(mode(), step.mode);
-        EXPECT_EQ(flag("stillUseRules"), step.stillUseRules);
+    for (const auto& [tapped, shown, blanketMode, stillUseRules] : steps) {
+        toggle(tapped);
+        EXPECT_EQ(states(), shown);
+        EXPECT_EQ(mode(), blanketMode);
+        EXPECT_EQ(flag("stillUseRules"), stillUseRules);
     }
     EXPECT_EQ(record().find("own")->integer(), 7);
     EXPECT_EQ(record().find("deny")->array()->size(), 1U);

@@ -1,9 +1,6 @@
 // The app without mouse or finger.
 #include <gtest/gtest.h>
 
-#include <QLineEdit>
-#include <QWindow>
-
 #include "platform/ui/input/Focus.h"
 #include "platform/ui/search/SearchDisplayController.h"
 #include "store/Schema.h"
@@ -15,8 +12,7 @@ namespace {
 constexpr const char* anchor = "org.example.Anchor";
 constexpr const char* beacon = "org.example.Beacon";
 
-class KeyboardTest : public testing::Test {
-protected:
+struct KeyboardTest : testing::Test {
     void SetUp() override {
         device.install(anchor, "Anchor");
         device.install(beacon, "Beacon");
@@ -44,10 +40,18 @@ protected:
         for (int step = 0; step < 20 && focused() != name; ++step) press(Qt::Key_Tab);
         ASSERT_EQ(focused(), name);
     }
-    void goToRow(int rowsFromTheTop) {
-        tabTo(QStringLiteral("rows"));
-        press(Qt::Key_Home);
+    void pressOn(const QString& name, Qt::Key key = Qt::Key_Space) {
+        tabTo(name);
+        press(key);
+    }
+    void pressOnRow(int rowsFromTheTop, Qt::Key key = Qt::Key_Return) {
+        pressOn(QStringLiteral("rows"), Qt::Key_Home);
         for (int row = 0; row < rowsFromTheTop; ++row) press(Qt::Key_Down);
+        press(key);
+    }
+    void enter(const QString& text) {
+        type(text);
+        press(Qt::Key_Return);
     }
     QString title() const { return device.screen()->view()->accessibleName(); }
 
@@ -61,37 +65,28 @@ protected:
 };
 
 TEST_F(KeyboardTest, PutsAnAppUnderTheFirewallChangesItAndTakesItOff) {
-    tabTo(QStringLiteral("Add"));
-    press(Qt::Key_Return);
+    pressOn(QStringLiteral("Add"), Qt::Key_Return);
     ASSERT_EQ(title(), u"Add App");
-    goToRow(0);
-    press(Qt::Key_Return);
+    pressOnRow(0);
     ASSERT_EQ(title(), u"Vexmor");
     ASSERT_TRUE(hasRecord(beacon));
 
-    goToRow(3);
-    press(Qt::Key_Return);
+    pressOnRow(3);
     ASSERT_EQ(title(), u"Beacon");
-    goToRow(1);
-    press(Qt::Key_Space);
+    pressOnRow(1, Qt::Key_Space);
     EXPECT_EQ(record().blanketMode(), store::BlanketMode::denyAll);
-    tabTo(QStringLiteral("Firewall enabled for Beacon"));
-    press(Qt::Key_Space);
+    pressOn(QStringLiteral("Firewall enabled for Beacon"));
     EXPECT_FALSE(record().enabled());
 
-    goToRow(5);
-    press(Qt::Key_Enter);
+    pressOnRow(5, Qt::Key_Enter);
     ASSERT_EQ(title(), u"Always Deny");
-    goToRow(0);
-    press(Qt::Key_Return);
-    type(QStringLiteral("Tracker.example"));
-    press(Qt::Key_Return);
+    pressOnRow(0);
+    enter(QStringLiteral("Tracker.example"));
     EXPECT_EQ(rulesIn(record().dictionary(), store::keys::deny), list({"tracker.example"}));
 
     press(Qt::Key_Left, Qt::AltModifier);
     ASSERT_EQ(title(), u"Beacon");
-    tabTo(QStringLiteral("Block If NOT On WiFi"));
-    press(Qt::Key_Escape);
+    pressOn(QStringLiteral("Block If NOT On WiFi"), Qt::Key_Escape);
     ASSERT_EQ(title(), u"Vexmor");
     tabTo(QStringLiteral("Search"));
     type(QStringLiteral("bea"));
@@ -104,33 +99,25 @@ TEST_F(KeyboardTest, PutsAnAppUnderTheFirewallChangesItAndTakesItOff) {
 }
 
 TEST_F(KeyboardTest, SortsEditsAndAnswersAlerts) {
-    goToRow(0);
-    press(Qt::Key_Return);
+    pressOnRow(0);
     ASSERT_EQ(title(), u"Global Allow");
     const auto* searchBar = device.screen()->view()->findChild<platform::SearchBar*>();
-    tabTo(QStringLiteral("Sort by Name"));
-    press(Qt::Key_Right);
+    pressOn(QStringLiteral("Sort by Name"), Qt::Key_Right);
     EXPECT_EQ(focused(), u"Sort by Date");
     EXPECT_FALSE(searchBar->isVisible());
     press(Qt::Key_Left);
     EXPECT_TRUE(searchBar->isVisible());
 
-    tabTo(QStringLiteral("Edit"));
-    press(Qt::Key_Space);
-    tabTo(QStringLiteral("two.example"));
-    press(Qt::Key_End);
-    type(QStringLiteral(".org"));
-    press(Qt::Key_Return);
+    pressOn(QStringLiteral("Edit"));
+    pressOn(QStringLiteral("two.example"), Qt::Key_End);
+    enter(QStringLiteral(".org"));
     EXPECT_EQ(globalAllow(), list({"one.example", "two.example.org"}));
-    goToRow(2);
-    press(Qt::Key_Return);
+    pressOnRow(2);
     EXPECT_EQ(focused(), u"one.example") << "a row that can be edited is";
     press(Qt::Key_Escape);
-    tabTo(QStringLiteral("Done"));
-    press(Qt::Key_Space);
+    pressOn(QStringLiteral("Done"));
 
-    goToRow(1);
-    press(Qt::Key_Return);
+    pressOnRow(1);
     ASSERT_TRUE(device.alert());
     EXPECT_TRUE(platform::Focus::isSeen(device.window()->focusWidget()));
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Space, Qt::Key_Right, Qt::Key_Space}) press(key);
@@ -148,7 +135,7 @@ TEST_F(KeyboardTest, FocusShowsOnlyToTheKeyboard) {
     for (int step = 0; step < 2; ++step) press(Qt::Key_Backtab);
     EXPECT_EQ(focused(), u"Add");
     press(Qt::Key_Space);
-    EXPECT_EQ(title(), u"Add App");
+    ASSERT_EQ(title(), u"Add App");
     EXPECT_TRUE(platform::Focus::isSeen(device.table())) << "the next screen goes on with it";
 }
 

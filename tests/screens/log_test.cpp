@@ -1,10 +1,6 @@
 // The log: how its bytes become text, how the text is wrapped, and what the view does under mouse and keys.
 #include <gtest/gtest.h>
 
-#include <QAccessible>
-#include <QClipboard>
-#include <QScrollBar>
-
 #include "screens/settings/CharacterWidths.h"
 #include "screens/settings/LogRows.h"
 #include "screens/settings/LogText.h"
@@ -32,8 +28,7 @@ TEST(LogText, IsUtf8WhereItIsNoUtf16) {
     }
 }
 
-class LogRowsTest : public testing::Test {
-protected:
+struct LogRowsTest : testing::Test {
     // The rows of a text, ten digits wide, joined by "|".
     QString wrapped(const QString& string) {
         const LogText text = LogText::of(string);
@@ -47,10 +42,7 @@ protected:
 };
 
 TEST_F(LogRowsTest, BreakAfterWordsOrElseAnywhere) {
-    const struct {
-        QString text;
-        QString rows;
-    } cases[] = {
+    const std::pair<QString, QString> cases[] = {
         {{}, {}},
         {QStringLiteral("1\n"), QStringLiteral("1|")},
         {QStringLiteral("1\r\n2\r3\n\n4\u20285\u20296"), QStringLiteral("1|2|3||4|5|6")},
@@ -61,7 +53,7 @@ TEST_F(LogRowsTest, BreakAfterWordsOrElseAnywhere) {
         {QStringLiteral("0000000000      1"), QStringLiteral("0000000000      |1")},
         {QStringLiteral("0\t0\t0\t0"), QStringLiteral("0\t0\t0\t|0")},
     };
-    for (const auto& each : cases) EXPECT_EQ(wrapped(each.text), each.rows) << each.text.toStdString();
+    for (const auto& [text, rows] : cases) EXPECT_EQ(wrapped(text), rows) << text.toStdString();
     EXPECT_TRUE(wrapped(QStringLiteral("0000 00000\u4E00\u4E8C\u4E09\u4E94")).startsWith(QStringLiteral("0000 00000")))
         << "a row may end before an ideograph, not only after the last space";
     EXPECT_FALSE(wrapped(QStringLiteral("\U0001F600").repeated(40)).contains(QChar::ReplacementCharacter));
@@ -104,8 +96,7 @@ TEST_F(LogRowsTest, AreTheSameInPiecesAsLineByLine) {
     }
 }
 
-class LogViewTest : public testing::Test {
-protected:
+struct LogViewTest : testing::Test {
     void open(const std::optional<std::string>& bytes) {
         if (bytes) device.putBytes(device.files().logFile(), *bytes);
         device.launch();
@@ -118,12 +109,6 @@ protected:
         for (int line = 0; line < count; ++line) text += "line " + std::to_string(line) + "\n";
         open(text);
     }
-    void drag(QPoint from, QPoint to) const {
-        QTest::mousePress(view->viewport(), Qt::LeftButton, {}, from);
-        for (const QPoint at : {(from + to) / 2, to}) QTest::mouseMove(view->viewport(), at);
-        QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, to);
-    }
-
     TestDevice device;
     screens::LogTextView* view = nullptr;
     QScrollBar* bar = nullptr;
@@ -169,11 +154,11 @@ TEST_F(LogViewTest, KeysWheelAndFingerScroll) {
 
 TEST_F(LogViewTest, MouseSelectsAndKeysCopy) {
     openLines(5000);
-    const int right = view->viewport()->width();
-    drag({0, 10}, {right, 10});
+    const int right = view->viewport()->width() - 1;
+    device.drag(0, 50, right, 50);
     EXPECT_EQ(view->selectedText(), u"line 0");
     EXPECT_EQ(bar->value(), 0);
-    drag({right, 40}, {0, 10});
+    device.drag(right, 80, 0, 50);
     EXPECT_TRUE(view->selectedText().startsWith(u"line 0\nline 1\n"));
 
     QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
@@ -203,13 +188,7 @@ TEST_F(LogViewTest, IsReadAloudInPiecesOfAnySize) {
     EXPECT_EQ(read->characterCount(), 22);
     EXPECT_EQ(read->text(0, -1), u"first line\nsecond one\n");
     using Ask = QString (QAccessibleTextInterface::*)(int, QAccessible::TextBoundaryType, int*, int*) const;
-    const struct {
-        Ask ask;
-        int offset;
-        QAccessible::TextBoundaryType boundary;
-        const char16_t* answer;
-        int begin;
-    } cases[] = {
+    const std::tuple<Ask, int, QAccessible::TextBoundaryType, const char16_t*, int> cases[] = {
         {&QAccessibleTextInterface::textAtOffset, 13, QAccessible::LineBoundary, u"second one\n", 11},
         {&QAccessibleTextInterface::textBeforeOffset, 13, QAccessible::LineBoundary, u"first line\n", 0},
         {&QAccessibleTextInterface::textAfterOffset, 13, QAccessible::LineBoundary, u"", 22},

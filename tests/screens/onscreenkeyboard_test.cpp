@@ -3,7 +3,6 @@
 #include <qpa/qplatforminputcontext.h>
 
 #include <QtGui/private/qinputmethod_p.h>
-#include <QWindow>
 #include <functional>
 
 #include "platform/ui/controls/TextField.h"
@@ -45,8 +44,7 @@ private:
     bool shown_ = false;
 };
 
-class OnScreenKeyboardTest : public testing::Test {
-protected:
+struct OnScreenKeyboardTest : testing::Test {
     static constexpr int lastRule = 29;
 
     void SetUp() override {
@@ -80,11 +78,7 @@ protected:
 };
 
 TEST_F(OnScreenKeyboardTest, ScreensEndWhereItBegins) {
-    const struct {
-        const char* what;
-        QRectF keyboard;
-        int height;
-    } cases[] = {
+    const std::tuple<const char*, QRectF, int> cases[] = {
         {"half a point", {0, 350.5, width, 197.5}, 350},
         {"larger than its part of the window", {0, 400, width, 300}, 400},
         {"floats", {40, 100, 240, 150}, height},
@@ -93,9 +87,9 @@ TEST_F(OnScreenKeyboardTest, ScreensEndWhereItBegins) {
         {"no width", {0, 332, 0, 0}, height},
         {"lower part", {0, 332, width, 216}, 332},
     };
-    for (const auto& each : cases) {
-        keyboard.showAt(each.keyboard);
-        EXPECT_EQ(shownView(), QRect(0, 0, width, each.height)) << each.what;
+    for (const auto& [what, frame, end] : cases) {
+        keyboard.showAt(frame);
+        EXPECT_EQ(shownView(), QRect(0, 0, width, end)) << what;
     }
     device.tap(20, 20);
     EXPECT_EQ(shownView(), QRect(0, 0, width, 332)) << "the screen below as well";

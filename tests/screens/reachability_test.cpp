@@ -56,9 +56,10 @@ TEST(Reachability, OfAFixedNetwork) {
         EXPECT_EQ(Reachability::reachabilityForLocalWiFi(network)->currentReachabilityStatus(), localWiFi);
         for (const char16_t* name : {u"docs.example", u"192.0.2.7"}) {
             const auto host = Reachability::reachabilityWithHostName(network, QString::fromUtf16(name));
-            EXPECT_EQ(host->currentReachabilityStatus(), internet) << "a name has not been looked up yet";
-            QCoreApplication::processEvents();
-            EXPECT_EQ(host->currentReachabilityStatus(), internet);
+            for (int look = 0; look < 2; ++look) {  // before a name has been looked up, and after
+                EXPECT_EQ(host->currentReachabilityStatus(), internet);
+                QCoreApplication::processEvents();
+            }
         }
         EXPECT_EQ(Reachability::reachabilityWithHostName(network, QString()), nullptr);
         EXPECT_EQ(Reachability::reachabilityWithAddress(network, platform::HostAddress()), nullptr);

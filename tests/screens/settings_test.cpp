@@ -17,8 +17,7 @@ const std::vector<documents::Switch>& globalSwitches() {
     return switches;
 }
 
-class SettingsTest : public testing::Test {
-protected:
+struct SettingsTest : testing::Test {
     void open() {
         device.launch();
         device.tap(26, 20);

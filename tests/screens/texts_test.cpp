@@ -1,12 +1,7 @@
 // All that a person reads on the screens and alerts, word by word; the help explains every row.
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <algorithm>
-#include <tuple>
 
 #include "platform/ui/controls/ImageButton.h"
 #include "screens/Documents.h"
@@ -35,8 +30,7 @@ Texts textsOn(const QWidget& shown) {
     return texts;
 }
 
-class TextsTest : public testing::Test {
-protected:
+struct TextsTest : testing::Test {
     void launch(const char* settings = "<dict/>") {
         for (const char* app : {"Mail", "Maps"}) device.install(std::string("org.example.") + app, app);
         device.put(store::File::appRules,

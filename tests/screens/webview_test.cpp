@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <QDesktopServices>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <array>
@@ -100,8 +99,7 @@ private:
     static constexpr std::array schemes{"mailto", "tel", "file", "x-app"};
 };
 
-class WebViewTest : public testing::Test {
-protected:
+struct WebViewTest : testing::Test {
     static void SetUpTestSuite() {
         if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");  // the engine's sandbox is not for root
         QCoreApplication::addLibraryPath(QStringLiteral(VEXMOR_MODULES));
@@ -205,11 +203,11 @@ TEST_F(WebViewTest, OnlyTheSupportLinkItselfIsIntercepted) {
     ASSERT_TRUE(goesOn());
     ASSERT_TRUE(arrivesAt("/links"));
 
-    for (std::size_t row = 0; row < std::size(cases); ++row) {
-        const auto& [address, isIntercepted] = cases[row];
+    int row = 0;
+    for (const auto& [address, isIntercepted] : cases) {
         SCOPED_TRACE(address.toStdString());
         opened.clear();
-        tapLink(int(row));
+        tapLink(row++);
         EXPECT_TRUE(QTest::qWaitFor([&] { return device.alert() || !opened.isEmpty(); }, patience));
         QTest::qWait(quietTime);
         EXPECT_EQ(device.alert() != nullptr, isIntercepted);

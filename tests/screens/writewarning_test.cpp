@@ -1,16 +1,13 @@
 // What is said at start when the app may not write.
 #include <gtest/gtest.h>
 
-#include <QEvent>
-#include <QWidget>
 #include <sstream>
 
 #include "support/TestDevice.h"
 
 namespace {
 
-class WriteWarningTest : public testing::Test, public QObject {
-protected:
+struct WriteWarningTest : testing::Test, QObject {
     WriteWarningTest() {
         qApp->installEventFilter(this);
         device.device().notify = [this](const QString& summary, const QString& body) {
