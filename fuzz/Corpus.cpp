@@ -1,7 +1,6 @@
 // The way into a target for the tests: every file of a folder is handed over, and its name says what must come of it.
 #include <algorithm>
 #include <iostream>
-#include <vector>
 
 #include "fuzz/Target.h"
 #include "store/Files.h"

@@ -1,8 +1,5 @@
 // The movement that every change makes, on whatever the file may hold: read it whole, change it, write it whole. The
 // input's first line names the change, by a letter, and what it is made with; the rest is the file.
-#include <set>
-#include <utility>
-#include <vector>
 
 #include "fuzz/Target.h"
 #include "store/ConfigurationStore.h"

@@ -1,8 +1,6 @@
 // Desktop entries: from the file to an application in the list.
 #include <glib.h>
 
-#include <memory>
-
 #include "fuzz/Target.h"
 #include "platform/desktop/DesktopEntry.h"
 #include "store/Files.h"

@@ -1,7 +1,5 @@
 // Host list files, and what becomes of their lines in a rule list.
 #include <chrono>
-#include <memory>
-#include <vector>
 
 #include "fuzz/Target.h"
 #include "screens/settings/HostListText.h"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "store/plist/PropertyList.h"
 
 namespace testing_support {

@@ -4,7 +4,6 @@
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
-#include <string>
 
 namespace testing_support {
 

@@ -1,14 +1,12 @@
 #pragma once
 
 #include <climits>
-#include <memory>
 
 #include "platform/ui/table/TableView.h"
 #include "platform/ui/table/TableViewCell.h"
 #include "platform_ui/WindowTest.h"
 
-class RowCell : public platform::TableViewCell {
-public:
+struct RowCell : platform::TableViewCell {
     RowCell() : TableViewCell(QStringLiteral("Row")), field(new QLineEdit(contentView())) {
         field->setGeometry(16, 9, 200, 20);
         ++live;

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <string>
-#include <string_view>
 #include <variant>
 
 #include "store/files/BufferSink.h"

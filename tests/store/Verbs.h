@@ -1,9 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "store/NotifyCenter.h"
 #include "store/Writers.h"

@@ -134,17 +134,8 @@ void* mmap(void* address, size_t size, int protection, int flags, int file, off_
     if (isOfFile && faults::fails(faults::next(), SYS_mmap)) return MAP_FAILED;
     return reinterpret_cast<void*>(syscall(SYS_mmap, address, size, protection, flags, file, at));
 }
-int madvise(void* address, size_t size, int advice) noexcept {
-    return int(call(SYS_madvise, address, size, advice));
-}
 int fsync(int) {
     return faults::fails(faults::next(), SYS_fsync) ? -1 : 0;
-}
-int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
-    return int(call(SYS_renameat2, fromFolder, from, toFolder, to, 0));
-}
-int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
-    return int(call(SYS_renameat2, fromFolder, from, toFolder, to, flags));
 }
 int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
     if (faults::isArmed && faults::linksAreRefused) {
@@ -153,44 +144,35 @@ int linkat(int fromFolder, const char* from, int toFolder, const char* to, int f
     }
     return int(call(SYS_linkat, fromFolder, from, toFolder, to, flags));
 }
-int unlinkat(int folder, const char* path, int flags) noexcept {
-    return int(call(SYS_unlinkat, folder, path, flags));
-}
 int remove(const char* path) noexcept {
     const int result = int(call(SYS_unlinkat, AT_FDCWD, path, 0));
     return result != 0 && errno == EISDIR ? int(call(SYS_unlinkat, AT_FDCWD, path, AT_REMOVEDIR)) : result;
 }
-int fchmod(int file, mode_t mode) noexcept {
-    return int(call(SYS_fchmod, file, mode));
-}
-int fchown(int file, uid_t owner, gid_t group) noexcept {
-    return int(call(SYS_fchown, file, owner, group));
-}
-int flock(int file, int operation) noexcept {
-    return int(call(SYS_flock, file, operation));
-}
-int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept {
-    return int(call(SYS_newfstatat, folder, path, status, flags));
-}
-int stat(const char* path, struct stat* status) noexcept {
-    return int(call(SYS_newfstatat, AT_FDCWD, path, status, 0));
-}
-int lstat(const char* path, struct stat* status) noexcept {
-    return int(call(SYS_newfstatat, AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW));
-}
-int fstat(int file, struct stat* status) noexcept {
-    return int(call(SYS_fstat, file, status));
-}
-ssize_t readlink(const char* path, char* to, size_t size) noexcept {
-    return call(SYS_readlinkat, AT_FDCWD, path, to, size);
-}
-ssize_t llistxattr(const char* path, char* to, size_t size) noexcept {
-    return call(SYS_llistxattr, path, to, size);
-}
-ssize_t lgetxattr(const char* path, const char* name, void* to, size_t size) noexcept {
-    return call(SYS_lgetxattr, path, name, to, size);
-}
-int fsetxattr(int file, const char* name, const void* value, size_t size, int flags) noexcept {
-    return int(call(SYS_fsetxattr, file, name, value, size, flags));
-}
+
+// What passes its arguments on, by the number that the system has for it.
+#define CALL(result, name, parameters, ...) \
+    result name parameters noexcept {       \
+        return result(call(__VA_ARGS__));   \
+    }
+
+CALL(int, madvise, (void* address, size_t size, int advice), SYS_madvise, address, size, advice)
+CALL(int, renameat, (int fromFolder, const char* from, int toFolder, const char* to), SYS_renameat2, fromFolder, from,
+     toFolder, to, 0)
+CALL(int, renameat2, (int fromFolder, const char* from, int toFolder, const char* to, unsigned flags), SYS_renameat2,
+     fromFolder, from, toFolder, to, flags)
+CALL(int, unlinkat, (int folder, const char* path, int flags), SYS_unlinkat, folder, path, flags)
+CALL(int, fchmod, (int file, mode_t mode), SYS_fchmod, file, mode)
+CALL(int, fchown, (int file, uid_t owner, gid_t group), SYS_fchown, file, owner, group)
+CALL(int, flock, (int file, int operation), SYS_flock, file, operation)
+CALL(int, fstatat, (int folder, const char* path, struct stat* status, int flags), SYS_newfstatat, folder, path, status,
+     flags)
+CALL(int, stat, (const char* path, struct stat* status), SYS_newfstatat, AT_FDCWD, path, status, 0)
+CALL(int, lstat, (const char* path, struct stat* status), SYS_newfstatat, AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW)
+CALL(int, fstat, (int file, struct stat* status), SYS_fstat, file, status)
+CALL(ssize_t, readlink, (const char* path, char* to, size_t size), SYS_readlinkat, AT_FDCWD, path, to, size)
+CALL(ssize_t, llistxattr, (const char* path, char* to, size_t size), SYS_llistxattr, path, to, size)
+CALL(ssize_t, lgetxattr, (const char* path, const char* name, void* to, size_t size), SYS_lgetxattr, path, name, to,
+     size)
+CALL(int, fsetxattr, (int file, const char* name, const void* value, size_t size, int flags), SYS_fsetxattr, file, name,
+     value, size, flags)
 }
