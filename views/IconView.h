@@ -5,9 +5,9 @@
 
 namespace views {
 
-// An image, or an image resource by name. It fills the widget, at first 29 by 29 points, unless it is centred on a point:
-// then it has that size and is aligned to device pixels, which may be half points. As widget geometry is in whole points,
-// the widget may be one point larger than such an icon.
+// An image, or an image resource by name. It fills the widget, at first 29 by 29 points, unless it is centred on a
+// point: then it has that size and is aligned to device pixels, which may be half points. As widget geometry is in
+// whole points, the widget may be one point larger than such an icon.
 class IconView : public QWidget {
 public:
     explicit IconView(QWidget* parent);
