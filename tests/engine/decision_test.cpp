@@ -48,6 +48,7 @@ TEST(Decision, TheFirstCauseThatAppliesDecides) {
     const Decision none{leave, nothing, {}}, globally{deny, globalRule, "*example.net"};
     const Decision all{deny, denyAll, {}}, own{allow, ownRule, "a.example.net"};
     const Decision everything{allow, allowAll, {}}, off{leave, appOff, {}}, allOff{leave, firewallOff, {}};
+    const Decision noWiFi{deny, allNeedWiFi, {}}, noWiFiForApp{deny, appNeedsWiFi, {}};
     const auto flag = [&](std::string_view key) { given.global.set(key, store::Value(true)); };
     const auto mode = [&](store::BlanketMode set) { given.record.setBlanketMode(set); };
     const std::tuple<const char*, std::function<void()>, Decision, Decision> cases[] = {
@@ -60,11 +61,8 @@ TEST(Decision, TheFirstCauseThatAppliesDecides) {
         {"a closer global rule", [&] { given.all(keys::globalAllow, {"a.example.net"}); }, all, all},
         {"a rule of its own that does not apply", [&] { given.own(keys::allow, {"a.example.net"}); }, all, all},
         {"and now does", [&] { given.record.setFlag(keys::stillUseRules, true); }, own, own},
-        {"Wi-Fi only, all apps", [&] { flag(keys::blockNonWiFi); }, own, {deny, allNeedWiFi, {}}},
-        {"Wi-Fi only, this app",
-         [&] { given.record.setFlag(keys::blockSpecificWiFi, true); },
-         own,
-         {deny, appNeedsWiFi, {}}},
+        {"Wi-Fi only, all apps", [&] { flag(keys::blockNonWiFi); }, own, noWiFi},
+        {"Wi-Fi only, this app", [&] { given.record.setFlag(keys::blockSpecificWiFi, true); }, own, noWiFiForApp},
         {"the app off", [&] { given.record.setEnabled(false); }, off, off},
         {"the firewall off", [&] { given.isDisabled = true; }, allOff, allOff},
     };

@@ -1,8 +1,6 @@
 // The program itself, as people and other programs run it.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 
 #include "engine/Entries.h"
 #include "store/Files.h"

@@ -1,8 +1,6 @@
 // Published lists of hosts, and the program that turns them into lists to import.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <map>
 
 #include "engine/list/HostList.h"
 #include "store/Files.h"

@@ -32,8 +32,7 @@ const Chrome& tallPhone() {
     return chrome;
 }
 
-class Screen : public views::VxmScreen {
-public:
+struct Screen : views::VxmScreen {
     Screen() : VxmScreen(tallPhone()) {}
     void add(platform::ImageButton&) override { asked += u"add "_s; }
     void setEditMode(platform::ImageButton&) override { asked += u"edit "_s; }

@@ -13,7 +13,6 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
-#include <cstdio>
 
 namespace faults {
 
