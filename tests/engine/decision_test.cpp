@@ -118,13 +118,6 @@ TEST(Decision, APortThatIsAllowedCanBeLookedUp) {
     EXPECT_EQ(verdictAt("b.example.net", 53), Verdict::leave) << "to deny a port is not to deny the lookup";
 }
 
-TEST(Decision, AnOwnRuleComesBeforeACloserGlobalOne) {
-    Given given;
-    given.own(keys::allow, {"*net"});
-    given.all(keys::globalDeny, {"a.example.net:443"});
-    EXPECT_EQ(decide(given.configuration(), to("a.example.net")), (Decision{Verdict::allow, Cause::ownRule, "*net"}));
-}
-
 // The table in the document for engines gives the causes in this order, in these words.
 TEST(Decision, TheDocumentSaysTheSame) {
     std::ifstream file(VEXMOR_ENGINE_CONTRACT);

@@ -57,14 +57,6 @@ TEST(RuleList, KeepsTheFirstOfEqualRules) {
     EXPECT_FALSE(list.date(1));
 }
 
-TEST(RuleList, IsEmptyForAnythingButAnArray) {
-    Value text("x");
-    EXPECT_EQ(RuleList::load(nullptr).size(), 0u);
-    EXPECT_EQ(RuleList::load(&text).size(), 0u);
-    EXPECT_EQ(listOf("").size(), 0u);
-    EXPECT_EQ(storedOf(RuleList()), storedOf(""));
-}
-
 TEST(RuleList, LoadsBuiltArraysAndItsOwn) {
     Dictionary built;
     built.set("rule", Value("a<b"));
