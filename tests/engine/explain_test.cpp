@@ -1,7 +1,6 @@
 // The program itself, as people and other programs run it.
 #include <gtest/gtest.h>
 
-
 #include "engine/Entries.h"
 #include "store/Files.h"
 #include "store/Schema.h"

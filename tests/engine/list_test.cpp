@@ -1,7 +1,6 @@
 // Published lists of hosts, and the program that turns them into lists to import.
 #include <gtest/gtest.h>
 
-
 #include "engine/list/HostList.h"
 #include "store/Files.h"
 #include "store/SharedFiles.h"
