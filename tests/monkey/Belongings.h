@@ -6,8 +6,6 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
-#include <string>
-#include <vector>
 
 namespace monkey {
 

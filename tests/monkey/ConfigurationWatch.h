@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "monkey/Rights.h"
 #include "platform/desktop/RegularFile.h"
 #include "store/ConfigurationStore.h"

@@ -3,9 +3,6 @@
 #include <QtWidgets>
 #include <algorithm>
 #include <map>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "platform/ui/navigation/NavigationController.h"
 #include "platform/ui/navigation/ViewController.h"

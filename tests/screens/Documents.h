@@ -3,8 +3,6 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QStringList>
-#include <string>
-#include <vector>
 
 // What the documents say of the rows with switches, for tests that hold the screens to it.
 namespace documents {

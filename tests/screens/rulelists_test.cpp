@@ -87,6 +87,11 @@ struct RuleListTest : testing::TestWithParam<Place> {
         return isGlobal ? *whole : *whole->find(identifier)->dictionary();
     }
     QStringList storedRules() { return rulesIn(stored(), key); }
+    // Shown and stored.
+    void expectRules(const QStringList& rules, const char* why = "") {
+        EXPECT_EQ(device.titles(1), rules) << why;
+        EXPECT_EQ(storedRules(), rules) << why;
+    }
 
     void expectTheRestIsUntouched() {
         EXPECT_EQ(rulesIn(stored(), GetParam().otherKey), list({"other"}));
@@ -109,15 +114,13 @@ TEST_P(RuleListTest, AddsARuleInLowerCaseInItsPlace) {
     EXPECT_EQ(storedRules().size(), 3) << "showing writes nothing";
     addRule(device, QStringLiteral("*M<&.Example:80"));
     EXPECT_EQ(device.alert(), nullptr);
-    EXPECT_EQ(device.titles(1), list({"*m<&.example:80", "a.example", "z.example"}));
-    EXPECT_EQ(storedRules(), device.titles(1));
+    expectRules(list({"*m<&.example:80", "a.example", "z.example"}));
     EXPECT_EQ(device.plist(file)->find("150")->boolean(), true);
     EXPECT_FALSE(stored().contains("150") && !isGlobal) << "the marker stands at the top level";
     expectTheRestIsUntouched();
 
     addRule(device, QStringLiteral("a.example"));
-    EXPECT_EQ(device.titles(1), list({"*m<&.example:80", "a.example", "a.example", "z.example"}));
-    EXPECT_EQ(storedRules(), device.titles(1));
+    expectRules(list({"*m<&.example:80", "a.example", "a.example", "z.example"}));
     openAgain();
     EXPECT_EQ(device.titles(1), list({"*m<&.example:80", "a.example", "z.example"}));
 }
@@ -150,8 +153,7 @@ TEST_P(RuleListTest, DeletesTheSwipedRule) {
         EXPECT_EQ(device.titles(1).size(), 3 - each);
         // The row above the rules is none of them.
         device.swipeToDelete(1 - each, 0);
-        EXPECT_EQ(device.titles(1), list({"b.example", "c.example"}));
-        EXPECT_EQ(storedRules(), device.titles(1));
+        expectRules(list({"b.example", "c.example"}));
     }
     EXPECT_EQ((*stored().find(key)->array())[0].dictionary()->find("note")->string(), "kept");
     expectTheRestIsUntouched();
@@ -178,8 +180,7 @@ TEST_P(RuleListTest, EditsInPlaceOnlyInEditMode) {
     device.key(Qt::Key_Return);
     EXPECT_FALSE(isEdited()) << "nobody else takes the key";
     EXPECT_TRUE(editButton->isVisible());
-    EXPECT_EQ(device.titles(1), list({"a.example", "z.example", "c.example"})) << "an edit does not sort";
-    EXPECT_EQ(storedRules(), device.titles(1));
+    expectRules(list({"a.example", "z.example", "c.example"}), "an edit does not sort");
     expectTheRestIsUntouched();
 
     device.tapRow(0, 0);
@@ -190,8 +191,7 @@ TEST_P(RuleListTest, EditsInPlaceOnlyInEditMode) {
     EXPECT_FALSE(screenOf(device)->isEditing());
 
     addRule(device, QStringLiteral("d.example"));
-    EXPECT_EQ(device.titles(1), list({"a.example", "c.example", "d.example", "z.example"})) << "an addition does";
-    EXPECT_EQ(storedRules(), device.titles(1));
+    expectRules(list({"a.example", "c.example", "d.example", "z.example"}), "an addition does");
 }
 
 // Keys go to the active window alone; a finger or assistance also reaches one that is not.

@@ -5,8 +5,7 @@
 
 // While it lives, this thread and those that it starts meet the files as somebody who owns none of them: permissions do
 // not bind root. Without root's rights the files' owner is somebody whom they bind already.
-class AnotherPerson {
-public:
+struct AnotherPerson {
     AnotherPerson() {
         if (geteuid() == 0) setfsuid(65534);
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QtWidgets>
-#include <optional>
 #include <stdexcept>
 
 #include "platform/ui/table/TableView.h"

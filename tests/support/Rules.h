@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QStringList>
-#include <string>
-#include <string_view>
 
 #include "store/plist/PropertyList.h"
 

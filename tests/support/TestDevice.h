@@ -2,11 +2,6 @@
 
 #include <QtTest>
 #include <QtWidgets>
-#include <memory>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "app/VxmAppDelegate.h"
 #include "platform/desktop/DataDirectories.h"
