@@ -97,7 +97,7 @@ TEST(HostList, FindsRepeatedEntriesInALongList) {
     for (std::size_t i = 0; i < count; ++i) {
         const std::string host = "h" + std::to_string(i) + ".example";
         hosts += "0.0.0.0 " + host + '\n';
-        again += host + "\n||" + host + "^\n";
+        again.append(host).append("\n||").append(host).append("^\n");
         expected += host + '\n';
     }
     for (std::size_t i = 0; i < count; ++i) expected += "*h" + std::to_string(i) + ".example\n";

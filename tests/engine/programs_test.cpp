@@ -213,6 +213,7 @@ public:
         id_ = ::fork();
         if (id_ == 0) {
             std::vector<char*> words;
+            words.reserve(arguments.size() + 1);
             for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));
             words.push_back(nullptr);
             ::execv(words.front(), words.data());
