@@ -15,22 +15,6 @@ namespace testing_support {
 
 namespace {
 
-constexpr const char* listens = R"py(
-import socket, sys
-server = socket.create_server(('', int(sys.argv[1])), backlog=64)
-print('ready', flush=True)
-while True:
-    server.accept()[0].close()
-)py";
-
-constexpr const char* connects = R"py(
-import socket, sys
-try:
-    socket.create_connection((sys.argv[1], int(sys.argv[2])), timeout=3).close()
-except OSError as problem:
-    sys.exit(str(problem))
-)py";
-
 std::string script(const std::string& name) {
     return VEXMOR_NETWORK_SCRIPTS + ('/' + name);
 }
@@ -170,14 +154,14 @@ bool DaemonInNamespace::waitFor(const std::function<bool()>& isSo) {
 }
 
 bool DaemonInNamespace::listen(std::uint16_t port) {
-    const Child child(inside({"python3", "-c", listens, std::to_string(port)}));
+    const Child child(inside({"python3", script("listen.py"), std::to_string(port)}));
     if (child.process > 0) listening_.push_back(child.process);
     return child.read() == "ready\n";
 }
 
 std::vector<std::string> DaemonInNamespace::connecting(const std::string& python, const std::string& host,
                                                        std::uint16_t port) {
-    return {python, "-c", connects, host, std::to_string(port)};
+    return {python, script("connect.py"), host, std::to_string(port)};
 }
 
 std::vector<std::string> DaemonInNamespace::inside(const std::vector<std::string>& arguments) const {

@@ -4,6 +4,7 @@
 #include "platform/ui/input/Focus.h"
 #include "platform/ui/search/SearchDisplayController.h"
 #include "store/Schema.h"
+#include "support/RowNamed.h"
 #include "support/Rules.h"
 #include "support/TestDevice.h"
 
@@ -44,9 +45,12 @@ struct KeyboardTest : testing::Test {
         tabTo(name);
         press(key);
     }
-    void pressOnRow(int rowsFromTheTop, Qt::Key key = Qt::Key_Return) {
+    void pressOnRow(QStringView name, Qt::Key key = Qt::Key_Return) {
         pressOn(QStringLiteral("rows"), Qt::Key_Home);
-        for (int row = 0; row < rowsFromTheTop; ++row) press(Qt::Key_Down);
+        const platform::IndexPath wanted = rowNamed(*device.table(), name);
+        int above = 0;
+        device.table()->forEachCell([&](platform::IndexPath row, const auto&) { above += row < wanted; });
+        for (int row = 0; row < above; ++row) press(Qt::Key_Down);
         press(key);
     }
     void enter(const QString& text) {
@@ -67,20 +71,20 @@ struct KeyboardTest : testing::Test {
 TEST_F(KeyboardTest, PutsAnAppUnderTheFirewallChangesItAndTakesItOff) {
     pressOn(QStringLiteral("Add"), Qt::Key_Return);
     ASSERT_EQ(title(), u"Add App");
-    pressOnRow(0);
+    pressOnRow(u"Beacon");
     ASSERT_EQ(title(), u"Vexmor");
     ASSERT_TRUE(hasRecord(beacon));
 
-    pressOnRow(3);
+    pressOnRow(u"Beacon");
     ASSERT_EQ(title(), u"Beacon");
-    pressOnRow(1, Qt::Key_Space);
+    pressOnRow(u"Deny All Connections", Qt::Key_Space);
     EXPECT_EQ(record().blanketMode(), store::BlanketMode::denyAll);
     pressOn(QStringLiteral("Firewall enabled for Beacon"));
     EXPECT_FALSE(record().enabled());
 
-    pressOnRow(5, Qt::Key_Enter);
+    pressOnRow(u"Always Deny Rules", Qt::Key_Enter);
     ASSERT_EQ(title(), u"Always Deny");
-    pressOnRow(0);
+    pressOnRow(u"Add Hostname/IP");
     enter(QStringLiteral("Tracker.example"));
     EXPECT_EQ(rulesIn(record().dictionary(), store::keys::deny), list({"tracker.example"}));
 
@@ -99,7 +103,7 @@ TEST_F(KeyboardTest, PutsAnAppUnderTheFirewallChangesItAndTakesItOff) {
 }
 
 TEST_F(KeyboardTest, SortsEditsAndAnswersAlerts) {
-    pressOnRow(0);
+    pressOnRow(u"Global Allow");
     ASSERT_EQ(title(), u"Global Allow");
     const auto* searchBar = device.screen()->view()->findChild<platform::SearchBar*>();
     pressOn(QStringLiteral("Sort by Name"), Qt::Key_Right);
@@ -112,12 +116,12 @@ TEST_F(KeyboardTest, SortsEditsAndAnswersAlerts) {
     pressOn(QStringLiteral("two.example"), Qt::Key_End);
     enter(QStringLiteral(".org"));
     EXPECT_EQ(globalAllow(), list({"one.example", "two.example.org"}));
-    pressOnRow(2);
+    pressOnRow(u"one.example");
     EXPECT_EQ(focused(), u"one.example") << "a row that can be edited is";
     press(Qt::Key_Escape);
     pressOn(QStringLiteral("Done"));
 
-    pressOnRow(1);
+    pressOnRow(u"Import | Delete All");
     ASSERT_TRUE(device.alert());
     EXPECT_TRUE(platform::Focus::isSeen(device.window()->focusWidget()));
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Space, Qt::Key_Right, Qt::Key_Space}) press(key);
