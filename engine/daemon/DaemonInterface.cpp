@@ -31,9 +31,9 @@ std::string spelled(const std::string& text) {
 
 Report reportOf(const protocol::Connection& connection) {
     Report report;
-    report.path = connection.process_path();
-    report.arguments.assign(connection.process_args().begin(), connection.process_args().end());
-    report.environment.insert(connection.process_env().begin(), connection.process_env().end());
+    report.process.path = connection.process_path();
+    report.process.arguments.assign(connection.process_args().begin(), connection.process_args().end());
+    report.process.environment.insert(connection.process_env().begin(), connection.process_env().end());
     report.protocol = connection.protocol();
     report.destination.address = spelled(connection.dst_ip());
     report.destination.name = spelled(connection.dst_host());

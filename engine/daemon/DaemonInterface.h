@@ -2,21 +2,19 @@
 
 #include <chrono>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "engine/Decision.h"
+#include "engine/programs/ProcessMatcher.h"
 
 namespace engine {
 
 // A connection that the daemon saw, and what it did.
 struct Report {
     std::chrono::system_clock::time_point time;
-    std::string path;  // of the program, as /proc/PID/exe has it
-    std::vector<std::string> arguments;
-    std::map<std::string, std::string> environment;
+    Process process;
     Destination destination;
     std::string protocol;  // "tcp", "tcp6", "udp", ...
     std::string rule;      // the name of the daemon's rule that decided; empty when it only asks

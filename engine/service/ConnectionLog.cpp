@@ -12,14 +12,6 @@
 
 namespace engine {
 
-namespace {
-
-Process processOf(const Report& report) {
-    return {report.path, report.arguments, report.environment};
-}
-
-}  // namespace
-
 ConnectionLog::ConnectionLog(std::filesystem::path device)
     : device_(std::move(device)),
       log_(store::logFile(device_)),
@@ -27,11 +19,10 @@ ConnectionLog::ConnectionLog(std::filesystem::path device)
       matcher_(std::make_shared<ProcessMatcher>(std::map<std::string, std::vector<Program>>())) {}
 
 bool ConnectionLog::listen(const std::string& address, std::string& failure) {
-    if (!interface_)
-        interface_ = DaemonInterface::listen(
-            address, [this](const std::vector<Report>& reports) { take(reports); },
-            [this](const Report& question) { return answer(question); }, failure);
-    return interface_ != nullptr;
+    interface_ = DaemonInterface::listen(
+        address, [this](const std::vector<Report>& reports) { take(reports); },
+        [this](const Report& question) { return answer(question); }, failure);
+    return isListening();
 }
 
 void ConnectionLog::update(const Programs& programs, bool isOn) {
@@ -46,7 +37,7 @@ void ConnectionLog::take(const std::vector<Report>& reports) {
     const std::lock_guard lock(mutex_);
     if (!isOn_) return;
     for (const Report& report : reports) {
-        const auto app = matcher_->appOf(processOf(report));
+        const auto app = matcher_->appOf(report.process);
         if (!app) continue;
         const auto name = names_.find(*app);
         const Destination& end = report.destination;
@@ -62,7 +53,7 @@ Verdict ConnectionLog::answer(const Report& question) {
         const std::lock_guard lock(mutex_);
         return matcher_;
     }();
-    const auto app = matcher->appOf(processOf(question));
+    const auto app = matcher->appOf(question.process);
     if (!app) return Verdict::leave;
     return decide(readConfiguration(device_), {*app, question.destination, isOnWiFi()}).verdict;
 }

@@ -25,8 +25,9 @@ public:
     // `device`: below which the shared files are.
     explicit ConnectionLog(std::filesystem::path device);
 
-    // Listens at an address "unix:///...", unless it does already. False and why when that fails; try again later.
+    // Listens at an address "unix:///...". False and why when that fails; try again later.
     bool listen(const std::string& address, std::string& failure);
+    bool isListening() const { return interface_ != nullptr; }
 
     // From now on these are the apps' programs, and lines are kept or not.
     void update(const Programs& programs, bool isOn);

@@ -161,7 +161,7 @@ bool Service::prepare() {
 void Service::search() {
     watchFolders();
     if (!bus_) listenToBus();
-    listenToDaemon();
+    if (!log_.isListening()) listenToDaemon();
     arm(searching_, searchInterval);
 }
 

@@ -126,9 +126,9 @@ TEST_F(Daemon, ReportsEachConnectionOnceAndWhatBecameOfIt) {
         EXPECT_EQ(report.protocol, protocol) << host;
         EXPECT_EQ(report.rule, rule) << host;
         EXPECT_EQ(report.isAllowed, isAllowed) << host;
-        EXPECT_EQ(report.path, std::filesystem::canonical(python)) << host;
-        EXPECT_TRUE(std::ranges::count(report.arguments, host)) << host;
-        EXPECT_EQ(report.environment.count("FLATPAK_ID"), 1U) << host;
+        EXPECT_EQ(report.process.path, std::filesystem::canonical(python)) << host;
+        EXPECT_TRUE(std::ranges::count(report.process.arguments, host)) << host;
+        EXPECT_EQ(report.process.environment.count("FLATPAK_ID"), 1U) << host;
         const auto age = std::chrono::system_clock::now() - report.time;
         EXPECT_TRUE(age > std::chrono::seconds(0) && age < std::chrono::hours(1)) << host;
     }
