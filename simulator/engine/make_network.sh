@@ -1,8 +1,9 @@
 #!/bin/sh
-# make_network.sh FOLDER
+# make_network.sh FOLDER INTERFACE [ACTION]
 # Makes a network for a firewall daemon to filter, as the first process of namespaces of its own (network, mounts,
-# processes): /etc with the daemon's configuration, FOLDER/default-config.json, in it, addresses, and a DNS server that
-# knows every name. Says "ready", and waits for the processes that nobody else waits for.
+# processes): /etc with the daemon's configuration in it, addresses, and a DNS server that knows every name. The daemon
+# looks for its interface at the address, and does with a connection that no rule matches what the action says (allow).
+# Says "ready", and waits for the processes that nobody else waits for.
 set -eu
 folder=$1
 mkdir "$folder/machine-etc" "$folder/bin"
@@ -12,7 +13,11 @@ for entry in "$folder"/machine-etc/*; do
     case ${entry##*/} in resolv.conf | opensnitchd) ;; *) ln -s "$entry" /etc ;; esac
 done
 mkdir /etc/opensnitchd
-cp "$folder/default-config.json" /etc/opensnitchd
+cat >/etc/opensnitchd/default-config.json <<EOF
+{"Server": {"Address": "$2", "LogFile": ""}, "DefaultAction": "${3:-allow}", "DefaultDuration": "once",
+ "InterceptUnknown": false, "ProcMonitorMethod": "proc", "LogLevel": 1, "Firewall": "iptables",
+ "Stats": {"MaxEvents": 150, "MaxStats": 25}}
+EOF
 printf 'nameserver 127.0.0.1\noptions timeout:1 attempts:1\n' >/etc/resolv.conf
 ip link set lo up
 ip address add 192.0.2.1/24 dev lo

@@ -1,6 +1,5 @@
 """A network of its own that the real firewall daemon filters, with the engine's service in it. The machine's network is
 not touched; all ends with it. Wants root, or a kernel that allows user namespaces."""
-import json
 import os
 import signal
 import subprocess
@@ -13,7 +12,6 @@ SYSTEM = f"{os.environ.get('PATH', '/usr/bin:/bin')}:/usr/sbin:/sbin"
 NAMESPACES = "--net", "--mount", "--pid"
 # The daemon that scripts/daemon.sh unpacks, or else the machine's own.
 DAEMONS = HERE.parents[1] / "build/daemon/usr/bin/opensnitchd", Path("/usr/bin/opensnitchd")
-TOOLS = "ip", "iptables-legacy", "ip6tables-legacy", "dnsmasq", "python3"
 
 # Answers whoever connects, at every address of both kinds, with the host that was asked for.
 SERVER = """
@@ -46,11 +44,8 @@ def obstacle():
     """Why there can be no such network on this machine; empty when there can."""
     if not any(daemon.exists() for daemon in DAEMONS):
         return "there is no opensnitchd here"
-    trial = ("for tool in " + " ".join(TOOLS) + "; do command -v $tool >/dev/null || { echo there is no $tool here; exit 1; }; "
-             "done; export XTABLES_LOCKFILE=/dev/null; "
-             "iptables-legacy -t mangle -A OUTPUT -m conntrack --ctstate NEW -j NFQUEUE")
-    done = subprocess.run(unsharing("sh", "-c", trial), env={**os.environ, "PATH": SYSTEM}, text=True, check=False,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    done = subprocess.run(unsharing(HERE / "try_network.sh"), env={**os.environ, "PATH": SYSTEM},
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
     return "" if done.returncode == 0 else f"this system has no network of one's own with queues: {done.stdout.strip()}"
 
 
@@ -69,13 +64,9 @@ class FilteredNetwork:
             raise NetworkError(problem)
         self.rules.mkdir(parents=True)
         self.scratch = Path(tempfile.mkdtemp(dir=self.folder))
-        (self.scratch / "default-config.json").write_text(json.dumps({
-            "Server": {"Address": self.interface, "LogFile": ""}, "DefaultAction": "allow", "DefaultDuration": "once",
-            "InterceptUnknown": False, "ProcMonitorMethod": "proc", "LogLevel": 1, "Firewall": "iptables",
-            "Stats": {"MaxEvents": 150, "MaxStats": 25}}))
         self.environment = {**os.environ, "PATH": SYSTEM}
-        self.first = subprocess.Popen(unsharing(HERE / "make_network.sh", self.scratch), env=self.environment,
-                                      stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        self.first = subprocess.Popen(unsharing(HERE / "make_network.sh", self.scratch, self.interface),
+                                      env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         try:
             said = self.first.stdout.readline()
             if said != "ready\n":

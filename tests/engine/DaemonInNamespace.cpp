@@ -82,30 +82,18 @@ std::vector<std::string> unsharing(const std::vector<std::string>& arguments) {
     return words;
 }
 
-// Paths of tests have nothing in them that JSON would want escaped.
-void configure(const std::filesystem::path& file, const DaemonInNamespace::Setup& setup) {
-    std::ofstream(file) << R"({"Server": {"Address": ")" << setup.interfaceAddress
-                        << R"(", "LogFile": ""}, "DefaultAction": ")" << setup.defaultAction
-                        << R"(", "DefaultDuration": "once", "InterceptUnknown": false, "ProcMonitorMethod": "proc",)"
-                        << R"( "LogLevel": 1, "Firewall": "iptables", "Stats": {"MaxEvents": 150, "MaxStats": 25}})";
-}
-
 }  // namespace
 
 std::string DaemonInNamespace::obstacle() {
     if (!std::filesystem::exists(daemonProgram())) return "there is no opensnitchd here";
-    const Child child(unsharing({"sh", "-c",
-                                 "for tool in ip iptables-legacy ip6tables-legacy dnsmasq python3; do "
-                                 "command -v $tool >/dev/null || { echo there is no $tool here; exit 1; }; done; "
-                                 "export XTABLES_LOCKFILE=/dev/null; "
-                                 "iptables-legacy -t mangle -A OUTPUT -m conntrack --ctstate NEW -j NFQUEUE"}));
+    const Child child(unsharing({script("try_network.sh")}));
     const std::string problem = child.read();
     return child.wait() == 0 ? "" : "this system has no network of one's own with queues: " + problem;
 }
 
 DaemonInNamespace::DaemonInNamespace(const Setup& setup) : rules_(setup.rules) {
-    configure(folder_ / "default-config.json", setup);
-    const Child child(unsharing({script("make_network.sh"), folder_.path()}));
+    const Child child(
+        unsharing({script("make_network.sh"), folder_.path(), setup.interfaceAddress, setup.defaultAction}));
     namespace_ = child.process;
     const std::string said = child.read();
     const std::string process = std::to_string(namespace_);
