@@ -4,8 +4,7 @@
 #include <utility>
 
 #include "store/Schema.h"
-#include "store/parallel/Parts.h"
-#include "store/rules/RuleStorage.h"
+#include "store/rules/RuleTexts.h"
 
 namespace engine {
 
@@ -13,11 +12,10 @@ namespace {
 
 namespace keys = store::keys;
 
-using Index = store::RuleStorage::Index;
-
 struct Match {
     Closeness closeness;
-    Index index;
+    std::size_t index;
+    std::string_view rule;
 
     // Of equally close ones the first of its list.
     bool isBehind(const Match& other) const {
@@ -30,28 +28,21 @@ struct FoundRule {
     std::string rule;
 };
 
-// Several threads parse the entries of a long list, which takes longer than to read it.
 std::optional<FoundRule> closestMatch(Verdict verdict, const store::Value* list, const Destination& destination) {
-    constexpr std::size_t worthwhile = 10000;  // entries for each thread
     const bool isLookup = verdict == Verdict::allow && destination.port == lookupPort;
-    const store::RuleStorage rules = store::RuleStorage::readAll(list);
     std::mutex mutex;
     std::optional<Match> closest;
-    store::inParts(rules.size(), worthwhile, [&](std::size_t begin, std::size_t end) {
-        std::optional<Match> own;
-        for (std::size_t i = begin; i < end; ++i) {
-            const auto index = static_cast<Index>(i);
-            const auto pattern = HostPattern::parse(rules.rule(index));
-            if (!pattern) continue;
-            if (!(isLookup ? pattern->matchesHost(destination) : pattern->matches(destination))) continue;
-            const Match match{pattern->closeness(), index};
-            if (!own || own->isBehind(match)) own = match;
-        }
+    const store::RuleTexts rules(list);
+    rules.forEachInParallel([&](std::size_t index, std::string_view rule) {
+        if (!HostPattern::mayMatchHost(rule, destination)) return;
+        const auto pattern = HostPattern::parse(rule);
+        if (!pattern || !(isLookup ? pattern->matchesHost(destination) : pattern->matches(destination))) return;
+        const Match match{pattern->closeness(), index, rule};
         const std::lock_guard lock(mutex);
-        if (own && (!closest || closest->isBehind(*own))) closest = own;
+        if (!closest || closest->isBehind(match)) closest = match;
     });
     if (!closest) return {};
-    return FoundRule{closest->closeness, std::string(rules.rule(closest->index))};
+    return FoundRule{closest->closeness, std::string(closest->rule)};
 }
 
 std::optional<Decision> decideByLists(Cause cause, const store::Value* allow, const store::Value* deny,

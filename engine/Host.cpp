@@ -20,12 +20,6 @@ std::string_view withoutBrackets(std::string_view text) {
     return text.size() > 2 && text.front() == '[' && text.back() == ']' ? text.substr(1, text.size() - 2) : text;
 }
 
-// Whether to try it as an address: most hosts are names, which this tells at less than a tenth of inet_pton()'s cost.
-bool mayBeAddress(std::string_view text) {
-    const char first = text.empty() ? '\0' : text.front();
-    return (first >= '0' && first <= '9') || first == '[' || text.find(':') != std::string_view::npos;
-}
-
 std::string written(int family, const void* bytes) {
     std::array<char, INET6_ADDRSTRLEN> text{};
     inet_ntop(family, bytes, text.data(), text.size());
@@ -101,6 +95,11 @@ std::optional<std::uint16_t> port(std::string_view digits) {
 }
 
 }  // namespace
+
+bool mayBeAddress(std::string_view text) {
+    const char first = text.empty() ? '\0' : text.front();
+    return (first >= '0' && first <= '9') || first == '[' || text.find(':') != std::string_view::npos;
+}
 
 std::optional<Host> parseHost(std::string_view text) {
     if (auto found = address(text)) return Host{Host::Kind::address, *std::move(found)};

@@ -8,7 +8,7 @@
 #include <unordered_map>
 
 #include "engine/HostPattern.h"
-#include "store/rules/RuleStorage.h"
+#include "store/rules/RuleTexts.h"
 
 namespace engine {
 
@@ -94,17 +94,17 @@ std::vector<HostSet> hostSetsInOrder(const store::Value* allow, const store::Val
 
     std::vector<Entry> withAsterisk;
     for (const bool allows : {false, true}) {
-        const store::RuleStorage rules = store::RuleStorage::readAll(allows ? allow : deny);
+        const store::RuleTexts rules(allows ? allow : deny);
         mostNames = rules.size();
-        for (store::RuleStorage::Index i = 0; i < rules.size(); ++i) {
-            auto pattern = HostPattern::parse(rules.rule(i));
-            if (!pattern) continue;
+        rules.forEach([&](std::size_t, std::string_view rule) {
+            auto pattern = HostPattern::parse(rule);
+            if (!pattern) return;
             Entry entry{*std::move(pattern), allows};
             if (entry.pattern.scope() == Scope::host)
                 place(entry, layerOfWholeHost(entry));
             else
                 withAsterisk.push_back(std::move(entry));
-        }
+        });
     }
     // The closest first; stable, so that of equally close ones those that deny come first.
     std::stable_sort(withAsterisk.begin(), withAsterisk.end(),

@@ -29,7 +29,7 @@ std::string keyLine(const std::string& tabs, std::string_view key) {
 
 }  // namespace
 
-RuleEntryLayout::RuleEntryLayout(std::size_t tabs) {
+RuleEntryLayout::RuleEntryLayout(std::size_t tabs) : tabs_(tabs) {
     std::string indentation(tabs, '\t');
     beforeDate_ = std::string(tag) + keyLine(indentation, keys::date) + "<date>";
     beforeRule_ = "</date>" + keyLine(indentation, keys::rule) + "<string>";
@@ -71,12 +71,23 @@ RuleEntryLayout::Match RuleEntryLayout::match(const char* dict) const {
 }
 
 RuleEntryLayout::Match RuleEntryLayout::matchAt(const char* dict) {
+    return tabsBefore(dict) <= mostTabs ? of(dict).match(dict) : Match();
+}
+
+const RuleEntryLayout& RuleEntryLayout::of(const char* dict) {
     static const auto layouts = []<std::size_t... tabs>(std::index_sequence<tabs...>) {
         return std::array{RuleEntryLayout(tabs)...};
     }
     (std::make_index_sequence<mostTabs + 1>());
-    const std::size_t tabs = tabsBefore(dict);
-    return tabs <= mostTabs ? layouts[tabs].match(dict) : Match();
+    return layouts.at(tabsBefore(dict));
+}
+
+RuleEntryLayout::Texts RuleEntryLayout::textsOf(const char* dict, const char* end) const {
+    const char* date = dict + beforeDate_.size();
+    const char* rule = date + dateLength + beforeRule_.size();
+    const std::string_view rest(rule, static_cast<std::size_t>(end - rule));
+    const std::size_t size = rest.find('<');
+    return {{date, dateLength}, rest.substr(0, size), rule + size + end_.size() + 1 + tabs_};
 }
 
 const char* RuleEntryLayout::nextEntry(const char* dict, const char* behind) {

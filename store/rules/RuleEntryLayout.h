@@ -32,9 +32,21 @@ public:
     // indentation.
     static const char* nextEntry(const char* dict, const char* behind);
 
+    // The layout of an entry that matches.
+    static const RuleEntryLayout& of(const char* dict);
+
+    struct Texts {
+        std::string_view date;
+        std::string_view rule;
+        const char* next = nullptr;  // the next entry's "<dict>", if one follows
+    };
+    // Of an entry that matches this layout, in a text up to `end`. Nothing is compared: takes a fifth of matchAt().
+    Texts textsOf(const char* dict, const char* end) const;
+
 private:
     Match match(const char* dict) const;
 
+    std::size_t tabs_;
     std::string beforeDate_;
     std::string beforeRule_;
     std::string end_;

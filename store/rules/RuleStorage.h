@@ -26,8 +26,6 @@ public:
     // Reads an array. Of entries with equal rules only the first is kept; entries without a rule that is a string are
     // never equal.
     static RuleStorage read(const Slice& array);
-    // The same with all of equal entries, which takes two thirds of the time. Empty where there is no array.
-    static RuleStorage readAll(const Value* array);
 
     std::size_t size() const { return entries_.size(); }
     // This many bytes behind a rule may be read; their values do not matter.
