@@ -106,7 +106,7 @@ std::string nameOf(std::string_view stage, std::string_view app) {
 
 class Translation {
 public:
-    explicit Translation(std::size_t limit) : limit_(limit) {}
+    Translation(std::size_t mostHosts, std::size_t mostPatterns) : mostHosts_(mostHosts), mostPatterns_(mostPatterns) {}
 
     // A rule for all connections of the programs.
     void addForAll(const std::string& name, Action action, const std::vector<Conditions>& programs) {
@@ -154,7 +154,7 @@ private:
 
     void addWholeHosts(const Texts& hosts, HostFile::Kind kind, const char* operand) {
         if (hosts.empty()) return;
-        if (hosts.size() <= limit_) {
+        if (hosts.size() <= mostHosts_) {
             addWith(isOneOf(operand, hosts, false));
             return;
         }
@@ -163,7 +163,7 @@ private:
 
     void addPatterns(const Texts& hosts, const char* before) {
         if (hosts.empty()) return;
-        for (const Texts& part : parts(hosts, limit_)) {
+        for (const Texts& part : parts(hosts, mostPatterns_)) {
             if (!part.empty()) addWith({Condition::Type::regexp, "dest.host", before + anyTextOf(part) + '$', false});
         }
     }
@@ -174,7 +174,7 @@ private:
         add(name_, action_, std::move(all));
     }
 
-    std::size_t limit_;
+    std::size_t mostHosts_, mostPatterns_;
     std::vector<DaemonRule> rules_;
     // Of the set that is being added.
     std::string name_;
@@ -186,8 +186,8 @@ private:
 
 std::vector<DaemonRule> translate(const Configuration& configuration,
                                   const std::map<std::string, std::vector<Program>>& programs, bool isOnWiFi,
-                                  std::size_t limit) {
-    Translation translation(limit);
+                                  std::size_t mostHosts, std::size_t mostPatterns) {
+    Translation translation(mostHosts, mostPatterns);
     const std::string prefix(rulePrefix);
     std::vector<Program> underGlobalLists;
     for (const auto& [app, itsPrograms] : programs) {

@@ -153,7 +153,8 @@ TEST(Translation, TheFirstMatchDecidesAsTheFunctionDoes) {
         const Configuration configuration = chance.configuration();
         const bool isOnWiFi = !chance.once(6);
         // Few hosts as expressions, so that files and several parts are met.
-        const auto rules = translate(configuration, programs, isOnWiFi, chance.once(2) ? 1 : 1000);
+        const std::size_t limit = chance.once(2) ? 1 : 1000;
+        const auto rules = translate(configuration, programs, isOnWiFi, limit, limit);
         Daemon daemon(rules);
         for (unsigned i = 0; i < connections; ++i) {
             const Process process = processes[chance.below(processes.size())];
@@ -176,7 +177,7 @@ TEST(Translation, NamesTellWhatChanged) {
         auto record = store::AppRuleRecord::fresh();
         record.dictionary().set(keys::deny, testing_support::entries(names));
         record.storeIn(configuration.appRules, "mail");
-        return translate(configuration, programs, true, 10);
+        return translate(configuration, programs, true, 10, 10);
     };
     const auto few = rulesWith(9), oneMore = rulesWith(10), many = rulesWith(100), oneMoreThanMany = rulesWith(101);
     ASSERT_EQ(few.size(), 2U);
