@@ -52,6 +52,14 @@ DeviceFolder::DeviceFolder(fs::path root) : root_(withFolders(std::move(root))),
     files_.replace(store::File::guiSettings, flags);
 }
 
+void DeviceFolder::putApp(const std::string& identifier, const fs::path& program) {
+    std::ofstream(root_ / "usr/share/applications" / (identifier + ".desktop"))
+        << "[Desktop Entry]\nType=Application\nName=" << identifier << "\nExec=" << program.string() << '\n';
+    store::Dictionary apps;
+    store::AppRuleRecord::fresh().storeIn(apps, identifier);
+    files_.replace(store::File::appRules, apps);
+}
+
 void DeviceFolder::putRules(const std::vector<std::string>& hosts) {
     store::Dictionary rules;
     rules.set(store::keys::marker, store::Value(true));

@@ -19,6 +19,8 @@ public:
     store::ConfigurationStore& files() { return files_; }
     std::filesystem::path globalRules() const { return files_.path(store::File::globalRules); }
 
+    // An app that is this program, under the firewall.
+    void putApp(const std::string& identifier, const std::filesystem::path& program);
     // The global deny list, as the app writes it; nothing tells first-time users anything any more.
     void putRules(const std::vector<std::string>& hosts);
     // The same in a list to import.

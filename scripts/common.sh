@@ -92,7 +92,7 @@ configure() {
     ensure_packages $(groups_of "$preset")
     mkdir -p build 2>/dev/null && [ -w build ] || fail "cannot write to $PWD/build"
     [[ $preset != arm64* ]] || ensure_sysroot arm64
-    [[ $preset != @(debug|asan|tsan) ]] || ensure_daemon
+    [[ $preset != @(debug|asan|tsan|bench) ]] || ensure_daemon
     local log; log=$(mktemp)
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; rm -f "$log"; fail "configuring $preset failed"; }
     rm -f "$log"

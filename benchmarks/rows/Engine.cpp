@@ -10,7 +10,7 @@
 #include "benchmarks/Process.h"
 #include "benchmarks/Texts.h"
 #include "benchmarks/rows/Subjects.h"
-#include "store/Schema.h"
+#include "benchmarks/workers/Worker.h"
 
 namespace bench {
 
@@ -29,11 +29,7 @@ public:
         : device_(folder / "device"), aside_(folder / "aside"), rules_(folder / "rules"), state_(folder / "state") {
         fs::create_directories(rules_);
         fs::create_directories(state_);
-        std::ofstream(device_.root() / "usr/share/applications" / (std::string(app) + ".desktop"))
-            << "[Desktop Entry]\nType=Application\nName=Copy\nExec=/usr/bin/cp\n";
-        store::Dictionary apps;
-        store::AppRuleRecord::fresh().storeIn(apps, app);
-        device_.files().replace(store::File::appRules, apps);
+        device_.putApp(app, "/usr/bin/cp");
     }
 
     const fs::path& root() const { return device_.root(); }
@@ -106,19 +102,56 @@ Figures measure(const fs::path& folder, std::size_t size) {
     return figures;
 }
 
+// The program says of an app that it does not know that it is left alone, for which it reads the files and no more.
+Figures explain(const fs::path& folder, std::size_t size) {
+    DeviceFolder device(folder);
+    device.putApp(app, "/usr/bin/cp");
+    device.putRules(hosts(size));
+    const auto explaining = [&](const char* name, const char* asked) {
+        return [&device, name, asked] {
+            return Figures{{name, secondsOf([&] {
+                                run({programFolder() / "vexmor-engine", "explain", "--device", device.root(), asked,
+                                     "nobody.example.org:443"});
+                            })}};
+        };
+    };
+    constexpr int rounds = 11;
+    return medianOfRounds({explaining("explain", app), explaining("read", "org.example.unknown")}, rounds);
+}
+
+// In networks of their own, for all of it takes the daemon.
+Figures connect(const fs::path& folder, std::size_t size) {
+    DeviceFolder filtered(folder / "filtered"), plain(folder / "plain");
+    filtered.putApp(app, programFolder() / "vexmor-bench");
+    std::vector<std::string> list = hosts(size);
+    list.front() = "host0.denied.example";
+    filtered.putRules(list);
+    return figuresOf(
+        run({"python3", "-B", VEXMOR_CONNECTIONS, programFolder(), filtered.root(), plain.root(), folder}));
+}
+
 }  // namespace
+
+Rows measureConnection(const Conditions& conditions) {
+    const Figures figures = connect(conditions.folder, conditions.size);
+    return {{"a connection through the daemon, " + countText(conditions.size) + " rules", "the daemon without rules",
+             Unit::seconds, figures.at("filtered"), figures.at("plain"), atMost(1.2)}};
+}
 
 Rows measureEngine(const Conditions& conditions) {
     constexpr std::size_t few = 1000;
     const Figures small = measure(conditions.folder / "small", few);
     const Figures large = measure(conditions.folder / "large", conditions.size);
+    const Figures explained = explain(conditions.folder / "explained", conditions.size);
     const auto of = [](std::size_t size) { return countText(size) + " rules"; };
     const std::string many = of(conditions.size);
     return {
         {"a host more to the daemon's rule, " + of(few), "a second", Unit::seconds, small.at("change"), 1, atMost(1)},
         {"a host more to the daemon's rule, " + many, "three seconds", Unit::seconds, large.at("change"), 3, atMost(1)},
         {"the engine's service: peak memory, " + many, "the file's size", Unit::bytes, large.at("peak"),
-         large.at("size"), atMost(2.2)}};
+         large.at("size"), atMost(2.2)},
+        {"explain a connection, " + many, "reading the files", Unit::seconds, explained.at("explain"),
+         explained.at("read"), atMost(1.5)}};
 }
 
 }  // namespace bench

@@ -27,6 +27,7 @@ Rows measureSort(const Conditions& conditions);
 Rows measureImport(const Conditions& conditions);
 Rows measureList(const Conditions& conditions);
 Rows measureEngine(const Conditions& conditions);
+Rows measureConnection(const Conditions& conditions);
 Rows measureExport(const Conditions& conditions);
 Rows measureScroll(const Conditions& conditions);
 Rows measureLog(const Conditions& conditions);
@@ -39,11 +40,14 @@ struct Subject {
 };
 
 inline constexpr std::array subjects{
-    Subject{"start", measureStart},   Subject{"chooser", measureChooser}, Subject{"icons", measureIcons},
-    Subject{"switch", measureSwitch}, Subject{"rules", measureRuleList},  Subject{"sort", measureSort},
-    Subject{"import", measureImport}, Subject{"list", measureList},       Subject{"engine", measureEngine},
-    Subject{"export", measureExport}, Subject{"scroll", measureScroll},   Subject{"log", measureLog},
-    Subject{"growth", measureGrowth}, Subject{"use", measureUse},
+    Subject{"start", measureStart},    Subject{"chooser", measureChooser},
+    Subject{"icons", measureIcons},    Subject{"switch", measureSwitch},
+    Subject{"rules", measureRuleList}, Subject{"sort", measureSort},
+    Subject{"import", measureImport},  Subject{"list", measureList},
+    Subject{"engine", measureEngine},  Subject{"connection", measureConnection},
+    Subject{"export", measureExport},  Subject{"scroll", measureScroll},
+    Subject{"log", measureLog},        Subject{"growth", measureGrowth},
+    Subject{"use", measureUse},
 };
 
 }  // namespace bench

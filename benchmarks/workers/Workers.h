@@ -25,6 +25,8 @@ Figures openChooser(const Arguments& arguments);
 // A data directory whose applications GLib lists.
 Figures listWithGlib(const Arguments& arguments);
 Figures scrollUncachedIcons(const Arguments& arguments);
+// Connects to hosts below a domain, at a port, so many times.
+Figures connectToHosts(const Arguments& arguments);
 
 inline constexpr std::array workers{
     Worker{"switch", changeSwitch},       Worker{"libplist", changeWithLibplist},
@@ -32,7 +34,7 @@ inline constexpr std::array workers{
     Worker{"import", importHostList},     Worker{"export", exportAndImportSettings},
     Worker{"scroll", scrollRuleList},     Worker{"log", openLog},
     Worker{"chooser", openChooser},       Worker{"glib", listWithGlib},
-    Worker{"icons", scrollUncachedIcons},
+    Worker{"icons", scrollUncachedIcons}, Worker{"connect", connectToHosts},
 };
 
 }  // namespace bench
