@@ -7,15 +7,11 @@
 #include <QPair>
 #include <QSvgRenderer>
 #include <cmath>
+#include <memory>
 
 namespace platform::Images {
 
 namespace {
-
-QHash<QString, QSize>& sizes() {
-    static QHash<QString, QSize> cache;
-    return cache;
-}
 
 // Cleared before the application object is destroyed: pixmaps must not outlive it.
 QHash<QPair<QString, double>, QPixmap>& pixmaps() {
@@ -33,6 +29,15 @@ QString path(const QString& name) {
     return QStringLiteral(":/images/%1.svg").arg(dot < 0 ? name : name.left(dot));
 }
 
+// Parsed once for the size and for each scale; nullptr where there is no such image.
+std::shared_ptr<QSvgRenderer> renderer(const QString& name) {
+    static QHash<QString, std::shared_ptr<QSvgRenderer>> cache;
+    const auto found = cache.constFind(name);
+    if (found != cache.constEnd()) return *found;
+    const QString file = path(name);
+    return *cache.insert(name, QFile::exists(file) ? std::make_shared<QSvgRenderer>(file) : nullptr);
+}
+
 // Uses QtSvg: 2 ms and 1.3 MB for the images of the first screen. librsvg, which draws the apps' icons, takes 13 ms and
 // 13 MB. PNG files made at build time would take 3 ms and fit fixed scales only.
 QPixmap painted(const QString& name, double scale) {
@@ -43,7 +48,7 @@ QPixmap painted(const QString& name, double scale) {
     pixmap.setDevicePixelRatio(scale);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    QSvgRenderer(path(name)).render(&painter, QRectF(QPointF(0, 0), points));
+    renderer(name)->render(&painter, QRectF(QPointF(0, 0), points));
     return pixmap;
 }
 
@@ -58,13 +63,8 @@ QPixmap named(const QString& name, double scale) {
 }
 
 QSize size(const QString& name) {
-    auto& cache = sizes();
-    auto found = cache.constFind(name);
-    if (found == cache.constEnd()) {
-        const QString file = path(name);
-        found = cache.insert(name, QFile::exists(file) ? QSvgRenderer(file).defaultSize() : QSize());
-    }
-    return *found;
+    const auto image = renderer(name);
+    return image ? image->defaultSize() : QSize();
 }
 
 }  // namespace platform::Images
