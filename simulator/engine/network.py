@@ -1,5 +1,6 @@
-"""A network of its own that the real firewall daemon filters, with the engine's service in it. The machine's network is
-not touched; all ends with it. Wants root, or a kernel that allows user namespaces."""
+"""A network of its own that the real firewall daemon filters, with the engine's service in it, and another network
+with servers, to which a cable leads. The machine's network is not touched; all ends with it. Wants root, or a kernel
+that allows user namespaces."""
 import os
 import signal
 import subprocess
@@ -73,7 +74,7 @@ class FilteredNetwork:
                 raise NetworkError(f"there is no namespace: {said}{self.first.stdout.read()}")
             pid = self.first.pid
             self.init = Path(f"/proc/{pid}/task/{pid}/children").read_text().split()[0]
-            self.start("python3", "-c", SERVER, "80")
+            self.start(HERE / "run_in_world.sh", self.scratch, "python3", "-c", SERVER, "80")
             self.start_daemon()
         except BaseException:
             self.__exit__()

@@ -142,7 +142,8 @@ bool DaemonInNamespace::waitFor(const std::function<bool()>& isSo) {
 }
 
 bool DaemonInNamespace::listen(std::uint16_t port) {
-    const Child child(inside({"python3", script("listen.py"), std::to_string(port)}));
+    const Child child(
+        inside({script("run_in_world.sh"), folder_.path(), "python3", script("listen.py"), std::to_string(port)}));
     if (child.process > 0) listening_.push_back(child.process);
     return child.read() == "ready\n";
 }

@@ -24,8 +24,8 @@ namespace testing_support {
 //     ASSERT_TRUE(daemon.listen(8080));
 //     EXPECT_EQ(daemon.run(DaemonInNamespace::connecting("/usr/bin/python3", "good.example", 8080)).status, 0);
 //
-// Every host name leads to 192.0.2.1. All of 192.0.2.0/24 and 127.0.0.0/8, and 2001:db8::1, are the namespace's own, so
-// that a program in it that listens is reached by all of them. The lookup of a name is a connection too: UDP, port 53.
+// Every host name leads to 192.0.2.1. All of 192.0.2.0/24, and 2001:db8::1, are a second namespace's, to which a cable
+// leads and where listen() listens. The lookup of a name is a connection too: UDP, port 53.
 class DaemonInNamespace {
 public:
     struct Setup {
