@@ -5,14 +5,16 @@ of the device FILTERED, "plain" with those of PLAIN, which has none. PROGRAMS ho
 app of FILTERED; that device denies host0.denied.example. Each daemon has a network of its own, below FOLDER."""
 import statistics
 import sys
+import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "simulator/engine"))
 from network import FilteredNetwork, NetworkError, becomes  # noqa: E402
 
-ROUNDS = 7
+ROUNDS = 21
 CONNECTIONS = 50  # in each round, to as many hosts
 PATIENCE = 120    # seconds, until the daemon has taken up a million rules
+SETTLING = 10     # seconds, as it looks at them every four, and all connections may wait then
 
 
 def connect(network, programs, domain, count):
@@ -36,6 +38,7 @@ def main():
             network.start_service()
         if not becomes(lambda: "denied" in connect(filtered, programs, "denied.example", 1)[1], PATIENCE):
             sys.exit("connections: the rules do not take effect")
+        time.sleep(SETTLING)
         for _ in range(ROUNDS):
             seconds["filtered"].append(measure(filtered, programs))
             seconds["plain"].append(measure(plain, programs))
