@@ -18,7 +18,11 @@ option_value() {
     printf '%s' "$2"
 }
 
-is_seconds() { [[ $1 =~ ^[1-9][0-9]{0,6}$ ]]; }
+is_number() { [[ $1 =~ ^[1-9][0-9]{0,6}$ ]]; }
+
+# The fuzz targets there are, one a line, and where what they find is kept from one run to the next.
+fuzz_targets() { sed -n 's/^vexmor_fuzz(\(\w*\).*/\1/p' fuzz/CMakeLists.txt; }
+fuzz_cache() { echo "${XDG_CACHE_HOME:-$HOME/.cache}/vexmor/fuzz"; }
 
 source scripts/progress.sh
 source scripts/sysroot.sh
@@ -78,7 +82,8 @@ groups_of() {
         bench) echo build engine bench ;;
         package) echo build engine ;;
         tidy) echo build engine test bench ;;
-        fuzz) echo build fuzz ;;
+        fuzz) echo build engine fuzz ;;
+        coverage) echo build engine fuzz coverage ;;
         arm64) echo build arm64 ;;
         arm64-debug) echo build test assistance arm64 emulator ;;
         *) echo build engine test assistance ;;

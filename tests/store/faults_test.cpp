@@ -171,6 +171,11 @@ private:
     pid_t process_;
 };
 
+struct {
+    long points = 0;  // calls of a change, for each fault
+    long reads = 0;   // of a file, after one of them
+} counted;
+
 class ChangeUnderFaults {
 public:
     explicit ChangeUnderFaults(const Change& change) : change_(change) {
@@ -195,7 +200,7 @@ public:
     // Returns at how many calls the fault happened.
     int meet(Fault fault) {
         int points = 0;
-        for (int call = 1; call <= calls_ && !testing::Test::HasFailure(); ++call) {
+        for (int call = 1; call <= calls_ && !testing::Test::HasFailure(); ++call, ++counted.points) {
             SCOPED_TRACE(testing::Message() << change_.name << ", call " << call << " of " << calls_ << ", effect "
                                             << int(fault.effect) << ", error " << fault.error);
             startAnew();
@@ -229,6 +234,7 @@ private:
         names.insert(after_.begin(), after_.end());
         names.insert(found.begin(), found.end());
         for (const auto& [name, content] : names) {
+            ++counted.reads;
             const auto now = contentIn(found, name);
             // A file that could not be read may have been kept as a damaged one.
             const bool isKept = name.ends_with(damagedSuffix) &&
@@ -279,6 +285,7 @@ void meetAll(const std::vector<Fault>& faults, bool withManyRules) {
         if (testing::Test::HasFailure()) return;
     }
     EXPECT_GE(points, 200 * int(faults.size()));
+    std::cout << "faults: " << counted.points << " points, " << points << " met, " << counted.reads << " reads\n";
 }
 
 TEST(Faults, LeaveEveryFileEntire) {
