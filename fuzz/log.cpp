@@ -1,6 +1,5 @@
 // The engine's log: its bytes as a text, and the text in rows. Every file is a text.
 #include <QGuiApplication>
-#include <QStringDecoder>
 
 #include "fuzz/Target.h"
 #include "screens/settings/CharacterWidths.h"
@@ -31,11 +30,10 @@ screens::CharacterWidths& characterWidths() {
 bool looksLikeUtf8(std::string_view bytes) {
     const std::string_view beginning = bytes.substr(0, 4096);
     if (beginning.empty() || beginning.find('\0') != std::string_view::npos) return false;
-    using Flag = QStringConverter::Flag;
-    const bool isCut = beginning.size() < bytes.size();
-    QStringDecoder decoder(QStringDecoder::Utf8, isCut ? Flag::Default : Flag::Stateless);
-    const QString read = decoder(QByteArrayView(beginning.data(), qsizetype(beginning.size())));
-    return !decoder.hasError();
+    const std::size_t most = beginning.size() < bytes.size() ? 3 : 0;  // bytes of a character that is cut
+    for (std::size_t cut = 0; cut <= most; ++cut)
+        if (QByteArrayView(beginning.data(), qsizetype(beginning.size() - cut)).isValidUtf8()) return true;
+    return false;
 }
 
 // What the file says, unit by unit. Of surrogates only those in pairs are left.

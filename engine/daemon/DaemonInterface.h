@@ -1,25 +1,14 @@
 #pragma once
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "engine/Decision.h"
-#include "engine/programs/ProcessMatcher.h"
+#include "engine/daemon/Report.h"
 
 namespace engine {
-
-// A connection that the daemon saw, and what it did.
-struct Report {
-    std::chrono::system_clock::time_point time;
-    Process process;
-    Destination destination;
-    std::string protocol;  // "tcp", "tcp6", "udp", ...
-    std::string rule;      // the name of the daemon's rule that decided; empty when it only asks
-    bool isAllowed = false;
-};
 
 // The side of the daemon's protocol that listens: the daemon (version 1.5.8) connects to it within seconds, reports
 // once a second the connections that a rule decided, each once, and asks about one that no rule matches. A gRPC server

@@ -32,6 +32,9 @@ public:
     // From now on these are the apps' programs, and lines are kept or not.
     void update(const Programs& programs, bool isOn);
 
+    // Keeps what is worth a line. Any thread.
+    void take(const std::vector<Report>& reports);
+
     // Becomes readable (poll) when lines wait for write(); -1 when the system has none left.
     int descriptor() const { return waiting_.number(); }
 
@@ -39,7 +42,6 @@ public:
     std::error_code write();
 
 private:
-    void take(const std::vector<Report>& reports);
     Verdict answer(const Report& question);
 
     std::filesystem::path device_;

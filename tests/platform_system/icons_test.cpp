@@ -28,8 +28,8 @@ QColor middle(const QImage& icon) {
     return icon.isNull() ? QColor() : icon.pixelColor(icon.width() / 2, icon.height() / 2);
 }
 
-std::string svg(const std::string& elements, const std::string& size = "viewBox='0 0 8 8'") {
-    return "<svg xmlns='http://www.w3.org/2000/svg' " + size + ">" + elements + "</svg>";
+std::string svg(const std::string& elements) {
+    return "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 8 8'>" + elements + "</svg>";
 }
 
 std::string repeated(const std::string& text, int times) {
@@ -145,7 +145,8 @@ TEST_F(IconsTest, AreDrawnWithMasksClipsAndFilters) {
     EXPECT_EQ(icon.pixelColor(icon.width() - 1, icon.height() / 2).alpha(), 0);
 }
 
-// A hostile picture ends its own drawing and nothing else: the next one is drawn.
+// A hostile picture ends its own drawing and nothing else: the next one is drawn. Small ones stand in the fuzz target's
+// corpus.
 TEST_F(IconsTest, BadVectorsAreHarmless) {
     const std::string square = "<rect width='8' height='8' fill='lime'/>";
     const std::string link = "file://" + directory.writePng("linked.png", 8, Qt::red).string();
@@ -166,20 +167,13 @@ TEST_F(IconsTest, BadVectorsAreHarmless) {
         bool isDrawn = false;
         const char* file = "icon.svg";
     } cases[] = {
-        {"empty", ""},
-        {"truncated", svg(square).substr(0, 60)},
         {"100 MB", svg(square + std::string(100 << 20, ' '))},
         {"compressed", gzip(svg(square)), true, "icon.svgz"},
-        {"compressed and cut", gzip(svg(square)).substr(0, 60), false, "icon.svgz"},
         {"millions of elements, compressed", gzip(svg(elements + square)), false, "icon.svgz"},
         {"millions of elements", svg(elements.substr(0, 10 << 20) + square)},
         {"entities of entities", entities + "]>" + svg("<text>&a11;</text>")},
         {"copies of copies", svg(copies)},
-        {"a copy of itself", svg("<g id='a'><use href='#b'/></g><g id='b'><use href='#a'/></g>" + square), true},
         {"a file", svg(square + "<image width='8' height='8' href='" + link + "'/><use href='" + link + "#a'/>"), true},
-        {"an address", svg(square + "<image width='8' height='8' href='http://127.0.0.1:1/a.png'/>"), true},
-        {"a large size", svg(square, "width='1e9' height='1e9' viewBox='0 0 8 8'"), true},
-        {"no size", svg(square, "width='8' height='0'")},
         {"what the library aborts at",
          filtered("<feConvolveMatrix order='50' kernelMatrix='" + repeated("1 ", 2500) + "'/>")},
         {"a large blur", filtered("<feGaussianBlur stdDeviation='1e9'/>"), true},

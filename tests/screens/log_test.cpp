@@ -1,4 +1,4 @@
-// The log: how its bytes become text, how the text is wrapped, and what the view does under mouse and keys.
+// The log: how its text is wrapped, and what the view does under mouse and keys.
 #include <gtest/gtest.h>
 
 #include "screens/settings/CharacterWidths.h"
@@ -13,20 +13,6 @@ namespace {
 
 using screens::LogRows;
 using screens::LogText;
-
-// What it is, its first 4 KB say, wherever they cut it. Short texts of every kind stand in the fuzzer's corpus.
-TEST(LogText, IsUtf8WhereItIsNoUtf16) {
-    for (const std::string before : {"", "x", "xx", "xxx"}) {
-        const std::string emoji = "\xF0\x9F\x98\x80";
-        std::string bytes = before;
-        while (bytes.size() < 10'000) bytes += emoji;
-        const LogText whole(store::Buffer::copyOf(bytes));
-        EXPECT_EQ(whole.slice(0, whole.size()), QString::fromStdString(bytes));
-        bytes.insert(8000, "\xFF");
-        const LogText damaged(store::Buffer::copyOf(bytes));
-        EXPECT_EQ(damaged.slice(0, damaged.size()), QString::fromStdString(bytes)) << "one bad byte far behind";
-    }
-}
 
 struct LogRowsTest : testing::Test {
     // The rows of a text, ten digits wide, joined by "|".
