@@ -67,7 +67,8 @@ bool accepts(std::string_view bytes) {
     }
     for (const bool isOnWiFi : {true, false}) {
         // Few hosts as expressions, so that files and several parts are met.
-        const Rules rules = translate(configuration, programs, isOnWiFi, isOnWiFi ? 1 : engine::expressionHosts);
+        const std::size_t limit = isOnWiFi ? 1 : engine::expressionHosts;
+        const Rules rules = translate(configuration, programs, isOnWiFi, limit, limit);
         demandReadable(rules);
         testing_support::RuleDaemon daemon(rules);
         for (const auto& process : testing_support::processes)
