@@ -33,8 +33,10 @@ constexpr std::chrono::milliseconds pause{6000};
 constexpr std::string_view extension = ".json";
 constexpr const char* hostFileName = "hosts.txt";  // the daemon wants a dot in it
 
-std::string contentOf(const fs::path& file) {
-    const auto content = store::readFile(file);
+// Empty when there is no such file. `failed` is set when there may be one, whose content is then unknown.
+std::string contentOf(const fs::path& file, std::error_code& failed) {
+    const auto content = store::holdFile(
+        file, [](std::string_view) { return true; }, failed);
     return content ? std::string(content->view()) : std::string();
 }
 
@@ -75,19 +77,22 @@ std::error_code replace(const fs::path& file, std::string_view text) {
     return store::replaceFile(file, [&](store::Sink& sink) { sink.write(text); });
 }
 
-// The daemon (1.5.8) takes no notice of a file that is renamed to its place, only of one that is written: the first
-// byte is written once more.
-std::error_code touch(const fs::path& file) {
-    const store::Descriptor descriptor(::open(file.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
-    char first = 0;
-    const bool done = descriptor.isOpen() && ::pread(descriptor.number(), &first, 1, 0) == 1 &&
-                      ::pwrite(descriptor.number(), &first, 1, 0) == 1;
-    return done ? std::error_code() : std::error_code(errno, std::generic_category());
+// The daemon (1.5.8) takes no notice of a file that is renamed to its place, only of one that is written. So the last
+// byte, which is white space, is another one until the file has its name: a file that has this text is one that the
+// daemon has heard of, whenever the process that wrote it ended.
+std::error_code replaceRule(const fs::path& file, std::string text) {
+    const char last = std::exchange(text.back(), ' ');
+    if (const std::error_code failed = replace(file, text)) return failed;
+    const store::Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW));
+    const bool isDone =
+        descriptor.isOpen() && ::pwrite(descriptor.number(), &last, 1, static_cast<off_t>(text.size() - 1)) == 1;
+    return isDone ? std::error_code() : std::error_code(errno, std::generic_category());
 }
 
 // Whether a rule file denies. One that cannot be read counts as such, so that it goes last.
 bool denies(const fs::path& file) {
-    const std::string text = contentOf(file);
+    std::error_code ignored;
+    const std::string text = contentOf(file, ignored);
     const auto bytes = QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size()));
     return QJsonDocument::fromJson(bytes).object().value(QStringLiteral("action")) != QStringLiteral("allow");
 }
@@ -180,14 +185,15 @@ void RuleDirectory::putHosts(const DaemonRule& rule, bool keepsOld) {
     const HostFile::Kind kind = rule.hosts->kind;
     const fs::path folder = hostFolder(rule);
     const fs::path file = folder / hostFileName;
-    const std::string before = contentOf(file);
+    store::removeStaleTemporaries(folder);
+    std::error_code error;
+    const std::string before = contentOf(file, error);
+    if (error) return note(error);
     const std::string after = textOf(kind, rule.hosts->hosts);
     if (before == after) return;
 
-    std::error_code error;
     fs::create_directories(folder, error);
     note(error);
-    store::removeStaleTemporaries(folder);
     const Hosts old = hostsOf(kind, before);
     const std::vector<std::string>& hosts = rule.hosts->hosts;
     std::vector<std::string> added;
@@ -220,9 +226,12 @@ void RuleDirectory::putTransitional(const DaemonRule& rule, const std::vector<st
 void RuleDirectory::putRule(const DaemonRule& rule) {
     const fs::path file = ruleFile(rule.name);
     const std::string text = jsonOf(rule, hostFolder(rule));
-    if (contentOf(file) == text) return;
-    note(replace(file, text));
-    note(touch(file));
+    std::error_code error;
+    const bool isThere = contentOf(file, error) == text;
+    if (error) return note(error);
+    if (isThere) return;
+    note(replaceRule(file, text));
+    if (rule.hosts) hostChange_ = Clock::now();
 }
 
 // Removes our rules that are not wanted: those that deny, or the others.

@@ -20,8 +20,9 @@ namespace engine {
 // does in any mixture that has all of both sets' denying ones. A process killed on the way leaves such a mixture, which
 // the next one brings to its end. A connection that both sets allow may be denied for the moment between.
 //
-// A file of hosts is replaced while its rule stays, and the daemon looks at it every 4 s. So a step that changed one is
-// followed by a pause, and hosts that join a file have a rule of their own until then, which is in effect at once.
+// A file of hosts is replaced while its rule stays, and the daemon looks at it every 4 s; that of a rule that is new it
+// reads after a while. So a step that changed either is followed by a pause, and hosts that join a file have a rule of
+// their own until then, which is in effect at once. What cannot be read is not replaced: it may be what denies.
 //
 // One thread.
 class RuleDirectory {
@@ -61,7 +62,7 @@ private:
     std::vector<DaemonRule> wanted_;
     std::set<std::string> transitional_;  // rules that hold until the daemon has read the changed files
     Stage stage_ = Stage::done;
-    std::optional<std::chrono::steady_clock::time_point> hostChange_;  // the last one of a file of hosts
+    std::optional<std::chrono::steady_clock::time_point> hostChange_;  // the last one of a file of hosts or its rule
     std::error_code failure_;                                          // the first of this step
 };
 

@@ -110,7 +110,7 @@ public:
 
     // A rule for all connections of the programs.
     void addForAll(const std::string& name, Action action, const std::vector<Conditions>& programs) {
-        for (const Conditions& program : programs) add(name, action, program);
+        for (const Conditions& program : programs) add({name, action, program, {}});
     }
 
     void addLists(const std::string& name, const std::vector<Conditions>& programs, const store::Value* allow,
@@ -126,8 +126,7 @@ public:
     }
 
 private:
-    void add(const std::string& name, Action action, Conditions conditions) {
-        DaemonRule rule{name, action, std::move(conditions), {}};
+    void add(DaemonRule rule) {
         rule.name += '-' + digestOf(rule);
         rules_.push_back(std::move(rule));
     }
@@ -145,7 +144,7 @@ private:
             sortOnce(ports);
             conditions_.push_back(isOneOf("dest.port", ports, false));
         }
-        if (set.hasEveryHost) add(name_, action_, conditions_);
+        if (set.hasEveryHost) add({name_, action_, conditions_, {}});
         addWholeHosts(set.names, HostFile::Kind::names, "dest.host");
         addWholeHosts(set.addresses, HostFile::Kind::addresses, "dest.ip");
         addPatterns(set.namesAndBelow, "(?:^|\\.)");
@@ -158,7 +157,7 @@ private:
             addWith(isOneOf(operand, hosts, false));
             return;
         }
-        rules_.push_back({name_ + '-' + operand, action_, conditions_, HostFile{kind, hosts}});
+        add({name_, action_, conditions_, HostFile{kind, hosts}});
     }
 
     void addPatterns(const Texts& hosts, const char* before) {
@@ -171,7 +170,7 @@ private:
     void addWith(Condition condition) {
         Conditions all = conditions_;
         all.push_back(std::move(condition));
-        add(name_, action_, std::move(all));
+        add({name_, action_, std::move(all), {}});
     }
 
     std::size_t mostHosts_, mostPatterns_;

@@ -26,8 +26,9 @@ inline constexpr std::size_t expressionPatterns = 32768;
 // does; the last one matches everything and leaves it to other makers' rules. Apps without a known program have no
 // rules.
 //
-// A rule without a file has a digest of its content in its name, so rules of the same name are equal. One with a file
-// keeps its name while the hosts in it change. The file is one, however large: for each one more that goes, the daemon
+// A rule has a digest of its content in its name, but of its file: rules of the same name differ in the hosts of their
+// files at most. A rule that changed in its place would be without its hosts until the daemon had read them again. The
+// file is one, however large: for each one more that goes, the daemon
 // would let all connections wait for up to 4 s.
 //
 // A pure function, any thread.
