@@ -59,18 +59,24 @@ std::error_code write(const store::Descriptor& file, std::u16string_view text) {
 }
 
 // The text of the last `largest` bytes, without a byte-order mark.
-std::u16string read(const OpenLog& log, std::size_t largest) {
+std::error_code read(const OpenLog& log, std::size_t largest, std::u16string& text) {
     const std::size_t skipped = (log.size() - std::min(log.size(), largest)) / sizeof(char16_t);
-    std::u16string text(log.size() / sizeof(char16_t) - skipped, u'\0');
-    const ssize_t count = pread(log.file.number(), text.data(), text.size() * sizeof(char16_t),
-                                static_cast<off_t>(skipped * sizeof(char16_t)));
-    text.resize(count < 0 ? 0 : static_cast<std::size_t>(count) / sizeof(char16_t));
+    text.resize(log.size() / sizeof(char16_t) - skipped);
+    const std::size_t size = text.size() * sizeof(char16_t);
+    std::size_t done = 0;
+    for (ssize_t count = 1; done < size && count > 0; done += static_cast<std::size_t>(count)) {
+        count = pread(log.file.number(), reinterpret_cast<char*>(text.data()) + done, size - done,
+                      static_cast<off_t>(skipped * sizeof(char16_t) + done));
+        if (count < 0) return lastError();
+    }
+    text.resize(done / sizeof(char16_t));
     if (text.starts_with(byteOrderMark)) text.erase(0, 1);
-    return text;
+    return {};
 }
 
 // Not store::replaceFile(), which follows a link that somebody puts in the log's place.
 std::error_code replace(const std::filesystem::path& path, const OpenLog& log, std::u16string_view text) {
+    store::removeStaleTemporaries(path.parent_path(), path.filename().string());
     const std::filesystem::path temporary = path.parent_path() / store::temporaryName(path.filename().string());
     const store::Descriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file.isOpen()) return lastError();
@@ -86,10 +92,18 @@ std::error_code replace(const std::filesystem::path& path, const OpenLog& log, s
     return failed;
 }
 
-// Half a unit at the end would shift all that follows, half a line would become part of the next one.
-std::error_code append(const OpenLog& log, std::u16string_view text) {
+// Half a unit at the end would shift all that follows, half a line would become part of the next one. Of a process that
+// was killed either may be there.
+std::error_code append(const OpenLog& log, std::u16string text) {
     const auto whole = static_cast<off_t>(log.size() - log.size() % sizeof(char16_t));
     if (log.status.st_size != whole && ftruncate(log.file.number(), whole) != 0) return lastError();
+    char16_t last = u'\n';
+    if (whole > off_t{sizeof byteOrderMark}) {
+        const ssize_t count = pread(log.file.number(), &last, sizeof last, whole - off_t{sizeof last});
+        if (count < 0) return lastError();
+        if (count != sizeof last) return std::make_error_code(std::errc::io_error);
+    }
+    if (last != u'\n') text.insert(0, 1, u'\n');
     const std::error_code failed = write(log.file, text);
     if (failed && ftruncate(log.file.number(), whole) != 0) return lastError();
     return failed;
@@ -114,9 +128,13 @@ std::error_code EngineLog::append(const std::vector<LogLine>& lines) {
     std::error_code failed;
     if (log.size() + text.size() * sizeof(char16_t) > largest_) {
         const std::size_t kept = std::min(log.size(), largest_) / 2 / sizeof(char16_t) - 1;
-        failed = replace(file_, log, byteOrderMark + newestLines(read(log, largest_), kept) + text);
+        std::u16string newest;
+        failed = read(log, largest_, newest);
+        newest = newestLines(newest, kept);
+        if (!newest.empty() && newest.back() != u'\n') newest += u'\n';
+        if (!failed) failed = replace(file_, log, byteOrderMark + newest + text);
     } else {
-        failed = engine::append(log, text);
+        failed = engine::append(log, std::move(text));
     }
     if (!failed) day_ = std::move(day);
     return failed;

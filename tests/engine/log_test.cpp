@@ -96,7 +96,7 @@ TEST_F(Log, BeginsAnewWhenItWasTakenAway) {
     }
     fs::resize_file(file_, mark.size() + 2 * 21 + 1);
     EXPECT_FALSE(EngineLog(file_).append({line(2)}));
-    EXPECT_EQ(textOf(file_), "Friday, 12 April 2024" + fresh) << "cut within a unit";
+    EXPECT_EQ(textOf(file_), "Friday, 12 April 2024\n" + fresh) << "cut within a unit, at the end of a line";
 }
 
 TEST_F(Log, IsNothingButARegularFileWithOneName) {
