@@ -1,20 +1,19 @@
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 
 #include <cerrno>
 #include <functional>
+#include <iostream>
 
-#include "Child.h"
 #include "Files.h"
 #include "Values.h"
 #include "Verbs.h"
 #include "store/ConfigurationStore.h"
 #include "store/Schema.h"
-#include "store/faults/SystemCalls.h"
 #include "store/files/Temporaries.h"
 #include "store/plist/PropertyListFile.h"
+#include "support/SystemCalls.h"
 
 // Every change of the files meets every fault at each of its system calls on files. Whatever happens, each file is the
 // one from before or the one from after, entire; the app goes on; and the next start leaves nothing lying about.
@@ -24,10 +23,9 @@ namespace {
 
 using faults::Effect;
 using faults::Fault;
+using faults::meetAll;
 using faults::Seen;
 using Contents = std::map<std::string, std::string>;
-
-constexpr unsigned patience = 60;  // seconds until a process that hangs is ended
 
 enum class Held { nothing, rules, manyRules, damage, rulesOfOthers };
 
@@ -130,103 +128,54 @@ std::string marked(const std::optional<std::string>& content) {
     return written(dictionary);
 }
 
-// A change made by a process of its own, which stops after it and then, if it is still there, marks all files.
-class OtherProcess {
-public:
-    OtherProcess(const std::filesystem::path& root, const Change& change, Fault fault, int atCall) : process_(fork()) {
-        if (process_ > 0) return;
-        alarm(patience);
-        Posts posts;
-        faults::arm(fault, atCall, change.before == Held::rulesOfOthers);
-        ConfigurationStore store(root, posts);
-        change.make(store);
-        *seen_ = faults::disarm();
-        raise(SIGSTOP);
-        markAll(store);
-        _exit(0);
-    }
-    ~OtherProcess() {
-        kill(process_, SIGKILL);
-        waitpid(process_, nullptr, 0);
-    }
-    OtherProcess(const OtherProcess&) = delete;
-    OtherProcess& operator=(const OtherProcess&) = delete;
-
-    // Nothing when the process was killed in the change.
-    std::optional<Seen> madeTheChange() {
-        siginfo_t state{};
-        waitid(P_PID, id_t(process_), &state, WSTOPPED | WEXITED | WNOWAIT);
-        EXPECT_TRUE(state.si_code == CLD_STOPPED || state.si_status == SIGKILL) << "it ended by itself";
-        return state.si_code == CLD_STOPPED ? std::optional(*seen_) : std::nullopt;
-    }
-    bool goesOn() {
-        siginfo_t state{};
-        kill(process_, SIGCONT);
-        waitid(P_PID, id_t(process_), &state, WEXITED | WNOWAIT);
-        return state.si_code == CLD_EXITED && state.si_status == 0;
-    }
-
-private:
-    Shared<Seen> seen_;
-    pid_t process_;
-};
-
-struct {
-    long points = 0;  // calls of a change, for each fault
-    long reads = 0;   // of a file, after one of them
-} counted;
+long reads = 0;  // of a file, after a fault
 
 class ChangeUnderFaults {
 public:
     explicit ChangeUnderFaults(const Change& change) : change_(change) {
         startAnew();
         before_ = contents();
-        OtherProcess process(root_.path(), change_, {}, 0);
-        calls_ = process.madeTheChange().value().calls;
+        make({}, 0);
         after_ = contents();
     }
 
     // What becomes of the change when calls of one number fail, one after the other: whether it was made.
     std::vector<bool> isMadeWhenFails(long number) {
         std::vector<bool> made;
-        for (int call = 1; call <= calls_; ++call) {
+        meetAll({{Effect::fails, EIO}}, [&](Fault fault, int call) {
             startAnew();
-            OtherProcess process(root_.path(), change_, {Effect::fails, EIO}, call);
-            if (process.madeTheChange().value().faultAt == number) made.push_back(contents() == after_);
-        }
+            const Seen seen = make(fault, call);
+            if (seen.faultAt == number) made.push_back(contents() == after_);
+            return seen;
+        });
         return made;
     }
 
-    // Returns at how many calls the fault happened.
-    int meet(Fault fault) {
-        int points = 0;
-        for (int call = 1; call <= calls_ && !testing::Test::HasFailure(); ++call, ++counted.points) {
-            SCOPED_TRACE(testing::Message() << change_.name << ", call " << call << " of " << calls_ << ", effect "
-                                            << int(fault.effect) << ", error " << fault.error);
+    int meet(const std::vector<Fault>& faults) {
+        SCOPED_TRACE(change_.name);
+        return meetAll(faults, [&](Fault fault, int call) {
             startAnew();
-            points += meetAt(fault, call);
-        }
-        return points;
+            const Seen seen = make(fault, call);
+            const Contents found = contents();
+            expectEntire(found);
+            ConfigurationStore next(root_.path(), posts_);
+            markAll(fault.effect == Effect::ends ? next : *store_);
+            for (File file : everyFile) {
+                const std::string name = next.path(file).filename();
+                EXPECT_TRUE(contentOf(next.path(file)) == marked(contentIn(found, name))) << name;
+            }
+            for (const auto& folder : {next.exportDirectory().parent_path(), next.exportDirectory()})
+                for (const std::string& name : namesIn(folder)) EXPECT_FALSE(isTemporaryName(name)) << name;
+            return seen;
+        });
     }
 
 private:
-    bool meetAt(Fault fault, int call) {
-        OtherProcess process(root_.path(), change_, fault, call);
-        const std::optional<Seen> seen = process.madeTheChange();
-        const Contents found = contents();
-        expectEntire(found);
-        // Another thread's call may have come too late.
-        const bool isKilled = fault.effect == Effect::kills && !(seen && seen->calls < call);
-        EXPECT_TRUE(isKilled ? !seen : seen && process.goesOn()) << "the app did not go on, or did";
-        ConfigurationStore next(root_.path(), posts_);
-        if (isKilled) markAll(next);
-        for (File file : everyFile) {
-            const std::string name = next.path(file).filename();
-            EXPECT_TRUE(contentOf(next.path(file)) == marked(contentIn(found, name))) << name;
-        }
-        for (const auto& folder : {next.exportDirectory().parent_path(), next.exportDirectory()})
-            for (const std::string& name : namesIn(folder)) EXPECT_FALSE(isTemporaryName(name)) << name;
-        return !seen || seen->faultAt != 0;
+    Seen make(Fault fault, int call) {
+        faults::arm(fault, call, change_.before == Held::rulesOfOthers);
+        store_.emplace(root_.path(), posts_);
+        change_.make(*store_);
+        return faults::disarm();
     }
 
     void expectEntire(const Contents& found) const {
@@ -234,7 +183,7 @@ private:
         names.insert(after_.begin(), after_.end());
         names.insert(found.begin(), found.end());
         for (const auto& [name, content] : names) {
-            ++counted.reads;
+            ++reads;
             const auto now = contentIn(found, name);
             // A file that could not be read may have been kept as a damaged one.
             const bool isKept = name.ends_with(damagedSuffix) &&
@@ -255,7 +204,7 @@ private:
     const Change change_;
     Contents before_;
     Contents after_;
-    int calls_ = 0;
+    std::optional<ConfigurationStore> store_;
 };
 
 // A disk that could not take the new file is believed, even when all its bytes seem to be there.
@@ -276,27 +225,27 @@ TEST(Faults, DoNotKeepTheMarkerThatIsGone) {
     EXPECT_EQ(switchingOn.isMadeWhenFails(SYS_fsync), std::vector<bool>{true});
 }
 
-void meetAll(const std::vector<Fault>& faults, bool withManyRules) {
+void meetEvery(const std::vector<Fault>& faults, bool withManyRules) {
     int points = 0;
     for (const Change& change : everyChange()) {
         if (change.before == Held::manyRules && !withManyRules) continue;
         ChangeUnderFaults changing(change);
-        for (const Fault& fault : faults) points += changing.meet(fault);
+        points += changing.meet(faults);
         if (testing::Test::HasFailure()) return;
     }
     EXPECT_GE(points, 200 * int(faults.size()));
-    std::cout << "faults: " << counted.points << " points, " << points << " met, " << counted.reads << " reads\n";
+    std::cout << "faults: " << points << " met, " << reads << " reads\n";
 }
 
 TEST(Faults, LeaveEveryFileEntire) {
-    meetAll({{Effect::kills}, {Effect::fails, EIO}}, false);
+    meetEvery({{Effect::ends, EIO}, {Effect::fails, EIO}}, false);
 }
 
 TEST(Faults, DISABLED_OfEveryKindLeaveEveryFileEntire) {
-    std::vector<Fault> faults{{Effect::kills}, {Effect::failsFromNow, EIO}, {Effect::failsFromNow, ENOSPC}};
+    std::vector<Fault> faults{{Effect::ends, EIO}, {Effect::failsFromNow, EIO}, {Effect::failsFromNow, ENOSPC}};
     for (int error : {EIO, ENOSPC, EDQUOT, EACCES, EINTR, EMFILE}) faults.push_back({Effect::fails, error});
     faults.push_back({Effect::isShort});
-    meetAll(faults, true);
+    meetEvery(faults, true);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -16,7 +15,6 @@
 #include "store/files/FileReading.h"
 #include "store/files/Sink.h"
 #include "store/files/Temporaries.h"
-#include "support/AnotherPerson.h"
 
 namespace store {
 namespace {
@@ -118,30 +116,6 @@ TEST_F(FileReplacement, LeavesEverythingButRegularFilesAlone) {
 TEST_F(FileReplacement, WritesIntoTheWorkingDirectory) {
     EXPECT_EQ(inChild([&] { return chdir(directory.path().c_str()) == 0 && !replaceWith("file", "x") ? 0 : 1; }), 0);
     expectAlone("x");
-}
-
-TEST_F(FileReplacement, LeavesTheOldFileWhenItMayNotWrite) {
-    put(file, "old");
-    chmod(directory.path().c_str(), 0555);
-    {
-        const AnotherPerson somebody;
-        EXPECT_TRUE(replaceWith(file, "new"));
-    }
-    chmod(directory.path().c_str(), 0755);
-    expectAlone("old");
-}
-
-// The limit on file sizes stands in for a disk that is full: what was written so far is not enough.
-TEST_F(FileReplacement, LeavesTheOldFileWhenTheNewOneDoesNotFit) {
-    put(file, "old");
-    EXPECT_EQ(inChild([&] {
-                  signal(SIGXFSZ, SIG_IGN);
-                  rlimit limit{1000, 1000};
-                  setrlimit(RLIMIT_FSIZE, &limit);
-                  return replaceWith(file, std::string(5000, 'x')) == std::errc::file_too_large ? 0 : 1;
-              }),
-              0);
-    expectAlone("old");
 }
 
 TEST_F(FileReplacement, SweepsWhatAKilledWriterLeft) {

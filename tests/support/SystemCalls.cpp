@@ -1,7 +1,6 @@
-#include "store/faults/SystemCalls.h"
+#include "support/SystemCalls.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/random.h>
@@ -26,16 +25,12 @@ std::atomic<bool> isArmed;
 std::atomic<int> calls;
 std::atomic<long> faultAt;
 
-void die() {
-    syscall(SYS_kill, getpid(), SIGKILL);
-}
-
 // Counts a call; the fault, when it is this call's turn.
 Effect next() {
     if (!isArmed) return Effect::nothing;
     const int now = ++calls;
-    const bool lasts = waiting.effect == Effect::failsFromNow && now > atCall;
-    return now == atCall || lasts ? waiting.effect : Effect::nothing;
+    const bool lasts = waiting.effect == Effect::failsFromNow || waiting.effect == Effect::ends;
+    return now == atCall || (lasts && now > atCall) ? waiting.effect : Effect::nothing;
 }
 
 void met(long number) {
@@ -44,8 +39,7 @@ void met(long number) {
 }
 
 bool fails(Effect effect, long number) {
-    if (effect == Effect::kills) die();
-    if (effect != Effect::fails && effect != Effect::failsFromNow) return false;
+    if (effect == Effect::nothing || effect == Effect::isShort) return false;
     met(number);
     errno = waiting.error;
     return true;
@@ -62,7 +56,7 @@ ssize_t callFor(long number, std::size_t size, Run run) {
     const Effect effect = next();
     const bool isShort = effect == Effect::isShort && size > 1;
     if (isShort) met(number);
-    if (effect == Effect::kills) run(size / 2);
+    if (effect == Effect::ends && calls == atCall) run(size / 2);
     return fails(effect, number) ? -1 : run(isShort ? size / 2 : size);
 }
 
@@ -108,6 +102,9 @@ ssize_t pread(int file, void* to, size_t size, off_t at) {
 }
 ssize_t write(int file, const void* from, size_t size) {
     return callFor(SYS_write, size, [&](size_t part) { return syscall(SYS_write, file, from, part); });
+}
+ssize_t pwrite(int file, const void* from, size_t size, off_t at) {
+    return callFor(SYS_pwrite64, size, [&](size_t part) { return syscall(SYS_pwrite64, file, from, part, at); });
 }
 ssize_t getrandom(void* to, size_t size, unsigned flags) {
     return callFor(SYS_getrandom, size, [&](size_t part) { return syscall(SYS_getrandom, to, part, flags); });
@@ -155,6 +152,10 @@ int remove(const char* path) noexcept {
     }
 
 CALL(int, madvise, (void* address, size_t size, int advice), SYS_madvise, address, size, advice)
+CALL(int, mkdir, (const char* path, mode_t mode), SYS_mkdirat, AT_FDCWD, path, mode)
+CALL(int, ftruncate, (int file, off_t size), SYS_ftruncate, file, size)
+CALL(int, rename, (const char* from, const char* to), SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0)
+CALL(int, unlink, (const char* path), SYS_unlinkat, AT_FDCWD, path, 0)
 CALL(int, renameat, (int fromFolder, const char* from, int toFolder, const char* to), SYS_renameat2, fromFolder, from,
      toFolder, to, 0)
 CALL(int, renameat2, (int fromFolder, const char* from, int toFolder, const char* to, unsigned flags), SYS_renameat2,

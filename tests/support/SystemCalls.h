@@ -1,5 +1,10 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <vector>
+
 namespace faults {
 
 // What goes wrong at one of the system calls on files.
@@ -8,7 +13,7 @@ enum class Effect {
     fails,         // this call fails, without effect
     failsFromNow,  // so do all that follow
     isShort,       // reading, writing: half of it is done
-    kills,         // the process ends there; a call that writes has done half of it
+    ends,          // as if the process ended there: a call that writes does half of it, none that follow has an effect
 };
 
 struct Fault {
@@ -27,5 +32,19 @@ struct Seen {
     long faultAt = 0;  // the number that the system has for the call that failed or was cut short; 0: none
 };
 Seen disarm();
+
+// Meets each fault at each call of what `change` does, which gets both. Returns how many there were.
+inline int meetAll(const std::vector<Fault>& faults, const std::function<Seen(Fault, int atCall)>& change) {
+    int points = 0;
+    for (const Fault& fault : faults) {
+        Seen seen;
+        for (int call = 1; (call == 1 || seen.calls >= call - 1) && !testing::Test::HasFailure(); ++call) {
+            SCOPED_TRACE(testing::Message() << "effect " << int(fault.effect) << ' ' << fault.error << " at " << call);
+            seen = change(fault, call);
+            points += seen.faultAt != 0;
+        }
+    }
+    return points;
+}
 
 }  // namespace faults
