@@ -56,7 +56,11 @@ std::unique_ptr<platform::Network> makeNetwork(simulator::Network network) {
     return std::make_unique<platform::HostNetwork>();
 }
 
-int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notifyCenter, int& argc, char** argv) {
+int simulate(const simulator::SimulatorOptions& options, int& argc, char** argv) {
+    platform::SystemNotifyCenter systemCenter;
+    simulator::PrintingNotifyCenter notifyCenter(systemCenter);
+    if (const auto problem = prepare(options.device, notifyCenter)) return refuse(*problem);
+
     const app::SingleInstance instance(options.device);
     if (instance.exitStatus()) return *instance.exitStatus();
 
@@ -82,16 +86,8 @@ int runOn(const simulator::SimulatorOptions& options, store::NotifyCenter& notif
 
 int main(int argc, char** argv) {
     const auto parsed = simulator::parseArguments(argumentsOf(argc, argv));
+    if (const auto* options = std::get_if<simulator::SimulatorOptions>(&parsed)) return simulate(*options, argc, argv);
     if (const auto* misuse = std::get_if<simulator::Misuse>(&parsed)) return refuse(misuse->reason.toStdString());
-    if (const auto* help = std::get_if<simulator::Help>(&parsed)) {
-        std::cout << help->text;
-        return 0;
-    }
-    const auto& options = std::get<simulator::SimulatorOptions>(parsed);
-
-    platform::SystemNotifyCenter systemCenter;
-    simulator::PrintingNotifyCenter notifyCenter(systemCenter);
-    if (const auto problem = prepare(options.device, notifyCenter)) return refuse(*problem);
-
-    return runOn(options, notifyCenter, argc, argv);
+    if (const auto* help = std::get_if<simulator::Help>(&parsed)) std::cout << help->text;
+    return 0;
 }
