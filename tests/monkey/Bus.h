@@ -31,7 +31,7 @@ public:
         int ready[2];
         if (pipe2(ready, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
         const std::string option = "--address=" + address();
-        process_ = vfork();
+        process_ = fork();
         if (process_ == 0) {
             prctl(PR_SET_PDEATHSIG, SIGKILL);
             dup2(ready[1], STDOUT_FILENO);

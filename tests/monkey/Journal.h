@@ -11,6 +11,7 @@
 #include <string>
 
 // The sanitizers', where the program is built with one.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is theirs
 extern "C" [[gnu::weak]] void __sanitizer_set_death_callback(void (*callback)());
 
 // What has happened lately, so that whatever ends the run (a finding, a sanitizer, an assertion, a crash, an event

@@ -241,7 +241,7 @@ private:
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     QHashSeed::setDeterministicGlobalSeed();  // the order of a hash is part of what a seed leads back to
     app::prepare().join();
     QApplication application(argc, argv);
@@ -256,5 +256,6 @@ int main(int argc, char** argv) {
     Clock::advance(0);
     Monkey monkey(seed);
     monkey.run(events);
-    return 0;
+} catch (const std::exception& problem) {
+    Journal::fail(problem.what());
 }

@@ -18,7 +18,7 @@ public:
     std::filesystem::path path() const { return folder_.path().toStdString(); }
 
     std::filesystem::path write(const std::string& name, const std::string& bytes) const {
-        const auto file = path() / name;
+        auto file = path() / name;
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << bytes;
         return file;
@@ -30,7 +30,7 @@ public:
     }
 
     std::filesystem::path writePng(const std::string& name, int size, Qt::GlobalColor colour) const {
-        const auto file = write(name, "");
+        auto file = write(name, "");
         QImage image(size, size, QImage::Format_ARGB32);
         image.fill(colour);
         image.save(QString::fromStdString(file.string()), "PNG");

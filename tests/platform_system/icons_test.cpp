@@ -62,7 +62,7 @@ struct IconsTest : testing::Test {
         return list.iconOfSize(points, app);
     }
 
-    const DataDirectory directory, other;
+    const DataDirectory directory{}, other{};
     std::atomic<int> announced = 0;
 };
 
@@ -262,9 +262,9 @@ TEST_F(IconsTest, AreLoadedOnSeveralThreads) {
     const auto icon = [&list](int each) { return list.copyIconOfSize(points, u"app%1"_s.arg(each)); };
     const auto loadAllOnFourThreads = [&icon] {
         const auto start = std::make_shared<std::latch>(4);  // the threads outlive this function
-        std::vector<std::jthread> threads;
-        for (int thread = 0; thread < 4; ++thread) {
-            threads.emplace_back([&icon, start] {
+        std::vector<std::jthread> threads(4);
+        for (std::jthread& thread : threads) {
+            thread = std::jthread([&icon, start] {
                 start->arrive_and_wait();
                 for (int each = 0; each < apps; ++each) EXPECT_FALSE(icon(each).isNull());
             });

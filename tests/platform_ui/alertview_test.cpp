@@ -152,18 +152,18 @@ TEST_F(AlertViewTest, LeavesRoomForEverything) {
     const struct {
         const char* what;
         int buttons;
+        bool hasField;
         QString title;
         QString message;
-        bool hasField = false;
     } cases[] = {
-        {"two lines over a field", 2, u"Create Global Rule: enter hostname/IP without www."_s, u"\n\n"_s, true},
-        {"one line over a field", 2, u"Rule"_s, u"\n\n"_s, true},
-        {"help", 2, u"Global Allow"_s, sentence.repeated(6)},
-        {"three buttons", 3, u"Import/Delete"_s, sentence.repeated(3)},
-        {"a wide word", 2, u"Import VxmSettings-2013-09-13_21-45-10_copied-from-the-other-phone.plist?"_s, {}},
-        {"too much", 1, u"Title"_s, sentence.repeated(60)},
+        {"two lines over a field", 2, true, u"Create Global Rule: enter hostname/IP without www."_s, u"\n\n"_s},
+        {"one line over a field", 2, true, u"Rule"_s, u"\n\n"_s},
+        {"help", 2, false, u"Global Allow"_s, sentence.repeated(6)},
+        {"three buttons", 3, false, u"Import/Delete"_s, sentence.repeated(3)},
+        {"a wide word", 2, false, u"Import VxmSettings-2013-09-13_21-45-10_copied-from-the-other-phone.plist?"_s, {}},
+        {"too much", 1, false, u"Title"_s, sentence.repeated(60)},
     };
-    for (const auto& [what, buttons, title, message, hasField] : cases) {
+    for (const auto& [what, buttons, hasField, title, message] : cases) {
         SCOPED_TRACE(what);
         AlertView* alert = make(buttons, title, message);
         if (hasField) addField(alert);

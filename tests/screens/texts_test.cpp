@@ -90,8 +90,8 @@ TEST_F(TextsTest, OfScreensAndAlerts) {
          {"Edit Mode", "While in edit mode you can tap the text of a rule and manually change it.", "OK"}},
         {{"Global Deny", "Import | Delete All"},
          {"Import/Delete",
-          "Place a list into /Applications/VexmorGUI.app/Lists/ to import it. For more information please check the "
-          "documentation.\nTap on Delete to clear all rules!",
+          ("Place a list into /Applications/VexmorGUI.app/Lists/ to import it. For more information please check the "
+           "documentation.\nTap on Delete to clear all rules!"),
           "Cancel", "Import", "Delete"}},
         {{"Global Deny", "Import | Delete All", "Delete"},
          {"Delete all Rules?", "Do you want to delete all rules in this list?", "Cancel", "OK"}},
