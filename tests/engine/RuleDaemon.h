@@ -22,6 +22,7 @@ inline const std::map<std::string, std::vector<engine::Program>> programs{
     {"mail", {{"/usr/bin/mail", "", "", ""}, {"/usr/lib/mail/helper", "", "", ""}}},
     {"org.example.News", {{"/usr/bin/python3.11", "^\\S+ /usr/bin/news( |$)", "", ""}}},
     {"org.example.Chat", {{"", "", "org.example.Chat", ""}}},
+    {"web", {{"/usr/bin/web", "", "", ""}}},
 };
 
 inline const std::vector<Process> processes{
@@ -39,7 +40,7 @@ class RuleDaemon {
 public:
     explicit RuleDaemon(const std::vector<engine::DaemonRule>& rules) : rules_(rules) {}
 
-    engine::Verdict verdictOf(const Process& process, const engine::Destination& to) {
+    engine::Verdict verdictOf(const Process& process, const engine::Destination& to) const {
         for (const engine::DaemonRule& rule : rules_) {
             const bool matches =
                 std::ranges::all_of(rule.conditions, [&](const auto& each) { return holds(each, process, to); });
@@ -61,12 +62,14 @@ private:
         throw std::logic_error("no operand of the daemon's: " + name);
     }
 
-    bool holds(const engine::Condition& condition, const Process& process, const engine::Destination& to) {
+    static bool holds(const engine::Condition& condition, const Process& process, const engine::Destination& to) {
         const auto text = QString::fromStdString(operand(condition.operand, process, to));
         const auto data = QString::fromStdString(condition.data);
         if (condition.type == engine::Condition::Type::simple)
             return text.compare(data, condition.isCaseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive) == 0;
-        QRegularExpression& expression = compiled_[&condition];
+        static std::map<std::string, QRegularExpression> compiled;
+        if (compiled.size() > 1000) compiled.clear();
+        QRegularExpression& expression = compiled[(condition.isCaseSensitive ? 'c' : 'i') + condition.data];
         if (expression.pattern().isEmpty()) expression.setPattern(condition.isCaseSensitive ? data : data.toLower());
         if (!expression.isValid()) throw std::logic_error("no expression: " + condition.data);
         return expression.match(condition.isCaseSensitive ? text : text.toLower()).hasMatch();
@@ -78,7 +81,6 @@ private:
     }
 
     const std::vector<engine::DaemonRule>& rules_;
-    std::map<const engine::Condition*, QRegularExpression> compiled_;
 };
 
 }  // namespace testing_support

@@ -1,29 +1,26 @@
 // The log that the engine writes, beside what others do to the file meanwhile.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <ctime>
 #include <functional>
 #include <thread>
 
+#include "engine/TextOfLog.h"
 #include "engine/log/EngineLog.h"
 #include "store/Files.h"
 #include "store/files/FileLease.h"
-#include "store/text/Utf.h"
 
 namespace {
 
 using engine::EngineLog;
 using engine::LogLine;
+using testing_support::textOfLog;
 using namespace std::string_literals;
 namespace fs = std::filesystem;
-
-const std::string mark = "\xFF\xFE";
 
 // Friday, 12 April 2024, at midnight.
 constexpr std::time_t friday = 1712880000;
@@ -31,15 +28,6 @@ constexpr int day = 86400;
 
 LogLine line(std::time_t seconds, const std::string& host = "imap.example.com") {
     return {std::chrono::system_clock::from_time_t(friday + seconds), "Harbour Mail", host, 993, true};
-}
-
-// The text of a log with a byte-order mark; a complaint when it is none.
-std::string textOf(const fs::path& path) {
-    const std::string bytes = store::contentOf(path);
-    std::size_t malformedAt = 0;
-    if (!bytes.starts_with(mark)) return "no mark: " + bytes;
-    return store::utf8FromUtf16(std::string_view(bytes).substr(2), store::ByteOrder::little, malformedAt)
-        .value_or("malformed at " + std::to_string(malformedAt));
 }
 
 class Log : public testing::Test {
@@ -63,7 +51,7 @@ TEST_F(Log, HasALineForEachConnectionUnderItsDay) {
     EXPECT_FALSE(log.append({{line(day + 2).time, "Atlas", "2001:db8::7", 0, false}}));
     EXPECT_FALSE(EngineLog(file_).append({line(day + 3)}));  // an engine that has been started again
     umask(previous);
-    EXPECT_EQ(textOf(file_),
+    EXPECT_EQ(textOfLog(file_),
               "Friday, 12 April 2024\n"
               "08:01:16 Harbour Mail → imap.example.com:993\n"
               "08:02:04 Quarto News → 192.0.2.77:80 denied\n"
@@ -92,11 +80,11 @@ TEST_F(Log, BeginsAnewWhenItWasTakenAway) {
         ASSERT_FALSE(log.append({line(1)})) << what;
         happens();
         EXPECT_FALSE(log.append({line(2)})) << what;
-        EXPECT_EQ(textOf(file_), fresh) << what;
+        EXPECT_EQ(textOfLog(file_), fresh) << what;
     }
-    fs::resize_file(file_, mark.size() + 2 * 21 + 1);
+    fs::resize_file(file_, 2 + 2 * 21 + 1);
     EXPECT_FALSE(EngineLog(file_).append({line(2)}));
-    EXPECT_EQ(textOf(file_), "Friday, 12 April 2024\n" + fresh) << "cut within a unit, at the end of a line";
+    EXPECT_EQ(textOfLog(file_), "Friday, 12 April 2024\n" + fresh) << "cut within a unit, at the end of a line";
 }
 
 TEST_F(Log, IsNothingButARegularFileWithOneName) {
@@ -134,7 +122,7 @@ TEST_F(Log, DropsItsOlderHalfAtTheLimit) {
         const ino_t before = i ? store::statusOf(file_).st_ino : 0;
         // A surrogate pair of its own, lines of many lengths, 25 lines a day.
         ASSERT_FALSE(log.append({line(i / 25 * day + i % 25, std::string(i % 17, 'a') + "🗼.example")})) << i;
-        const std::string text = textOf(file_);
+        const std::string text = textOfLog(file_);
         const std::size_t size = fs::file_size(file_);
         ASSERT_LE(size, largest) << i;
         if (i && store::statusOf(file_).st_ino != before) {
@@ -153,36 +141,19 @@ TEST_F(Log, DropsItsOlderHalfAtTheLimit) {
         for (int n = i - (lines - headings) + 1; n <= i; ++n)
             left.push_back(line(n / 25 * day + n % 25, std::string(n % 17, 'a') + "🗼.example"));
         ASSERT_FALSE(EngineLog(folder_ / "expected").append(left));
-        ASSERT_EQ(text, textOf(folder_ / "expected")) << i;
+        ASSERT_EQ(text, textOfLog(folder_ / "expected")) << i;
         fs::remove(folder_ / "expected");
     }
     EXPECT_GT(replaced, 5);
     EXPECT_EQ(store::namesIn(folder_.path()), std::set<std::string>{"log"});
     EXPECT_EQ(store::statusOf(file_).st_mode, S_IFREG | 0644U);
 
-    const std::string before = textOf(file_);
+    const std::string before = textOfLog(file_);
     EXPECT_EQ(log.append(std::vector<LogLine>(60, line(1))), std::errc::file_too_large);
-    EXPECT_EQ(textOf(file_), before);
+    EXPECT_EQ(textOfLog(file_), before);
     store::put(file_, std::string(3 * largest, 'x'));  // somebody else's, larger than a log ever is, and no lines
     EXPECT_FALSE(log.append({line(1)}));
-    EXPECT_EQ(textOf(file_), "Friday, 12 April 2024\n00:00:01 Harbour Mail → imap.example.com:993\n");
-}
-
-TEST_F(Log, AddsNothingWhenThereIsNoRoomForAll) {
-    EngineLog log(file_);
-    ASSERT_FALSE(log.append({line(1)}));
-    const std::string before = textOf(file_);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit previous{};
-    getrlimit(RLIMIT_FSIZE, &previous);
-    const rlimit tight{fs::file_size(file_) + 51, previous.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &tight);
-    EXPECT_TRUE(log.append({line(2)}));
-    setrlimit(RLIMIT_FSIZE, &previous);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_EQ(textOf(file_), before);
-    EXPECT_FALSE(log.append({line(2)}));
-    EXPECT_EQ(textOf(file_), before + "00:00:02 Harbour Mail → imap.example.com:993\n");
+    EXPECT_EQ(textOfLog(file_), "Friday, 12 April 2024\n00:00:01 Harbour Mail → imap.example.com:993\n");
 }
 
 TEST_F(Log, WaitsForAReaderThatHasLeasedIt) {
@@ -197,7 +168,7 @@ TEST_F(Log, WaitsForAReaderThatHasLeasedIt) {
     });
     EXPECT_FALSE(log.append({line(2)}));
     reader.join();
-    EXPECT_TRUE(textOf(file_).ends_with("00:00:02 Harbour Mail → imap.example.com:993\n"));
+    EXPECT_TRUE(textOfLog(file_).ends_with("00:00:02 Harbour Mail → imap.example.com:993\n"));
 }
 
 }  // namespace
