@@ -250,12 +250,11 @@ int main(int argc, char** argv) try {
     parser.addOptions({{u"seed"_s, {}, u"NUMBER"_s, u"1"_s}, {u"events"_s, {}, u"NUMBER"_s, u"4000"_s}});
     parser.process(application);
     const auto seed = parser.value(u"seed"_s).toULongLong();
-    const long events = parser.value(u"events"_s).toLong();
 
     umask(022);
     Clock::advance(0);
     Monkey monkey(seed);
-    monkey.run(events);
+    monkey.run(parser.value(u"events"_s).toLong());
 } catch (const std::exception& problem) {
     Journal::fail(problem.what());
 }

@@ -307,12 +307,12 @@ TEST_F(WebViewTest, LeavingStopsTheLoad) {
         {2, [&] { leave(); }},
         {2, [&] { device.key(Qt::Key_Escape); }},
     };
-    for (const auto& [count, go] : ways) {
+    for (const auto& way : ways) {
         server.abandoned = 0;
         ASSERT_TRUE(openFirstPage(page("<p>endless")));
         EXPECT_EQ(server.abandoned, 0);
-        go();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return server.abandoned == 1 && screens.count() == count; }, patience));
+        way.second();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return server.abandoned == 1 && screens.count() == way.first; }, patience));
         while (screens.count() > 2) screens.popViewController(true);
     }
 }

@@ -93,8 +93,8 @@ TEST_F(ConfigurationStoreTest, FollowsTheWritersTable) {
         const std::string kept = "<key>unknown</key>" + array;
         for (const char* before : {"", marker, "<key>150</key><string>odd</string>"}) {
             EXPECT_TRUE(makeChange(text(before + kept).c_str()));
-            std::string expectedMarker = *before || !addsMarker ? before : marker;
-            EXPECT_TRUE(holdsExactly(writer.file, expectedMarker + change + kept));
+            std::string expected = *before || !addsMarker ? before : marker;
+            EXPECT_TRUE(holdsExactly(writer.file, expected.append(change).append(kept)));
             EXPECT_NE(contentOf(path).find(array), std::string::npos) << "it was not left as it stood";
             EXPECT_EQ(steps, expectedSteps);
         }
@@ -281,23 +281,23 @@ TEST(Schema, ReadsRecordsWithTheirDefaults) {
     using enum BlanketMode;
     struct Row {
         const char* record;
+        BlanketMode mode;
         bool enabled;
-        BlanketMode mode = neither;
         bool stillUseRules = false;
         bool blockSpecificWiFi = false;
     };
     const Row table[] = {
-        {"<dict/>", true},
-        {"<string>no record</string>", true},
-        {"<dict><key>enabled</key><true/><key>stillUseRules</key><true/></dict>", true, neither, true},
-        {"<dict><key>enabled</key><false/><key>stillUseRules</key><false/></dict>", false},
+        {"<dict/>", neither, true},
+        {"<string>no record</string>", neither, true},
+        {"<dict><key>enabled</key><true/><key>stillUseRules</key><true/></dict>", neither, true, true},
+        {"<dict><key>enabled</key><false/><key>stillUseRules</key><false/></dict>", neither, false},
         {"<dict><key>enabled</key><integer>1</integer><key>stillUseRules</key><integer>0</integer>"
          "<key>blockSpecificWiFi</key><string>false</string></dict>",
-         false, neither, true, true},
-        {"<dict><key>allowEverything</key><string>1</string></dict>", true, allowAll},
-        {"<dict><key>allowEverything</key><string>2</string></dict>", true, denyAll},
-        {"<dict><key>allowEverything</key><string>3</string></dict>", true},
-        {"<dict><key>allowEverything</key><integer>1</integer></dict>", true},
+         neither, false, true, true},
+        {"<dict><key>allowEverything</key><string>1</string></dict>", allowAll, true},
+        {"<dict><key>allowEverything</key><string>2</string></dict>", denyAll, true},
+        {"<dict><key>allowEverything</key><string>3</string></dict>", neither, true},
+        {"<dict><key>allowEverything</key><integer>1</integer></dict>", neither, true},
     };
     for (const Row& row : table) {
         SCOPED_TRACE(row.record);
