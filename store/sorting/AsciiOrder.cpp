@@ -42,7 +42,7 @@ bool isOneWeight(const Elements& elements) {
     return elements.size() <= 1 || (elements.size() == 2 && (elements[1] & continuation) == continuation);
 }
 
-bool isAscii(const std::u16string& text) {
+bool isAsciiOnly(const std::u16string& text) {
     return std::ranges::all_of(text, [](char16_t c) { return c < AsciiOrder::characterCount; });
 }
 
@@ -58,7 +58,7 @@ std::vector<std::u16string> contractions(const UCollator* collator) {
             const int32_t size = uset_getItem(all.get(), i, &first, &last, to, capacity, failure);
             return size < 2 ? 0 : size;  // a range of characters, not a string
         });
-        if (!text.empty() && isAscii(text)) found.push_back(std::move(text));
+        if (!text.empty() && isAsciiOnly(text)) found.push_back(std::move(text));
     }
     return found;
 }
