@@ -14,6 +14,9 @@ public:
         std::size_t count = static_cast<std::size_t>(array.end - array.begin) / typicalEntry;
         storage_.entries_.reserve(count);
         storage_.pool_.reserve(count * typicalRule);
+    }
+
+    void read(const Slice& array) {
         scanRules(array, *this);
         forEachRun(reserved_, [this](const Reserved& reserved) { fill(reserved); });
     }
@@ -72,7 +75,7 @@ private:
 
 RuleStorage RuleStorage::read(const Slice& array) {
     RuleStorage storage;
-    RuleReader(array, storage);
+    RuleReader(array, storage).read(array);
     storage.removeDuplicates();
     return storage;
 }

@@ -42,7 +42,7 @@ Texts wordsOf(const std::string& text) {
 
 // Words each. The first app has the lists.
 struct Lists {
-    std::string deny = "", allow = "", globalDeny = "", apps = "mail";
+    std::string deny{}, allow{}, globalDeny{}, apps = "mail";
 };
 
 Rules rulesOf(const Lists& lists, std::size_t limit) {
