@@ -1,5 +1,6 @@
 #include "engine/daemon/DaemonInterface.h"
 
+#include <grpc/support/log.h>
 #include <grpcpp/grpcpp.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -17,8 +18,6 @@
 namespace engine {
 
 namespace {
-
-constexpr std::string_view scheme = "unix://";
 
 // A second's events, each with the environment of its program, or all rules at once. The default is 4 MB.
 constexpr int largestMessage = 256 << 20;
@@ -130,10 +129,17 @@ DaemonInterface::DaemonInterface(std::unique_ptr<Server> server) : server_(std::
 
 DaemonInterface::~DaemonInterface() = default;
 
+std::string DaemonInterface::pathOf(const std::string& address) {
+    constexpr std::string_view scheme = "unix://";
+    const std::string path = address.starts_with(scheme) ? address.substr(scheme.size()) : "";
+    return path.starts_with('/') && path.size() < sizeof(sockaddr_un::sun_path) ? path : "";
+}
+
 std::unique_ptr<DaemonInterface> DaemonInterface::listen(const std::string& address, Reports reports, Decide decide,
                                                          std::string& failure) {
-    const std::string path = address.starts_with(scheme) ? address.substr(scheme.size()) : "";
-    if (!path.starts_with('/') || path.size() >= sizeof(sockaddr_un::sun_path))
+    gpr_set_log_function([](gpr_log_func_args*) {});  // the reason is returned
+    const std::string path = pathOf(address);
+    if (path.empty())
         failure = "this is no address of a socket";
     else
         failure = occupantOf(path);

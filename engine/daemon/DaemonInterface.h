@@ -20,9 +20,14 @@ public:
     // then others get its default.
     using Decide = std::function<Verdict(const Report&)>;
 
+    // Where the socket of an address is; empty when it is no address of one.
+    static std::string pathOf(const std::string& address);
+
     // Listens at an address "unix:///run/...", the one in the daemon's configuration. The socket is for this user alone
     // (mode 0600; the process's umask is changed meanwhile). One that nobody listens at any more is replaced. Nothing,
     // and why, when the address is another's or cannot be had.
+    //
+    // gRPC itself says nothing on standard error, in the whole process.
     //
     // The functions are called by gRPC's threads, several at the same time, until the destructor returns. What is not
     // denied by `decide` is allowed.

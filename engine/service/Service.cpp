@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "engine/ConfigurationFiles.h"
+#include "engine/daemon/DaemonInterface.h"
 #include "engine/programs/Programs.h"
 #include "engine/service/ConnectionLog.h"
 #include "engine/service/DaemonConfiguration.h"
@@ -210,9 +211,8 @@ void Service::listenToBus() {
 
 void Service::listenToDaemon() {
     std::error_code ignored;
-    constexpr std::string_view scheme = "unix://";
-    if (places_.interface.starts_with(scheme))
-        fs::create_directory(fs::path(places_.interface.substr(scheme.size())).parent_path(), ignored);
+    const fs::path socket = DaemonInterface::pathOf(places_.interface);
+    if (!socket.empty()) fs::create_directory(socket.parent_path(), ignored);
     std::string failure;
     Problems problems;
     if (!log_.listen(places_.interface, failure)) problems[places_.interface] = failure;
