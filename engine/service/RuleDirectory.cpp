@@ -124,7 +124,13 @@ void RuleDirectory::abandon() {
 
 void RuleDirectory::bringTo(std::vector<DaemonRule> rules) {
     wanted_ = std::move(rules);
+    files_.clear();
+    for (const DaemonRule& rule : wanted_) files_.insert(ruleFile(rule.name).filename());
     stage_ = Stage::newDenials;
+}
+
+bool RuleDirectory::wants(std::string_view fileName) const {
+    return files_.contains(fileName);
 }
 
 std::optional<std::chrono::milliseconds> RuleDirectory::step(std::error_code& failure) {

@@ -2,9 +2,11 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -36,6 +38,10 @@ public:
     // Leaves the folder between two sets, and lets go of the one that it was to be brought to. Call bringTo() next.
     void abandon();
 
+    // Whether the rules of the last bringTo() are to have this file in the daemon's folder: when it goes, begin anew.
+    // The daemon itself may remove it, when it hears late that a rule of the same name had gone.
+    bool wants(std::string_view fileName) const;
+
     // Does the next step. Returns after how long the one after it is due, at least; nothing when everything is done or
     // this step has failed. After a failure the folder is in a state between, as above; begin anew later.
     std::optional<std::chrono::milliseconds> step(std::error_code& failure);
@@ -60,7 +66,8 @@ private:
     std::filesystem::path rules_;
     std::filesystem::path hosts_;
     std::vector<DaemonRule> wanted_;
-    std::set<std::string> transitional_;  // rules that hold until the daemon has read the changed files
+    std::set<std::string, std::less<>> files_;  // of the wanted rules, also when these are let go of
+    std::set<std::string> transitional_;        // rules that hold until the daemon has read the changed files
     Stage stage_ = Stage::done;
     std::optional<std::chrono::steady_clock::time_point> hostChange_;  // the last one of a file of hosts or its rule
     std::error_code failure_;                                          // the first of this step

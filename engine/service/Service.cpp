@@ -62,7 +62,7 @@ public:
         : places_(places),
           directory_(places.rules, places.state),
           log_(places.device),
-          watched_(foldersToWatch(places.device)) {
+          watched_(foldersToWatch(places)) {
         using store::File;
         for (const File file : {File::appRules, File::globalRules})
             sharedNames_.insert(store::pathOf(file, places.device).filename());
@@ -72,7 +72,7 @@ public:
     int run();
 
 private:
-    static std::vector<fs::path> foldersToWatch(const fs::path& device);
+    static std::vector<fs::path> foldersToWatch(const Places& places);
 
     bool prepare();
     void search();
@@ -87,6 +87,7 @@ private:
     void read();
     std::vector<DaemonRule> rulesNow();
     void step();
+    bool matters(const fs::path& folder, const inotify_event& change) const;
     void changed(sd_event_source* source, const inotify_event& change);
     void listenToDaemon();
     void writeLog();
@@ -114,10 +115,11 @@ private:
     Owned<sd_bus> bus_;
 };
 
-// Of the shared files, and of the desktop entries.
-std::vector<fs::path> Service::foldersToWatch(const fs::path& device) {
-    std::vector<fs::path> folders{store::preferencesFolder(device)};
-    for (const fs::path& data : platform::sharedDataDirectories(device)) folders.push_back(data / "applications");
+// Of the shared files, of the desktop entries, and of the daemon's rules.
+std::vector<fs::path> Service::foldersToWatch(const Places& places) {
+    std::vector<fs::path> folders{store::preferencesFolder(places.device), places.rules};
+    for (const fs::path& data : platform::sharedDataDirectories(places.device))
+        folders.push_back(data / "applications");
     return folders;
 }
 
@@ -181,12 +183,17 @@ void Service::watchFolders() {
     }
 }
 
+// Beside the shared files lie others, and the log that grows with each connection; of the daemon's rules those that
+// this service writes itself.
+bool Service::matters(const fs::path& folder, const inotify_event& change) const {
+    if (folder == store::preferencesFolder(places_.device)) return sharedNames_.contains(change.name);
+    if (folder == places_.rules) return (change.mask & (IN_DELETE | IN_MOVED_FROM)) && directory_.wants(change.name);
+    return true;
+}
+
 void Service::changed(sd_event_source* source, const inotify_event& change) {
     const auto watch = std::ranges::find_if(watches_, [&](const auto& one) { return one.second.get() == source; });
-    // Beside the shared files lie others, and the log that grows with each connection.
-    if (watch->first == store::preferencesFolder(places_.device) && change.len > 0 &&
-        !sharedNames_.contains(change.name))
-        return;
+    if (change.len > 0 && !matters(watch->first, change)) return;
     if (change.mask & (IN_IGNORED | IN_MOVE_SELF | IN_DELETE_SELF)) watches_.erase(watch);
     readSoon();
 }
