@@ -28,13 +28,14 @@ bool isAsNamed(const std::filesystem::path& file, std::size_t places) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     if (argc != 3) return 2;
     const std::size_t places = std::stoul(argv[2]);
-    std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(argv[1])) files.push_back(entry.path());
+    const std::vector<std::filesystem::path> files(std::filesystem::directory_iterator(argv[1]), {});
     if (files.empty()) std::cerr << "no files in " << argv[1] << '\n';
-    const auto wrong =
-        std::count_if(files.begin(), files.end(), [&](const auto& file) { return !isAsNamed(file, places); });
+    const auto wrong = std::ranges::count_if(files, [&](const auto& file) { return !isAsNamed(file, places); });
     return files.empty() || wrong > 0 ? 1 : 0;
+} catch (const std::exception& problem) {
+    std::cerr << problem.what() << '\n';
+    return 1;
 }

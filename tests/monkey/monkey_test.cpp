@@ -249,11 +249,10 @@ int main(int argc, char** argv) try {
     QCommandLineParser parser;
     parser.addOptions({{u"seed"_s, {}, u"NUMBER"_s, u"1"_s}, {u"events"_s, {}, u"NUMBER"_s, u"4000"_s}});
     parser.process(application);
-    const auto seed = parser.value(u"seed"_s).toULongLong();
 
     umask(022);
     Clock::advance(0);
-    Monkey monkey(seed);
+    Monkey monkey(parser.value(u"seed"_s).toULongLong());
     monkey.run(parser.value(u"events"_s).toLong());
 } catch (const std::exception& problem) {
     Journal::fail(problem.what());
