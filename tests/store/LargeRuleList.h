@@ -31,9 +31,9 @@ struct LargeRuleList {
                 written = rule;
             }
             rules.push_back(rule);
-            entries.push_back("\t\t<dict>\n\t\t\t<key>date</key>\n\t\t\t<date>" + yearOf(each) +
-                              "-01-01T00:00:00Z</date>\n\t\t\t<key>rule</key>\n\t\t\t<string>" + written +
-                              "</string>\n" + behind + "\t\t</dict>\n");
+            std::string& entry = entries.emplace_back("\t\t<dict>\n\t\t\t<key>date</key>\n\t\t\t<date>");
+            entry.append(yearOf(each)).append("-01-01T00:00:00Z</date>\n\t\t\t<key>rule</key>\n\t\t\t<string>");
+            entry.append(written).append("</string>\n").append(behind).append("\t\t</dict>\n");
         }
     }
 
